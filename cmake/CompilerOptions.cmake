@@ -1,0 +1,28 @@
+# SPDX-License-Identifier: MIT
+# Warnings, sanitizers and coverage for every target of the project.
+
+set(VELLORA_SANITIZE "" CACHE STRING "Value for -fsanitize=, such as address,undefined or thread")
+option(VELLORA_COVERAGE "Instrument for gcov" OFF)
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -Werror)
+
+add_compile_definitions(
+  QT_NO_CAST_FROM_ASCII
+  QT_NO_CAST_TO_ASCII
+  QT_NO_KEYWORDS
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(VELLORA_SANITIZE)
+  add_compile_options(-fsanitize=${VELLORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VELLORA_SANITIZE})
+  # GCC 12 warns of null dereferences inside its own instrumentation.
+  add_compile_options(-Wno-null-dereference)
+endif()
+
+if(VELLORA_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
+endif()
