@@ -51,8 +51,8 @@ enum class RecognitionLevel { Accurate, Fast };
 /// Configured on one thread, then performed once on another and not touched by the first again.
 struct TextRecognitionRequest
 {
-    using CompletionHandler =
-        std::function<void(const TextRecognitionRequest &, const std::optional<RecognitionError> &)>;
+    using CompletionHandler = std::function<void(const TextRecognitionRequest &,
+                                                 const std::optional<RecognitionError> &)>;
 
     RecognitionLevel recognitionLevel = RecognitionLevel::Fast;
     bool usesLanguageCorrection = false;

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// The clipboard, for as long as the program lives. Main thread only.
+class Pasteboard
+{
+public:
+    virtual ~Pasteboard() = default;
+
+    virtual void clearContents() = 0;
+
+    /// Makes `text` what other programs paste as plain text, to the letter.
+    virtual void setString(const QString &text) = 0;
+};

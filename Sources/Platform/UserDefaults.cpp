@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/UserDefaults.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+UserDefaults::UserDefaults()
+    : UserDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                   u"/vellora/vellora.ini"_s)
+{
+}
+
+UserDefaults::UserDefaults(const QString &filePath)
+    : m_file(filePath, QSettings::IniFormat)
+{
+    m_damaged = m_file.status() == QSettings::FormatError;
+}
+
+bool UserDefaults::contains(const QString &key) const
+{
+    return m_file.contains(key);
+}
+
+std::optional<QString> UserDefaults::string(const QString &key) const
+{
+    const QVariant value = m_file.value(key);
+    if (value.typeId() == QMetaType::QStringList) {
+        // A person who edits the file leaves out the quotes around "{360, 240}".
+        return value.toStringList().join(u", "_s);
+    }
+    if (value.typeId() != QMetaType::QString) {
+        return std::nullopt;
+    }
+    return value.toString();
+}
+
+bool UserDefaults::boolean(const QString &key) const
+{
+    const QString text = string(key).value_or(QString()).trimmed().toLower();
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber ? number != 0 : text == u"true" || text == u"yes";
+}
+
+void UserDefaults::set(const QString &key, const QString &text)
+{
+    write(key, text);
+}
+
+void UserDefaults::set(const QString &key, bool value)
+{
+    // As text, so that it reads the same before and after a round through the file.
+    write(key, value ? u"true"_s : u"false"_s);
+}
+
+void UserDefaults::write(const QString &key, const QVariant &value)
+{
+    keepDamagedFile();
+    m_file.setValue(key, value);
+    // At once: a session may end without warning.
+    m_file.sync();
+}
+
+void UserDefaults::keepDamagedFile()
+{
+    if (!std::exchange(m_damaged, false)) {
+        return;
+    }
+    const QString copy = filePath() + u".damaged"_s;
+    QFile::remove(copy);
+    QFile::copy(filePath(), copy);
+}
