@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusAbstractAdaptor>
+#include <QStringList>
+#include <QVariantMap>
+
+class FreedesktopApplicationService;
+
+/// org.freedesktop.Application, as the desktop entry specification describes it. The platform
+/// data (start-up ids, activation tokens) is for showing windows, which no action does at once.
+class ApplicationAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationAdaptor(FreedesktopApplicationService *service);
+
+public Q_SLOTS:
+    /// The program was started or chosen again: a capture.
+    void Activate(const QVariantMap &platform_data);
+    /// The program opens no files.
+    void Open(const QStringList &uris, const QVariantMap &platform_data);
+    void ActivateAction(const QString &action_name, const QVariantList &parameter,
+                        const QVariantMap &platform_data);
+
+private:
+    FreedesktopApplicationService *m_service;
+};
