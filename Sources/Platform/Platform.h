@@ -3,6 +3,7 @@
 
 #include "Platform/ApplicationService.h"
 #include "Platform/EventMonitor.h"
+#include "Platform/KeyTap.h"
 #include "Platform/LoginItem.h"
 #include "Platform/MainQueue.h"
 #include "Platform/OverlaySurface.h"
@@ -32,6 +33,7 @@ struct Platform
     std::unique_ptr<ScreenRecording> screenRecording;
     std::unique_ptr<OverlaySurface> overlaySurface;
     std::unique_ptr<EventMonitor> eventMonitor;
+    std::unique_ptr<KeyTap> keyTap;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<PopupPlacement> popupPlacement;
     std::unique_ptr<StatusBar> statusBar;
