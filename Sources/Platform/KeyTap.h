@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QString>
-#include <QtTypes>
+#include <QtGlobal>
 
 #include <functional>
 #include <memory>
