@@ -6,7 +6,7 @@ option(VELLORA_COVERAGE "Instrument for gcov" OFF)
 
 add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough -Werror)
+  -Wformat=2 -Wimplicit-fallthrough -Werror)
 
 add_compile_definitions(
   QT_NO_CAST_FROM_ASCII
@@ -18,8 +18,6 @@ add_compile_definitions(
 if(VELLORA_SANITIZE)
   add_compile_options(-fsanitize=${VELLORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${VELLORA_SANITIZE})
-  # GCC 12 warns of null dereferences inside its own instrumentation.
-  add_compile_options(-Wno-null-dereference)
 endif()
 
 if(VELLORA_COVERAGE)

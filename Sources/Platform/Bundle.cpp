@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Bundle.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+bool isReadableFolder(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isDir() && info.isReadable() && info.isExecutable();
+}
+} // namespace
+
+Bundle::Bundle(const QString &bundlePath, const QString &resourcePath)
+    : m_bundlePath(bundlePath)
+    , m_resourcePath(resourcePath)
+{
+}
+
+Bundle Bundle::main()
+{
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    const QString resources = QDir::cleanPath(programFolder + u"/../share/vellora"_s);
+    return {programFolder, isReadableFolder(resources) ? resources : QString()};
+}
+
+std::optional<Bundle> Bundle::open(const QString &path)
+{
+    if (!isReadableFolder(path)) {
+        return std::nullopt;
+    }
+    return Bundle(path, path);
+}
+
+QString Bundle::path(const QString &name, const QString &type) const
+{
+    if (m_resourcePath.isEmpty()) {
+        return {};
+    }
+    const QFileInfo file(QDir(m_resourcePath), name + u'.' + type);
+    return file.isFile() ? file.absoluteFilePath() : QString();
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+/// Quits the application in order when the session or a terminal ends it (SIGTERM, SIGINT,
+/// SIGHUP), so that what it holds on the desktop is given back. One per process.
+class TerminationSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    TerminationSignals();
+    ~TerminationSignals() override;
+};

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "AppDelegate.h"
+#include "Platform/Platform.h"
+#include "ScreenCapture.h"
+#include "ScreenRegionSelector.h"
+#include "Settings.h"
+#include "StatusMark.h"
+
+#include <QPointer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+QString message(const OCRError &error)
+{
+    switch (error.value()) {
+    case OCRError::Case::emptyImage:
+        return AppDelegate::tr("Empty selection");
+    case OCRError::Case::noText:
+        return AppDelegate::tr("No text found");
+    case OCRError::Case::vision:
+        break;
+    }
+    return AppDelegate::tr("OCR error: ") + error.underlying()->localizedDescription();
+}
+} // namespace
+
+void AppDelegate::startCapture()
+{
+    if (!Platform::current().screenRecording->preflightAccess()) {
+        requestScreenPermission();
+        return;
+    }
+    Platform::current().textRecognizer->prepare();
+    const auto selector = std::make_shared<ScreenRegionSelector>();
+    selector->retainSelf = selector;
+    selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
+        if (self) {
+            self->selectionDidFinish(rect);
+        }
+    });
+}
+
+void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
+{
+    if (!rect) {
+        return;
+    }
+    const QImage image = ScreenCapture::capture(*rect);
+    if (image.isNull()) {
+        return;
+    }
+    if (Settings::shared().shutterSound()) {
+        playShutterSound();
+    }
+    OCRService::recognize(image,
+                          [self = QPointer(this), rect = *rect](const RecognitionOutcome &outcome) {
+                              if (self) {
+                                  self->recognitionDidFinish(outcome, rect);
+                              }
+                          });
+}
+
+void AppDelegate::recognitionDidFinish(const RecognitionOutcome &outcome,
+                                       const CocoaRect &captureRect)
+{
+    if (const auto *text = std::get_if<QString>(&outcome)) {
+        deliverResult(*text, captureRect);
+    } else {
+        showOCRError(std::get<OCRError>(outcome));
+    }
+}
+
+void AppDelegate::deliverResult(const QString &text, const CocoaRect &captureRect)
+{
+    const OutputMode mode = Settings::shared().outputMode();
+    if (mode != OutputMode::popupOnly) {
+        Pasteboard &pasteboard = *Platform::current().pasteboard;
+        pasteboard.clearContents();
+        pasteboard.setString(text);
+        if (Settings::shared().showNotification()) {
+            showCopiedNotification();
+        }
+    }
+    if (mode != OutputMode::clipboardOnly) {
+        resultPopup.show(text, captureRect);
+    }
+}
+
+void AppDelegate::showOCRError(const OCRError &error)
+{
+    const auto button = statusItemButton();
+    if (!button) {
+        return;
+    }
+    const QString text = message(error);
+    show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"), text, 2000ms}, button);
+    Platform::current().systemLog->log(u"Vellora OCR: "_s + text);
+}
+
+void AppDelegate::playShutterSound()
+{
+    SystemSounds &sounds = *Platform::current().systemSounds;
+    // The sound theme's names for a camera's shutter and for a picture taken of the screen.
+    for (const QString &name : {u"camera-shutter"_s, u"screen-capture"_s}) {
+        const QString file = sounds.file(name);
+        if (!file.isEmpty() && sounds.play(file)) {
+            return;
+        }
+    }
+    sounds.beep();
+}
+
+void AppDelegate::showCopiedNotification()
+{
+    if (const auto button = statusItemButton()) {
+        show(StatusMark{u"checkmark.circle.fill"_s, tr("Copied"), std::nullopt, 1500ms}, button);
+    }
+}

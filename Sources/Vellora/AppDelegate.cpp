@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "AppDelegate.h"
+
+#include "BundleExtension.h"
+#include "MainMenu.h"
+#include "Platform/Platform.h"
+#include "Platform/SystemSymbol.h"
+#include "StatusMark.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QMenu>
+#include <QPointer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+/// The program's own icon, or the symbol that stands in for it when it cannot be read.
+StatusItemImage statusItemImage()
+{
+    const QString icon = u"menubar_icon"_s;
+    QFile file(velloraResources().path(icon, u"png"_s));
+    if (file.open(QIODevice::ReadOnly)) {
+        const QByteArray data = file.readAll();
+        if (!QImage::fromData(data).isNull()) {
+            return {icon, data, QString()};
+        }
+    }
+    return systemSymbol(u"text.viewfinder"_s, u"Vellora"_s);
+}
+} // namespace
+
+AppDelegate::AppDelegate() = default;
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    installMainMenu();
+    setupStatusItem();
+    Platform::current().mainQueue->asyncAfter(5000ms, [self = QPointer(this)] {
+        if (self) {
+            // A refusal concerns nobody until the user asks for updates.
+            self->updaterController.updater().startUpdater();
+        }
+    });
+}
+
+void AppDelegate::installMainMenu()
+{
+    new MainMenu(qApp);
+}
+
+void AppDelegate::setupStatusItem()
+{
+    statusItem = Platform::current().statusBar->makeStatusItem();
+    const auto button = statusItemButton();
+    if (!button) {
+        return;
+    }
+    button->setImage(statusItemImage());
+    button->setToolTip(defaultToolTip());
+    button->setAction([self = QPointer(this)](const StatusItemEvent &event) {
+        if (self) {
+            self->handleClick(event);
+        }
+    });
+}
+
+std::shared_ptr<StatusItemButton> AppDelegate::statusItemButton() const
+{
+    return statusItem ? statusItem->button() : nullptr;
+}
+
+void AppDelegate::handleClick(const StatusItemEvent &event)
+{
+    if (event.type == StatusItemEvent::Type::RightMouseUp) {
+        showContextMenu(event);
+    } else {
+        startCapture();
+    }
+}
+
+void AppDelegate::showContextMenu(const StatusItemEvent &event)
+{
+    auto menu = std::make_unique<QMenu>();
+    menu->addAction(tr("Capture Text"), this, &AppDelegate::captureFromMenu);
+    menu->addSeparator();
+    menu->addAction(tr("Settings…"), QKeySequence(Qt::CTRL | Qt::Key_Comma), this,
+                    &AppDelegate::openSettings);
+    menu->addAction(tr("Check for Updates…"), this, &AppDelegate::checkForUpdates);
+    menu->addSeparator();
+    menu->addAction(tr("Quit Vellora"), QKeySequence(Qt::CTRL | Qt::Key_Q), qApp,
+                    &QCoreApplication::quit);
+    if (const auto button = statusItemButton()) {
+        button->popUpContextMenu(std::move(menu), event);
+    }
+}
+
+void AppDelegate::captureFromMenu()
+{
+    startCapture();
+}
+
+void AppDelegate::checkForUpdates()
+{
+    updaterController.updater().checkForUpdates();
+}
+
+void AppDelegate::performAction(const QString &name)
+{
+    if (name == u"capture") {
+        startCapture();
+    } else if (name == u"settings") {
+        openSettings();
+    } else if (name == u"check-for-updates") {
+        checkForUpdates();
+    } else if (name == u"quit") {
+        QCoreApplication::quit();
+    }
+}
+
+void AppDelegate::openSettings()
+{
+}

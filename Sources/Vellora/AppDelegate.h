@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "OCRService.h"
+#include "Platform/CocoaGeometry.h"
+#include "Platform/MainQueue.h"
+#include "Platform/StatusItem.h"
+#include "ResultPopup.h"
+#include "UpdaterController.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// Wires the program together at launch and conducts every capture. Main thread only.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    AppDelegate();
+    ~AppDelegate() override;
+
+    /// The launch sequence; called once, when the event loop is about to run.
+    void applicationDidFinishLaunching();
+
+    /// Lets the user select a rectangle and delivers its text; asks for the permission to record
+    /// the screen first, if it is missing.
+    void startCapture();
+
+    void openSettings();
+    void checkForUpdates();
+
+    /// Does what a desktop action of this name stands for; unknown names do nothing.
+    void performAction(const QString &name);
+
+private:
+    void installMainMenu();
+    void setupStatusItem();
+    void handleClick(const StatusItemEvent &event);
+    void showContextMenu(const StatusItemEvent &event);
+    void captureFromMenu();
+
+    void selectionDidFinish(const std::optional<CocoaRect> &rect);
+    void recognitionDidFinish(const RecognitionOutcome &outcome, const CocoaRect &captureRect);
+    void deliverResult(const QString &text, const CocoaRect &captureRect);
+    void showOCRError(const OCRError &error);
+    void showCopiedNotification();
+    static void playShutterSound();
+
+    void requestScreenPermission();
+    void startPermissionPolling();
+    void checkPermission(RepeatingTimer &timer);
+    void permissionPollingDidTimeOut();
+
+    std::shared_ptr<StatusItemButton> statusItemButton() const;
+
+    std::unique_ptr<StatusItem> statusItem;
+    ResultPopup resultPopup;
+    UpdaterController updaterController;
+    std::shared_ptr<RepeatingTimer> permissionCheckTimer;
+};

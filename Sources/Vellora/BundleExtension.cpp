@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "BundleExtension.h"
+
+#include "ResourceBundleAccessor.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+Bundle findVelloraResources()
+{
+    const Bundle main = Bundle::main();
+    // The program is one executable, so the bundle that holds its code is the main one again.
+    for (const QString &folder : {main.resourcePath(), main.bundlePath(), main.resourcePath()}) {
+        if (folder.isEmpty()) {
+            continue;
+        }
+        if (const auto bundle = Bundle::open(folder + u'/' + resourceBundleName)) {
+            return *bundle;
+        }
+    }
+    return module();
+}
+
+Bundle findModule()
+{
+    const QString mainPath = Bundle::main().bundlePath() + u'/' + resourceBundleName;
+    if (const auto bundle = Bundle::open(mainPath)) {
+        return *bundle;
+    }
+    if (const auto bundle = Bundle::open(resourceBundleBuildPath)) {
+        return *bundle;
+    }
+    qFatal("could not load resource bundle: from %s or %s", qUtf8Printable(mainPath),
+           qUtf8Printable(resourceBundleBuildPath));
+}
+} // namespace
+
+const Bundle &velloraResources()
+{
+    static const Bundle bundle = findVelloraResources();
+    return bundle;
+}
+
+const Bundle &module()
+{
+    static const Bundle bundle = findModule();
+    return bundle;
+}

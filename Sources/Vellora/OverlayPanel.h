@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+class SelectorView;
+
+/// The borderless panel that dims one whole screen.
+class OverlayPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    OverlayPanel();
+
+    /// The panel takes part in the focus although it has no title bar.
+    bool canBecomeKey() const { return true; }
+    bool canBecomeMain() const { return true; }
+
+    SelectorView &contentView() const { return *m_contentView; }
+
+    /// A picture of the screen to show beneath the dim; null where the desktop shines through.
+    void setBackdrop(const QPixmap &backdrop);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    SelectorView *m_contentView;
+    QPixmap m_backdrop;
+};

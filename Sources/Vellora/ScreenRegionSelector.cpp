@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "ScreenRegionSelector.h"
+
+#include "Platform/Platform.h"
+#include "SelectorView.h"
+
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+ScreenRegionSelector::~ScreenRegionSelector()
+{
+    QObject::disconnect(m_screensObserver);
+}
+
+void ScreenRegionSelector::show(Completion callback)
+{
+    completion = std::move(callback);
+    const QList<Screen> screens = Platform::current().screens->screens();
+    if (screens.isEmpty()) {
+        finish(std::nullopt);
+        return;
+    }
+    OverlaySurface &surface = *Platform::current().overlaySurface;
+    for (const Screen &screen : screens) {
+        panels.push_back(makePanel(screen));
+        OverlayPanel &panel = *panels.back();
+        surface.orderFront(panel);
+        // The panel of the last screen ends up with the keyboard.
+        surface.makeKey(panel);
+        panel.contentView().setFocus();
+    }
+    observe();
+}
+
+ScreenRegionSelector::PanelPointer ScreenRegionSelector::makePanel(const Screen &screen)
+{
+    PanelPointer panel(new OverlayPanel);
+    panel->setBackdrop(Platform::current().overlaySurface->cover(*panel, screen));
+
+    SelectorView &view = panel->contentView();
+    view.screenOriginInGlobalCocoa = screen.frame.origin;
+    view.onSelection = [weak = weak_from_this()](const CocoaRect &rect) {
+        if (const auto self = weak.lock()) {
+            self->finish(rect);
+        }
+    };
+    view.onCancel = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->finish(std::nullopt);
+        }
+    };
+    return panel;
+}
+
+void ScreenRegionSelector::observe()
+{
+    const auto cancel = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->finish(std::nullopt);
+        }
+    };
+    deactivationObserver = Platform::current().eventMonitor->addResignActiveObserver(cancel);
+    // The panels would no longer cover what the user sees.
+    Screens *screens = Platform::current().screens.get();
+    m_screensObserver = QObject::connect(screens, &Screens::changed, screens, cancel);
+}
+
+void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
+{
+    if (std::exchange(finished, true)) {
+        return;
+    }
+    const Completion callback = std::exchange(completion, nullptr);
+    deactivationObserver.reset();
+    QObject::disconnect(m_screensObserver);
+    for (const PanelPointer &panel : panels) {
+        Platform::current().overlaySurface->orderOut(*panel);
+    }
+    panels.clear();
+    if (callback) {
+        callback(rect);
+    }
+    Platform::current().mainQueue->asyncAfter(100ms, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->retainSelf.reset();
+        }
+    });
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "OverlayPanel.h"
+#include "Platform/EventMonitor.h"
+#include "Platform/Screens.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// Dims every screen, lets the user drag one rectangle and reports it, or that there is none,
+/// exactly once. Main thread only.
+class ScreenRegionSelector : public std::enable_shared_from_this<ScreenRegionSelector>
+{
+public:
+    /// Takes the rectangle in global Cocoa coordinates, or nothing when the user cancelled.
+    using Completion = std::function<void(const std::optional<CocoaRect> &)>;
+
+    ScreenRegionSelector() = default;
+    ~ScreenRegionSelector();
+    ScreenRegionSelector(const ScreenRegionSelector &) = delete;
+    ScreenRegionSelector &operator=(const ScreenRegionSelector &) = delete;
+
+    /// Puts the overlays up and returns; without any screen `completion` runs at once.
+    void show(Completion completion);
+
+    /// Takes the overlays down and reports `rect`. Only the first call counts.
+    void finish(const std::optional<CocoaRect> &rect);
+
+    /// The creator sets it to the selector itself, which so stays alive while it is on screen.
+    /// Cleared a moment after `finish`, never inside the completion.
+    std::shared_ptr<ScreenRegionSelector> retainSelf;
+
+private:
+    /// A panel is destroyed only after the event, often its own, that is being handled.
+    struct DeleteLater
+    {
+        void operator()(OverlayPanel *panel) const { panel->deleteLater(); }
+    };
+    using PanelPointer = std::unique_ptr<OverlayPanel, DeleteLater>;
+
+    PanelPointer makePanel(const Screen &screen);
+    void observe();
+
+    /// The overlays on screen, one per screen, in the order of the screens.
+    std::vector<PanelPointer> panels;
+    Completion completion;
+    bool finished = false;
+    std::unique_ptr<EventMonitor::Monitor> deactivationObserver;
+    QMetaObject::Connection m_screensObserver;
+};

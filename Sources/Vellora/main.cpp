@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "AppDelegate.h"
+#include "Platform/DesktopPlatform.h"
+#include "Platform/Platform.h"
+#include "Platform/TerminationSignals.h"
+#include "Publisher.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QThreadPool>
+
+#include <cstdio>
+#include <exception>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// The application object and its delegate, for the life of the process.
+std::unique_ptr<QApplication> app;
+std::unique_ptr<AppDelegate> delegate;
+
+/// Runs the program on the desktop that `platform` stands for.
+int run(Platform &platform)
+{
+    ApplicationService &service = *platform.applicationService;
+    if (service.claim() == ApplicationService::Claim::Taken) {
+        // The one that runs already does what the user wants from this start.
+        if (!service.forward(u"capture"_s)) {
+            platform.systemLog->log(u"Vellora is running already but does not answer"_s);
+            return 1;
+        }
+        return 0;
+    }
+    delegate = std::make_unique<AppDelegate>();
+    service.setActionHandler([](const QString &action) { delegate->performAction(action); });
+    platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
+    const int status = QApplication::exec();
+    service.setActionHandler(nullptr);
+    delegate.reset();
+    // A recognition under way still uses the platform.
+    QThreadPool::globalInstance()->waitForDone();
+    return status;
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Portals and panels know the program by it; Qt wants it before the application object.
+    QGuiApplication::setDesktopFileName(Publisher::applicationId);
+    QCoreApplication::setApplicationName(u"vellora"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(VELLORA_VERSION));
+    QGuiApplication::setApplicationDisplayName(u"Vellora"_s);
+
+    app = std::make_unique<QApplication>(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    int status = 1;
+    try {
+        const TerminationSignals terminationSignals;
+        const auto platform = makeDesktopPlatform({.applicationId = Publisher::applicationId});
+        status = run(*platform);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "vellora: %s\n", error.what());
+    }
+    app.reset();
+    return status;
+}
