@@ -1,0 +1,96 @@
+# SPDX-License-Identifier: MIT
+"""Every way to end a selection without a capture: nothing is copied, shown or logged."""
+
+import os
+import signal
+import unittest
+
+from support import desktop, main
+from support.desktop import Clipboard, Pointer, key, points
+from support.page import Page
+from support.program import Program, is_unchanged
+from support.waiting import holds_for, wait_until
+
+TEXT = "Not to be copied"
+BOTH = {"outputMode": "both"}
+
+
+class CancelTest(unittest.TestCase):
+    def assert_cancelled(self, program, before):
+        wait_until("the overlay's end", lambda: is_unchanged(before))
+        holds_for("without a result", lambda: Clipboard.text() == "before"
+                  and is_unchanged(before) and program.is_running(), 0.5)
+
+    def test_escape(self):
+        with Page(TEXT), Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            key("Escape")
+            self.assert_cancelled(program, before)
+
+    def test_escape_during_a_drag(self):
+        with Page(TEXT) as page, Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom),
+                         release=False)
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            Pointer.release()
+            self.assert_cancelled(program, before)
+
+    def test_other_keys_do_nothing(self):
+        with Page(TEXT) as page, Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            key("Return")
+            key("a")
+            key("Escape")
+            self.assert_cancelled(program, before)
+            self.assertEqual(page.said(r"key \d+"), [])
+
+    def test_click(self):
+        with Page(TEXT) as page, Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            Pointer.click(*page.box.middle)
+            self.assert_cancelled(program, before)
+            self.assertEqual(page.said(r"click .*"), [])
+
+    def test_small_drag(self):
+        with Page(TEXT) as page, Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            x, y = page.box.x, page.box.y
+            Pointer.drag((x, y), (x + points(200), y + points(2)))
+            self.assert_cancelled(program, before)
+
+    @unittest.skipIf(desktop.NAME == "none", "needs a window manager")
+    def test_another_program_comes_to_the_front(self):
+        with Page(TEXT), Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            window, = desktop.windows_titled("Text page")
+            desktop.tool("xdotool", "windowactivate", window)
+            self.assert_cancelled(program, before)
+
+    def test_being_ended(self):
+        with Page(TEXT), Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            os.kill(program.process.pid, signal.SIGTERM)
+            program.wait_for_end()
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            self.assertEqual(Clipboard.text(), "before")
+
+    def test_a_capture_works_after_a_cancelled_one(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            before = program.start_capture()
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+
+
+if __name__ == "__main__":
+    main()

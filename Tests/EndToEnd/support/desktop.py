@@ -1,0 +1,189 @@
+# SPDX-License-Identifier: MIT
+"""The private desktop: its screens, what they show, its pointer, keyboard, clipboard and windows.
+
+All places are pixels of the whole desktop, origin top-left, y down.
+"""
+
+import os
+import re
+import subprocess
+from typing import NamedTuple
+
+import numpy
+from PIL import Image, ImageGrab
+
+from .waiting import wait_until
+
+NAME = os.environ["VELLORA_DESKTOP"]
+PANEL = os.environ["VELLORA_DESKTOP_PANEL"]
+SCALE = float(os.environ["VELLORA_DESKTOP_SCALE"])
+COMPOSITED = any(word in NAME for word in ("picom", "compositor"))
+WALLPAPER = 0xC8
+
+
+class Box(NamedTuple):
+    x: int
+    y: int
+    width: int
+    height: int
+
+    @property
+    def right(self):
+        return self.x + self.width
+
+    @property
+    def bottom(self):
+        return self.y + self.height
+
+    @property
+    def middle(self):
+        return self.x + self.width // 2, self.y + self.height // 2
+
+    def inset(self, margin):
+        return Box(self.x + margin, self.y + margin, self.width - 2 * margin,
+                   self.height - 2 * margin)
+
+    def of(self, picture):
+        """This part of a screenshot."""
+        return picture[max(self.y, 0):self.bottom, max(self.x, 0):self.right]
+
+
+def _screens():
+    left, boxes = 0, []
+    for size in os.environ["VELLORA_DESKTOP_SCREENS"].split(","):
+        width, height = (int(side) for side in size.split("x"))
+        boxes.append(Box(left, 0, width, height))
+        left += width
+    return boxes
+
+
+SCREENS = _screens()
+
+
+def points(count):
+    """Points as the program counts them, in pixels."""
+    return round(count * SCALE)
+
+
+def screenshot():
+    """What all screens show, read from the X server by this process: rows of (r, g, b)."""
+    picture = ImageGrab.grab(xdisplay=os.environ["DISPLAY"]).convert("RGB")
+    return numpy.asarray(picture).astype(numpy.int16)
+
+
+def save(picture, path):
+    Image.fromarray(picture.astype(numpy.uint8)).save(path)
+
+
+def difference(one, other):
+    """The box around the pixels that are not the same, or None."""
+    rows, columns = numpy.nonzero(numpy.any(one != other, axis=2))
+    if len(rows) == 0:
+        return None
+    return Box(int(columns.min()), int(rows.min()), int(columns.max() - columns.min() + 1),
+               int(rows.max() - rows.min() + 1))
+
+
+def on_screens(picture):
+    """A picture less what lies on no screen, when screens differ in height."""
+    return [screen.of(picture) for screen in SCREENS]
+
+
+def tool(*command, given=None, check=True):
+    done = subprocess.run(command, input=given, capture_output=True, text=True, timeout=20,
+                          check=False)
+    if check and done.returncode:
+        raise AssertionError(f"{' '.join(command)}: {done.stderr.strip() or done.returncode}")
+    return done.stdout
+
+
+class Pointer:
+    """Real input events, through the server's test extension."""
+
+    @staticmethod
+    def move(x, y):
+        tool("xdotool", "mousemove", str(round(x)), str(round(y)))
+
+    @staticmethod
+    def press(button=1):
+        tool("xdotool", "mousedown", str(button))
+
+    @staticmethod
+    def release(button=1):
+        tool("xdotool", "mouseup", str(button))
+
+    @classmethod
+    def click(cls, x, y, button=1):
+        cls.move(x, y)
+        cls.press(button)
+        cls.release(button)
+
+    @classmethod
+    def drag(cls, start, end, release=True):
+        """From one corner to the other in a few steps, as a hand does."""
+        cls.move(*start)
+        cls.press()
+        for step in (0.3, 0.6, 0.9, 1):
+            cls.move(start[0] + (end[0] - start[0]) * step, start[1] + (end[1] - start[1]) * step)
+        if release:
+            cls.release()
+
+
+def key(name):
+    tool("xdotool", "key", name)
+
+
+class Clipboard:
+    """The clipboard as another program meets it."""
+
+    @staticmethod
+    def text():
+        """What xclip reads, or None when there is no text."""
+        done = subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True,
+                              timeout=20, check=False)
+        return done.stdout.decode() if done.returncode == 0 else None
+
+    @staticmethod
+    def put(text):
+        # xclip stays behind to serve the text; it must not hold our pipes open.
+        subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(),
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
+                       check=True)
+        wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
+
+
+def windows_titled(title):
+    """The visible windows with exactly this title."""
+    found = tool("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$",
+                 check=False)
+    return found.split()
+
+
+def window_box(window):
+    values = dict(line.split("=") for line in
+                  tool("xdotool", "getwindowgeometry", "--shell", window).split() if "=" in line)
+    return Box(int(values["X"]), int(values["Y"]), int(values["WIDTH"]), int(values["HEIGHT"]))
+
+
+def frame_box(window):
+    """The window with the border and title bar that the window manager gave it."""
+    box = window_box(window)
+    extents = re.findall(r"\d+", tool("xprop", "-id", window, "_NET_FRAME_EXTENTS",
+                                      check=False).partition("=")[2])
+    if len(extents) != 4:
+        return box
+    left, right, top, bottom = (int(side) for side in extents)
+    return Box(box.x - left, box.y - top, box.width + left + right, box.height + top + bottom)
+
+
+def listed_windows():
+    """The windows that the window manager lists, as a task bar sees them: {id: its properties}.
+
+    Those that ask not to be in a task bar are left out.
+    """
+    listed = re.findall(r"0x[0-9a-f]+", tool("xprop", "-root", "_NET_CLIENT_LIST"))
+    properties = {window: tool("xprop", "-id", window, check=False) for window in listed}
+    return {window: text for window, text in properties.items()
+            if "_NET_WM_STATE_SKIP_TASKBAR" not in text
+            and "_NET_WM_WINDOW_TYPE_DOCK" not in text
+            and "_NET_WM_WINDOW_TYPE_DESKTOP" not in text}

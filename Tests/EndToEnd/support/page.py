@@ -1,0 +1,58 @@
+# SPDX-License-Identifier: MIT
+"""A window with a known text: what is captured, and another program to turn to."""
+
+import os
+import re
+import subprocess
+import threading
+
+from . import desktop
+from .desktop import Box
+from .waiting import wait_until
+
+
+class Page:
+    """Use as a context manager; `box` is where it stands."""
+
+    def __init__(self, text, box=None, pixel_size=None):
+        self._command = [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size",
+                         str(pixel_size or desktop.points(36)), "--geometry",
+                         ",".join(str(side) for side in (box or self.usual_box())), text]
+        self.lines = []
+
+    @staticmethod
+    def usual_box():
+        """Well inside the first screen, with room for the popup below."""
+        return Box(desktop.points(60), desktop.points(50), desktop.points(520),
+                   desktop.points(150))
+
+    def __enter__(self):
+        self._process = subprocess.Popen(self._command, stdout=subprocess.PIPE,
+                                         stderr=subprocess.PIPE, text=True)
+        threading.Thread(target=self._read, daemon=True).start()
+        wait_until("the text page", lambda: self._place() and self._is_seen())
+        return self
+
+    def __exit__(self, *_):
+        self._process.terminate()
+        self._process.wait(10)
+
+    def _read(self):
+        for line in self._process.stdout:
+            self.lines.append(line.strip())
+
+    def _place(self):
+        shown = [line for line in self.lines if line.startswith("shown ")]
+        return Box(*(int(side) for side in shown[-1].split()[1:])) if shown else None
+
+    def _is_seen(self):
+        corners = self.box.of(desktop.screenshot())
+        return (corners[1, 1] == 255).all() and (corners[-2, -2] == 255).all() \
+            and (corners < 64).any()
+
+    @property
+    def box(self):
+        return self._place()
+
+    def said(self, pattern):
+        return [line for line in self.lines if re.fullmatch(pattern, line)]

@@ -1,0 +1,248 @@
+# SPDX-License-Identifier: MIT
+"""The built program: its settings, its start and end, its log and its status item."""
+
+import os
+import re
+import signal
+import subprocess
+import sys
+import threading
+from pathlib import Path
+
+from . import desktop
+from .desktop import Box, Pointer, difference, screenshot
+from .waiting import wait_until
+
+APPLICATION_ID = "org.vellora.Vellora"
+OBJECT_PATH = "/org/vellora/Vellora"
+POPUP_TITLE = "Vellora — Recognized Text"
+LOG_PREFIX = "vellora: "
+
+# Nothing to do with us: without a sound server there is no sound.
+QUIET = {"shutterSound": "false"}
+
+
+def binary():
+    return os.environ["VELLORA_BINARY"]
+
+
+def settings_file():
+    return Path(os.environ["XDG_CONFIG_HOME"]) / "vellora/vellora.ini"
+
+
+def write_settings(values):
+    """Replaces the stored settings. A value is written as it stands in the file."""
+    file = settings_file()
+    file.parent.mkdir(parents=True, exist_ok=True)
+    file.write_text("[General]\n" + "".join(f"{k}={v}\n" for k, v in values.items()))
+
+
+class Program:
+    """A run of the program. Use as a context manager: on leaving, it must still be running, quit
+    when asked to, and have written no line that was not expected.
+
+    `settings` is stored before the start; None leaves the file as it is.
+    `environment` is added; a value of None removes the name.
+    """
+
+    def __init__(self, settings=None, environment=None, expected_log=()):
+        if settings is not None:
+            write_settings({**QUIET, **settings})
+        self.expected_log = list(expected_log)
+        self.log = []
+        self._environment = dict(os.environ)
+        for name, value in (environment or {}).items():
+            if value is None:
+                self._environment.pop(name, None)
+            else:
+                self._environment[name] = value
+        self._before = None
+        self._item = None
+
+    def __enter__(self):
+        self.start()
+        return self
+
+    def __exit__(self, kind, *_):
+        if kind is not None:
+            self._keep_evidence()
+            self._end()
+            print("the program's log:", *self.log, sep="\n", file=sys.stderr)
+            return
+        if self.is_running():
+            self.quit()
+        self.check()
+
+    def start(self):
+        self._before = screenshot()
+        self.process = subprocess.Popen([binary()], env=self._environment,
+                                        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, text=True, errors="replace")
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+
+    def _read(self):
+        for line in self.process.stdout:
+            self.log.append(line.rstrip("\n"))
+
+    def is_running(self):
+        return self.process.poll() is None
+
+    def wait_for_end(self, seconds=20):
+        status = wait_until("the program's end", lambda: self.process.poll() is not None, seconds)
+        self._reader.join(5)
+        return self.process.returncode if status else None
+
+    def quit(self):
+        if self._environment.get("DBUS_SESSION_BUS_ADDRESS") == \
+                os.environ["DBUS_SESSION_BUS_ADDRESS"]:
+            wait_until("the program on the session bus", is_on_bus)
+            activate_action("quit")
+        else:
+            self.process.send_signal(signal.SIGTERM)
+        self.wait_for_end()
+
+    @staticmethod
+    def _keep_evidence():
+        """What the screens show when a test fails, before anything is cleaned up."""
+        folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
+        folder.mkdir(parents=True, exist_ok=True)
+        file = folder / f"{Path(sys.argv[0]).stem}@{desktop.NAME}-{os.getpid()}.png"
+        desktop.save(screenshot(), file)
+        print(f"screenshot: {file}", file=sys.stderr)
+
+    def _end(self):
+        if self.is_running():
+            self.process.terminate()
+            try:
+                self.process.wait(10)
+            except subprocess.TimeoutExpired:
+                self.process.kill()
+                self.process.wait()
+        self._reader.join(5)
+
+    def check(self, status=0):
+        """The program has ended: with this status and nothing unexpected in its log."""
+        assert self.process.returncode == status, \
+            f"exit status {self.process.returncode}, not {status}:\n" + "\n".join(self.log)
+        expected = [LOG_PREFIX + line for line in self.expected_log]
+        assert self.log == expected, \
+            "unexpected log:\n" + "\n".join(self.log) + "\nexpected:\n" + "\n".join(expected)
+
+    def logged(self, text):
+        """Waits for a line of the log and takes it as expected."""
+        self.expected_log.append(text)
+        wait_until(f"the log line {text!r}, the log being {self.log}",
+                   lambda: self.log[-1:] == [LOG_PREFIX + text])
+
+    # The status item
+
+    def status_item(self):
+        """Where the status item is, found by what its start changed in the panel."""
+        if self._item is None:
+            self._item = wait_until("the status item", self._find_status_item)
+        return self._item
+
+    def _find_status_item(self):
+        now = screenshot()
+        box = difference(self._before, now)
+        height = desktop.SCREENS[0].height
+        if not box or min(box.width, box.height) < 8:
+            return None
+        assert box.y >= height - desktop.points(30), f"the start changed more than the panel: {box}"
+        # The icon may still be moving or not be drawn yet.
+        if difference(now, screenshot()):
+            return None
+        return self._icon_in(box, now)
+
+    @staticmethod
+    def _icon_in(box, picture):
+        """The one icon in the part of the panel that is new; the rest of it is plain."""
+        part = box.of(picture)
+        background = part[part.shape[0] // 2, 0] if part.shape[1] > 30 else part[0, 0]
+        rows, columns = ((abs(part - background) > 24).any(axis=2)).nonzero()
+        if len(rows) == 0:
+            return None
+        return Box(box.x + int(columns.min()), box.y + int(rows.min()),
+                   int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
+
+    def click(self, button=1):
+        Pointer.click(*self.status_item().middle, button)
+
+    # The overlay
+
+    def start_capture(self):
+        """A left click on the status item; returns what the screens showed before."""
+        self.status_item()
+        before = screenshot()
+        self.click()
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        return before
+
+    def capture(self, box):
+        """A whole capture of this part of the screen; returns what the screens showed before."""
+        before = self.start_capture()
+        Pointer.drag((box.x, box.y), (box.right, box.bottom))
+        return before
+
+    @staticmethod
+    def popup():
+        """The result window, once it is there."""
+        return wait_until("the result window",
+                          lambda: desktop.windows_titled(POPUP_TITLE))[0]
+
+
+def dimmed(picture):
+    """What a picture looks like below black of an opacity of a quarter."""
+    return picture * 0.75
+
+
+def _compared(now, before):
+    """What is compared of two screenshots: all screens, less the panel, where the pointer's
+    passing alone changes something."""
+    for number, screen in enumerate(desktop.SCREENS):
+        area = screen
+        if number == 0 and desktop.PANEL != "none":
+            area = screen._replace(height=screen.height - desktop.points(30))
+        yield area.of(now), area.of(before)
+
+
+def is_dimmed(before, tolerance=2):
+    now = screenshot()
+    middle = desktop.SCREENS[0].width // 2
+    panel = Box(middle, desktop.SCREENS[0].height - desktop.points(10), 4, 4)
+    areas = [*_compared(now, before), (panel.of(now), panel.of(before))]
+    return all((abs(screen - dimmed(was)) <= tolerance).all() for screen, was in areas)
+
+
+def is_unchanged(before):
+    return all((screen == was).all() for screen, was in _compared(screenshot(), before))
+
+
+# The session bus
+
+def is_on_bus():
+    answer = desktop.tool("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
+                          "--object-path", "/org/freedesktop/DBus", "--method",
+                          "org.freedesktop.DBus.NameHasOwner", APPLICATION_ID)
+    return "true" in answer
+
+
+def activate_action(action):
+    desktop.tool("gdbus", "call", "--session", "--dest", APPLICATION_ID, "--object-path",
+                 OBJECT_PATH, "--method", "org.freedesktop.Application.ActivateAction", action,
+                 "[]", "{}")
+
+
+def status_notifier_property(name):
+    """A property of the program's item as the panel's host reads it."""
+    watcher = desktop.tool("gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
+                           "--object-path", "/StatusNotifierWatcher", "--method",
+                           "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
+                           "RegisteredStatusNotifierItems")
+    items = re.findall(r"'([^']+)'", watcher)
+    assert len(items) == 1, f"one status item was expected: {watcher}"
+    service, _, path = items[0].partition("/")
+    return desktop.tool("gdbus", "call", "--session", "--dest", service, "--object-path",
+                        "/" + (path or "StatusNotifierItem"), "--method",
+                        "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", name)

@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: MIT
+"""Waiting for conditions, never for time."""
+
+import time
+
+
+class TimedOut(AssertionError):
+    """What was waited for did not come; an assertion like any other."""
+
+
+def wait_until(what, condition, seconds=15):
+    """Polls until `condition()` is true and returns its value; TimedOut says what was missing."""
+    limit = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > limit:
+            raise TimedOut(f"waited {seconds} s for {what}")
+        time.sleep(0.01)
+
+
+def holds_for(what, condition, seconds):
+    """For what must not happen: `condition()` has to stay true all the time."""
+    limit = time.monotonic() + seconds
+    while time.monotonic() < limit:
+        if not condition():
+            raise AssertionError(f"within {seconds} s: no longer {what}")
+        time.sleep(0.01)
