@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A window with a known text in a known place, for programs that read the screen.
 //
-//   text-page --geometry X,Y,W,H [--pixel-size N] [--title T] TEXT|FILE.html
+//   text-page --place X,Y,W,H [--pixel-size N] [--title T] TEXT|FILE.html
 //
 // Everything is in pixels. Says "shown X Y W H" on standard output whenever it has been drawn at a
 // new place, "key K" for each key that reaches it, and "click X Y" for each press of a button.
@@ -94,14 +94,14 @@ int main(int argc, char **argv)
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     const QApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption geometry(u"geometry"_s, {}, u"X,Y,W,H"_s, u"100,100,600,300"_s);
+    const QCommandLineOption place(u"place"_s, {}, u"X,Y,W,H"_s, u"100,100,600,300"_s);
     const QCommandLineOption pixelSize(u"pixel-size"_s, {}, u"N"_s, u"40"_s);
     const QCommandLineOption title(u"title"_s, {}, u"T"_s, u"Text page"_s);
-    parser.addOptions({geometry, pixelSize, title});
+    parser.addOptions({place, pixelSize, title});
     parser.addPositionalArgument(u"text"_s, {});
     parser.process(app);
 
-    const QStringList sides = parser.value(geometry).split(u',');
+    const QStringList sides = parser.value(place).split(u',');
     const QString text = parser.positionalArguments().value(0);
     if (sides.size() != 4 || parser.value(pixelSize).toInt() <= 0) {
         parser.showHelp(2);

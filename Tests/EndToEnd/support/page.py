@@ -16,7 +16,7 @@ class Page:
 
     def __init__(self, text, box=None, pixel_size=None):
         self._command = [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size",
-                         str(pixel_size or desktop.points(36)), "--geometry",
+                         str(pixel_size or desktop.points(36)), "--place",
                          ",".join(str(side) for side in (box or self.usual_box())), text]
         self.lines = []
 
