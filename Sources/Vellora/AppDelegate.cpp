@@ -5,6 +5,7 @@
 #include "MainMenu.h"
 #include "Platform/Platform.h"
 #include "Platform/SystemSymbol.h"
+#include "Settings.h"
 #include "StatusMark.h"
 
 #include <QApplication>
@@ -40,12 +41,59 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     installMainMenu();
     setupStatusItem();
+    setupGlobalHotkey();
+    hotkeyCancellable = connect(&Settings::shared(), &Settings::hotkeyStringWillChange, this,
+                                &AppDelegate::hotkeyStringWillChange);
+    hotkeyEnabledCancellable = connect(&Settings::shared(), &Settings::hotkeyEnabledWillChange,
+                                       this, &AppDelegate::hotkeyEnabledWillChange);
     Platform::current().mainQueue->asyncAfter(5000ms, [self = QPointer(this)] {
         if (self) {
             // A refusal concerns nobody until the user asks for updates.
             self->updaterController.updater().startUpdater();
         }
     });
+}
+
+void AppDelegate::setupGlobalHotkey()
+{
+    globalHotkey = GlobalHotkey::make([self = QPointer(this)] {
+        if (self) {
+            self->startCapture();
+        }
+    });
+    globalHotkey->onPermissionDenied = [] {
+        Settings::shared().setHotkeyEnabled(false);
+        // Where the refusal answers the assignment that turns the shortcut on, that assignment
+        // is completed after this one and leaves it on.
+        Platform::current().mainQueue->async([] {
+            if (Settings::shared().hotkeyEnabled()) {
+                Settings::shared().setHotkeyEnabled(false);
+            }
+        });
+    };
+    globalHotkey->configure(Settings::shared().hotkeyString());
+    if (Settings::shared().hotkeyEnabled() && Platform::current().keyTap->isProcessTrusted()) {
+        globalHotkey->start();
+    }
+}
+
+void AppDelegate::hotkeyStringWillChange(const QString &hotkeyString)
+{
+    if (!Settings::shared().hotkeyEnabled()) {
+        return;
+    }
+    globalHotkey->stop();
+    globalHotkey->configure(hotkeyString);
+    globalHotkey->start();
+}
+
+void AppDelegate::hotkeyEnabledWillChange(bool enabled)
+{
+    globalHotkey->stop();
+    if (enabled) {
+        globalHotkey->configure(Settings::shared().hotkeyString());
+        globalHotkey->start();
+    }
 }
 
 void AppDelegate::installMainMenu()

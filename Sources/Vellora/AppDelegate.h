@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "GlobalHotkey.h"
 #include "OCRService.h"
 #include "Platform/CocoaGeometry.h"
 #include "Platform/MainQueue.h"
@@ -39,6 +40,9 @@ public:
 private:
     void installMainMenu();
     void setupStatusItem();
+    void setupGlobalHotkey();
+    void hotkeyStringWillChange(const QString &hotkeyString);
+    void hotkeyEnabledWillChange(bool enabled);
     void handleClick(const StatusItemEvent &event);
     void showContextMenu(const StatusItemEvent &event);
     void captureFromMenu();
@@ -58,7 +62,11 @@ private:
     std::shared_ptr<StatusItemButton> statusItemButton() const;
 
     std::unique_ptr<StatusItem> statusItem;
+    std::shared_ptr<GlobalHotkey> globalHotkey;
     ResultPopup resultPopup;
+    /// The subscriptions to the two settings of the shortcut.
+    QMetaObject::Connection hotkeyCancellable;
+    QMetaObject::Connection hotkeyEnabledCancellable;
     UpdaterController updaterController;
     std::shared_ptr<RepeatingTimer> permissionCheckTimer;
 };

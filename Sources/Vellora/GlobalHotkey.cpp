@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "GlobalHotkey.h"
+
+#include "HotkeyString.h"
+#include "Platform/Platform.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+void logTapFailure()
+{
+    Platform::current().systemLog->log(
+        u"GlobalHotkey: Failed to create event tap — Accessibility permission likely denied"_s);
+}
+} // namespace
+
+GlobalHotkey::GlobalHotkey(Action theAction)
+    : action(std::move(theAction))
+{
+}
+
+std::shared_ptr<GlobalHotkey> GlobalHotkey::make(Action action)
+{
+    return std::shared_ptr<GlobalHotkey>(new GlobalHotkey(std::move(action)));
+}
+
+const QHash<QString, quint16> &GlobalHotkey::keyMap()
+{
+    return HotkeyString::keyMap();
+}
+
+void GlobalHotkey::configure(const QString &hotkeyString)
+{
+    setCombination(HotkeyString::parsed(hotkeyString));
+}
+
+void GlobalHotkey::setKeyCode(quint16 keyCode)
+{
+    setCombination({keyCode, combination.flags});
+}
+
+void GlobalHotkey::setModifiers(quint64 modifiers)
+{
+    setCombination({combination.keyCode, modifiers});
+}
+
+void GlobalHotkey::setCombination(const KeyCombination &newCombination)
+{
+    combination = newCombination;
+    if (eventTap && !eventTap->setCombination(combination)) {
+        // The listener keeps running, deaf until it is given a combination that is free.
+        logTapFailure();
+    }
+}
+
+void GlobalHotkey::start()
+{
+    if (eventTap) {
+        return;
+    }
+    Platform &platform = Platform::current();
+    if (!platform.keyTap->isProcessTrustedWithPrompt()) {
+        platform.systemLog->log(u"GlobalHotkey: Accessibility permission not yet granted"_s);
+        if (onPermissionDenied) {
+            onPermissionDenied();
+        }
+        return;
+    }
+    eventTap = platform.keyTap->createTap(
+        combination, [listener = weak_from_this()](const KeyCombination &pressed) {
+            const auto self = listener.lock();
+            return self && self->handleKeyDown(pressed);
+        });
+    if (!eventTap) {
+        logTapFailure();
+    }
+}
+
+void GlobalHotkey::stop()
+{
+    eventTap.reset();
+}
+
+bool GlobalHotkey::handleKeyDown(const KeyCombination &pressed)
+{
+    const bool isMatch = pressed.keyCode == combination.keyCode &&
+                         (pressed.flags & KeyFlags::mask) == combination.flags;
+    if (isMatch) {
+        // Later, so that the desktop has its answer at once.
+        Platform::current().mainQueue->async([self = shared_from_this()] {
+            if (self->action) {
+                self->action();
+            }
+        });
+    }
+    return isMatch;
+}
