@@ -44,8 +44,9 @@ bool isIn(const QString &path, const QString &folder)
 QString objection(const QString &path, const QString &header, bool quoted)
 {
     for (const Family &family : families()) {
-        if (!family.headers.match(header).hasMatch())
+        if (!family.headers.match(header).hasMatch()) {
             continue;
+        }
         const bool allowed = std::any_of(family.folders.cbegin(), family.folders.cend(),
                                          [&](const QString &folder) { return isIn(path, folder); });
         return allowed ? QString() : u"belongs in "_s + family.folders.join(u", "_s);
@@ -57,23 +58,29 @@ QString objection(const QString &path, const QString &header, bool quoted)
     const bool isProgram = header.startsWith("Vellora/"_L1);
 
     if (isIn(path, u"Vellora"_s)) {
-        if (isMechanism || isRecognition)
+        if (isMechanism || isRecognition) {
             return u"the program includes interfaces only"_s;
-        if (!quoted && header.endsWith(".h"_L1))
+        }
+        if (!quoted && header.endsWith(".h"_L1)) {
             return u"the program includes Qt and the standard library only"_s;
+        }
         return {};
     }
-    if (isProgram)
+    if (isProgram) {
         return u"what serves the program does not know it"_s;
-    if (isIn(path, u"TextRecognition"_s) && isMechanism)
+    }
+    if (isIn(path, u"TextRecognition"_s) && isMechanism) {
         return u"the recognizer knows no desktop"_s;
+    }
     if (isIn(path, u"Platform"_s)) {
         const bool isMechanismFile = path.count(u'/') > 1;
         const bool isHeader = path.endsWith(".h"_L1);
-        if (isMechanismFile && isRecognition)
+        if (isMechanismFile && isRecognition) {
             return u"only the choice of mechanisms knows the recognizer"_s;
-        if (!isMechanismFile && isHeader && (isMechanism || isRecognition))
+        }
+        if (!isMechanismFile && isHeader && (isMechanism || isRecognition)) {
             return u"an interface does not know its implementations"_s;
+        }
     }
     return {};
 }
@@ -87,12 +94,14 @@ QStringList violations(const QString &path, const QString &content)
     const QStringList lines = content.split(u'\n');
     for (qsizetype i = 0; i < lines.size(); ++i) {
         QString why;
-        if (const auto match = include.match(lines[i]); match.hasMatch())
-            why = objection(path, match.captured(2), match.captured(1) == "\""_L1);
-        else if (system.match(lines[i]).hasMatch() && !isIn(path, u"Platform"_s))
+        if (const auto match = include.match(lines[i]); match.hasMatch()) {
+            why = objection(path, match.captured(2), match.captured(1) == u'"');
+        } else if (system.match(lines[i]).hasMatch() && !isIn(path, u"Platform"_s)) {
             why = u"only Platform differs between systems"_s;
-        if (!why.isEmpty())
+        }
+        if (!why.isEmpty()) {
             found << u"%1:%2: %3: %4"_s.arg(path).arg(i + 1).arg(lines[i].trimmed(), why);
+        }
     }
     return found;
 }
@@ -182,8 +191,9 @@ void DependencyRuleTest::violationsAreFound()
     QFETCH(bool, allowed);
     const QStringList found = violations(path, u"#include <QString>\n%1\n"_s.arg(line));
     QCOMPARE(found.size(), allowed ? 0 : 1);
-    if (!allowed)
+    if (!allowed) {
         QVERIFY2(found.constFirst().startsWith(path + ":2: "_L1), qPrintable(found.constFirst()));
+    }
 }
 
 QTEST_GUILESS_MAIN(DependencyRuleTest)
