@@ -72,6 +72,17 @@ CocoaPoint Screens::fromPixels(QPointF point) const
             screen->frame.maxY() - (point.y() - screen->pixelGeometry.y()) / scale.height()};
 }
 
+QPointF Screens::toPixels(CocoaPoint point) const
+{
+    const auto screen = nearest(screens(), point.x, point.y, cocoaAsQRect);
+    if (!screen) {
+        return {point.x, -point.y};
+    }
+    const QSizeF scale = screen->scale();
+    return {screen->pixelGeometry.x() + (point.x - screen->frame.minX()) * scale.width(),
+            screen->pixelGeometry.y() + (screen->frame.maxY() - point.y) * scale.height()};
+}
+
 CocoaRect Screens::fromQt(const QRectF &rect) const
 {
     const CocoaPoint topLeft = fromQt(rect.topLeft());

@@ -53,6 +53,9 @@ public:
     CocoaPoint fromQt(QPointF point) const;
     /// The same place in Cocoa coordinates, from the window system's pixels.
     CocoaPoint fromPixels(QPointF point) const;
+    /// The same place in the window system's pixels. A point off every screen is measured from the
+    /// nearest one.
+    QPointF toPixels(CocoaPoint point) const;
     /// A rectangle in Qt's global coordinates as a Cocoa rectangle of the same size.
     CocoaRect fromQt(const QRectF &rect) const;
 
