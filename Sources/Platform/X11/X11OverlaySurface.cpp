@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/X11/X11OverlaySurface.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+/// Depth of a window with an alpha channel.
+constexpr int alphaDepth = 32;
+
+QScreen *qtScreen(const Screen &screen)
+{
+    const auto all = QGuiApplication::screens();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const QScreen *each) {
+        return each->geometry() == screen.geometry;
+    });
+    return found == all.end() ? QGuiApplication::primaryScreen() : *found;
+}
+
+bool hasVisualWithAlpha(const xcb_screen_t &screen)
+{
+    for (auto depths = xcb_screen_allowed_depths_iterator(&screen); depths.rem > 0;
+         xcb_depth_next(&depths)) {
+        if (depths.data->depth == alphaDepth && depths.data->visuals_len > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+xcb_window_t nativeWindow(const QWidget &panel)
+{
+    return static_cast<xcb_window_t>(panel.winId());
+}
+} // namespace
+
+X11OverlaySurface::X11OverlaySurface(std::shared_ptr<X11Connection> connection,
+                                     std::shared_ptr<X11Overlays> overlays)
+    : m_connection(std::move(connection))
+    , m_overlays(std::move(overlays))
+    , m_rootImage(*m_connection)
+{
+}
+
+bool X11OverlaySurface::showsThrough() const
+{
+    return m_connection->isComposited() && hasVisualWithAlpha(*m_connection->screen());
+}
+
+QImage X11OverlaySurface::pictureOf(const Screen &screen)
+{
+    const QImage known = m_overlays->livePicture(screen.pixelGeometry);
+    return known.isNull() ? m_rootImage.read(screen.pixelGeometry & m_rootImage.bounds()) : known;
+}
+
+QPixmap X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
+{
+    xcb_connection_t *qt = qtXcbConnection();
+    if (!qt || !m_connection->isUsable()) {
+        return {};
+    }
+    const bool isTranslucent = showsThrough();
+    const QImage picture = isTranslucent ? QImage() : pictureOf(screen);
+
+    panel.setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                         Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
+    panel.setAttribute(Qt::WA_TranslucentBackground, isTranslucent);
+    panel.setAttribute(Qt::WA_NoSystemBackground);
+    panel.setScreen(qtScreen(screen));
+    panel.setGeometry(screen.geometry);
+
+    const xcb_window_t window = nativeWindow(panel);
+    // Nothing is seen of the window until its first frame is painted.
+    const uint32_t transparent = 0;
+    if (isTranslucent) {
+        xcb_change_window_attributes(qt, window, XCB_CW_BACK_PIXEL, &transparent);
+    }
+    const uint32_t noShadow = 0;
+    xcb_change_property(qt, XCB_PROP_MODE_REPLACE, window, m_connection->atom("_COMPTON_SHADOW"),
+                        XCB_ATOM_CARDINAL, 32, 1, &noShadow);
+    m_overlays->add(panel, screen.pixelGeometry, picture);
+
+    if (picture.isNull()) {
+        return {};
+    }
+    QPixmap pixmap = QPixmap::fromImage(picture);
+    pixmap.setDevicePixelRatio(screen.scale().width());
+    return pixmap;
+}
+
+void X11OverlaySurface::orderFront(QWidget &panel)
+{
+    panel.show();
+    const X11Overlay *overlay = m_overlays->find(panel);
+    if (!overlay) {
+        panel.raise();
+        return;
+    }
+    // Qt's geometry is in whole points, which need not fill the last row and column of pixels.
+    const QRect &pixels = overlay->pixels;
+    const uint32_t place[] = {static_cast<uint32_t>(pixels.x()), static_cast<uint32_t>(pixels.y()),
+                              static_cast<uint32_t>(pixels.width()),
+                              static_cast<uint32_t>(pixels.height()), XCB_STACK_MODE_ABOVE};
+    xcb_configure_window(qtXcbConnection(), overlay->window,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_STACK_MODE,
+                         place);
+    xcb_flush(qtXcbConnection());
+}
+
+void X11OverlaySurface::makeKey(QWidget &panel)
+{
+    const X11Overlay *overlay = m_overlays->find(panel);
+    if (!overlay) {
+        panel.activateWindow();
+        return;
+    }
+    const xcb_window_t focused = focusedWindow(qtXcbConnection());
+    if (!isQtWindow(focused)) {
+        m_formerFocus = focused;
+    }
+    // No window manager stands between: the window is viewable as soon as the server has read
+    // Qt's request to map it, which went out before on the same connection. The current time,
+    // because the server ignores a time older than the last change of focus, and Qt's may be.
+    xcb_set_input_focus(qtXcbConnection(), XCB_INPUT_FOCUS_PARENT, overlay->window,
+                        XCB_CURRENT_TIME);
+    xcb_flush(qtXcbConnection());
+}
+
+void X11OverlaySurface::orderOut(QWidget &panel)
+{
+    X11Overlay *overlay = m_overlays->find(panel);
+    if (!overlay || overlay->isRetired) {
+        panel.hide();
+        return;
+    }
+    overlay->isRetired = true;
+    const xcb_window_t window = overlay->window;
+    const bool isTranslucent = overlay->picture.isNull() && m_connection->isComposited();
+    if (isTranslucent) {
+        // From here on Qt paints nothing into the window any more.
+        panel.setUpdatesEnabled(false);
+        xcb_connection_t *qt = qtXcbConnection();
+        xcb_clear_area(qt, false, window, 0, 0, 0, 0);
+        xcb_shape_rectangles(qt, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+                             window, 0, 0, 0, nullptr);
+    }
+    if (focusedWindow(qtXcbConnection()) == window) {
+        handOverKeyboard();
+    }
+    if (!isTranslucent) {
+        panel.hide();
+    }
+    xcb_flush(qtXcbConnection());
+    QTimer::singleShot(0, &panel, [&panel, overlays = m_overlays] {
+        panel.hide();
+        overlays->remove(panel);
+    });
+}
+
+/// The server gives the keyboard of a window that goes to no one; a window manager does not take
+/// care of windows that are not its own.
+void X11OverlaySurface::handOverKeyboard()
+{
+    const X11Overlay *live = m_overlays->lastLive();
+    const xcb_window_t next = live ? live->window : m_formerFocus;
+    if (next == XCB_WINDOW_NONE) {
+        return;
+    }
+    // Fails without harm where that window is gone or hidden by now.
+    xcb_connection_t *qt = qtXcbConnection();
+    const auto cookie =
+        xcb_set_input_focus_checked(qt, XCB_INPUT_FOCUS_PARENT, next, XCB_CURRENT_TIME);
+    const XcbReply<xcb_generic_error_t> error(xcb_request_check(qt, cookie));
+    if (!live) {
+        m_formerFocus = XCB_WINDOW_NONE;
+    }
+}

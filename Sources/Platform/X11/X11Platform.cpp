@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/X11/X11Platform.h"
+
+#include "Platform/Platform.h"
+#include "Platform/X11/X11Connection.h"
+#include "Platform/X11/X11EventMonitor.h"
+#include "Platform/X11/X11OverlaySurface.h"
+#include "Platform/X11/X11Overlays.h"
+#include "Platform/X11/X11PopupPlacement.h"
+#include "Platform/X11/X11ScreenRecording.h"
+
+#include <QScreen>
+
+#include <xcb/randr.h>
+
+QtScreens::PixelGeometry x11PixelGeometry()
+{
+    return [connection = std::make_shared<X11Connection>()](const QScreen &screen) {
+        if (!connection->isUsable()) {
+            return QRect();
+        }
+        const XcbReply<xcb_randr_get_monitors_reply_t> monitors(xcb_randr_get_monitors_reply(
+            connection->xcb(), xcb_randr_get_monitors(connection->xcb(), connection->root(), true),
+            nullptr));
+        if (!monitors) {
+            return QRect();
+        }
+        // Qt keeps the origin in pixels; only the size is rounded to points.
+        for (auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get()); each.rem > 0;
+             xcb_randr_monitor_info_next(&each)) {
+            const xcb_randr_monitor_info_t &monitor = *each.data;
+            const QSizeF expected = QSizeF(screen.size()) * screen.devicePixelRatio();
+            const bool hasSize = qAbs(expected.width() - monitor.width) <= 2 &&
+                                 qAbs(expected.height() - monitor.height) <= 2;
+            if (hasSize && QPoint(monitor.x, monitor.y) == screen.geometry().topLeft()) {
+                return QRect(monitor.x, monitor.y, monitor.width, monitor.height);
+            }
+        }
+        return QRect();
+    };
+}
+
+bool isX11Desktop()
+{
+    return qtXcbConnection() != nullptr;
+}
+
+void addX11Services(Platform &platform)
+{
+    const auto connection = std::make_shared<X11Connection>();
+    const auto overlays = std::make_shared<X11Overlays>();
+    platform.screenRecording =
+        std::make_unique<X11ScreenRecording>(connection, overlays, *platform.screens);
+    platform.overlaySurface = std::make_unique<X11OverlaySurface>(connection, overlays);
+    platform.eventMonitor = std::make_unique<X11EventMonitor>(*platform.screens);
+    platform.popupPlacement = std::make_unique<X11PopupPlacement>(connection, *platform.screens);
+}

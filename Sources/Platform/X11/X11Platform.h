@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Qt/QtScreens.h"
+
+struct Platform;
+
+/// The exact pixels of Qt's screens, from the monitors that the X server names; for `QtScreens`.
+QtScreens::PixelGeometry x11PixelGeometry();
+
+/// Whether Qt runs on an X11 desktop.
+bool isX11Desktop();
+
+/// Sets the services of an X11 desktop: screen recording, overlay surface, event monitor and
+/// popup placement. `platform.screens` is set before and lives as long as they do.
+void addX11Services(Platform &platform);
