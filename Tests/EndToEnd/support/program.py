@@ -43,13 +43,15 @@ class Program:
 
     `settings` is stored before the start; None leaves the file as it is.
     `environment` is added; a value of None removes the name.
+    `expected_log` are patterns of the lines that are expected besides.
     """
 
-    def __init__(self, settings=None, environment=None, expected_log=()):
+    def __init__(self, settings=None, environment=None, expected_log=(), executable=None):
         if settings is not None:
             write_settings({**QUIET, **settings})
         self.expected_log = list(expected_log)
         self.log = []
+        self._executable = executable or binary()
         self._environment = dict(os.environ)
         for name, value in (environment or {}).items():
             if value is None:
@@ -75,7 +77,7 @@ class Program:
 
     def start(self):
         self._before = screenshot()
-        self.process = subprocess.Popen([binary()], env=self._environment,
+        self.process = subprocess.Popen([self._executable], env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True, errors="replace")
         self._reader = threading.Thread(target=self._read, daemon=True)
@@ -125,15 +127,19 @@ class Program:
         """The program has ended: with this status and nothing unexpected in its log."""
         assert self.process.returncode == status, \
             f"exit status {self.process.returncode}, not {status}:\n" + "\n".join(self.log)
-        expected = [LOG_PREFIX + line for line in self.expected_log]
-        assert self.log == expected, \
-            "unexpected log:\n" + "\n".join(self.log) + "\nexpected:\n" + "\n".join(expected)
+        assert len(self.log) == len(self.expected_log) and all(
+            re.fullmatch(LOG_PREFIX + pattern, line)
+            for pattern, line in zip(self.expected_log, self.log)), \
+            "unexpected log:\n" + "\n".join(self.log) \
+            + "\nexpected:\n" + "\n".join(self.expected_log)
 
-    def logged(self, text):
-        """Waits for a line of the log and takes it as expected."""
-        self.expected_log.append(text)
-        wait_until(f"the log line {text!r}, the log being {self.log}",
-                   lambda: self.log[-1:] == [LOG_PREFIX + text])
+    def logged(self, pattern):
+        """Waits for another line of the log and takes it as expected, if it matches."""
+        self.expected_log.append(pattern)
+        count = len(self.expected_log)
+        wait_until(f"a log line like {pattern!r}", lambda: len(self.log) >= count)
+        line = self.log[count - 1]
+        assert re.fullmatch(LOG_PREFIX + pattern, line), f"{line!r} is not like {pattern!r}"
 
     # The status item
 
@@ -165,6 +171,11 @@ class Program:
             return None
         return Box(box.x + int(columns.min()), box.y + int(rows.min()),
                    int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
+
+    def find_status_item_again(self, before):
+        """For a panel that has just appeared; `before` shows the screens without it."""
+        self._before, self._item = before, None
+        return self.status_item()
 
     def click(self, button=1):
         Pointer.click(*self.status_item().middle, button)

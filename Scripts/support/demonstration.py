@@ -1,0 +1,49 @@
+# SPDX-License-Identifier: MIT
+"""A capture as a person would make it, for `Scripts/run` where there is no desktop."""
+
+import sys
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent.parent / "Tests/EndToEnd"))
+from support import desktop  # noqa: E402 (the path must be known first)
+from support.desktop import Box, Clipboard, Pointer, difference, screenshot  # noqa: E402
+from support.page import Page  # noqa: E402
+from support.program import Program  # noqa: E402
+from support.waiting import wait_until  # noqa: E402
+
+
+def main():
+    folder = Path(sys.argv[1])
+    folder.mkdir(parents=True, exist_ok=True)
+
+    def keep(name):
+        desktop.save(screenshot(), folder / name)
+
+    with Page(str(HERE / "demonstration.html"), Box(60, 40, 860, 520), 20) as page, \
+            Program({"outputMode": "both"}) as program:
+        Clipboard.put("nothing yet")
+        program.start_capture()
+        keep("1-dim.png")
+        selection = page.box.inset(6)
+        dim = screenshot()
+        Pointer.drag((selection.x, selection.y), (selection.right, selection.bottom),
+                     release=False)
+        wait_until("the selection", lambda: difference(dim, screenshot()) is not None
+                   and selection.inset(4).of(screenshot()).max() == 255)
+        keep("2-selection.png")
+        Pointer.release()
+        wait_until("the text on the clipboard", lambda: Clipboard.text() != "nothing yet", 60)
+        popup = program.popup()
+        # Drawn when its text is there: dark pixels on its light ground.
+        wait_until("the text in the result window",
+                   lambda: desktop.window_box(popup).of(screenshot()).min() < 100)
+        keep("3-result.png")
+
+        print("\nWhat xclip, another program, reads from the clipboard:\n")
+        print(Clipboard.text())
+        print(f"\nPictures of the dim, the selection and the result: {folder}")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,98 @@
+# SPDX-License-Identifier: MIT
+"""Files that are damaged, missing or nonsense: the program goes on, and says what a user can do."""
+
+import shutil
+import tempfile
+import unittest
+from pathlib import Path
+
+from support import desktop, main
+from support.desktop import Clipboard, key
+from support.page import Page
+from support.program import Program, binary, is_unchanged, settings_file
+from support.waiting import wait_until
+
+TEXT = "Still readable"
+
+
+class DamageTest(unittest.TestCase):
+    def store(self, content):
+        file = settings_file()
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_bytes(content)
+
+    def assert_works_with_defaults(self):
+        """Both outputs, which is what nothing stored means."""
+        with Page(TEXT) as page, Program() as program:
+            Clipboard.put("before")
+            before = program.capture(page.box)
+            program.popup()
+            self.assertEqual(Clipboard.text(), TEXT)
+            key("Escape")
+            wait_until("the result window's end", lambda: is_unchanged(before))
+
+    def test_no_settings(self):
+        settings_file().unlink(missing_ok=True)
+        self.assert_works_with_defaults()
+
+    def test_empty_settings(self):
+        self.store(b"")
+        self.assert_works_with_defaults()
+
+    def test_garbage_settings(self):
+        self.store(bytes(range(256)) * 64)
+        self.assert_works_with_defaults()
+
+    def test_unknown_values(self):
+        self.store(b"[General]\noutputMode=Popup\nshutterSound=maybe\nhotkeyString=\n"
+                   b"launchAtLogin=@Invalid()\nresultPopupSize=@Size(1\n")
+        self.assert_works_with_defaults()
+
+    def test_damaged_sizes(self):
+        for size in ("", '"{0, 0}"', '"{-5, 300}"', "x", '"{1e400, nan}"', '"' + "9" * 70000 + '"'):
+            with self.subTest(size=size[:30]), Page(TEXT) as page, \
+                    Program({"outputMode": "popup", "resultPopupSize": size}) as program:
+                program.capture(page.box)
+                content = desktop.window_box(program.popup())
+                self.assertEqual((content.width, content.height),
+                                 (desktop.points(360), desktop.points(240)))
+
+    def test_huge_size(self):
+        with Page(TEXT) as page, \
+                Program({"outputMode": "popup", "resultPopupSize": '"{1e9, 1e9}"'}) as program:
+            before = program.capture(page.box)
+            program.popup()
+            key("Escape")
+            wait_until("the result window's end", lambda: is_unchanged(before))
+
+    def test_settings_folder_is_a_file(self):
+        folder = settings_file().parent
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.parent.mkdir(parents=True, exist_ok=True)
+        folder.write_text("in the way")
+        self.addCleanup(folder.unlink)
+        self.assert_works_with_defaults()
+
+    def test_no_language_data(self):
+        with tempfile.TemporaryDirectory() as empty, Page(TEXT) as page, \
+                Program({}, {"TESSDATA_PREFIX": empty}) as program:
+            Clipboard.put("before")
+            before = program.capture(page.box)
+            program.logged(r"Vellora OCR: OCR error: \S+ .*\S+")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            self.assertEqual(Clipboard.text(), "before")
+
+    def test_unreadable_icon(self):
+        with tempfile.TemporaryDirectory() as folder:
+            copy = shutil.copy(binary(), folder)
+            bundle = Path(folder) / "Vellora_Vellora.bundle"
+            bundle.mkdir()
+            (bundle / "menubar_icon.png").write_bytes(b"\x89PNG\r\n\x1a\nnot a picture")
+            with Page(TEXT) as page, Program({"outputMode": "clipboard"},
+                                             executable=copy) as program:
+                program.capture(page.box)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+
+
+if __name__ == "__main__":
+    main()

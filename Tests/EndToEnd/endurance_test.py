@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: MIT
+"""A hundred captures in a row: no pixel and no byte is left behind."""
+
+import unittest
+
+from support import main
+from support.desktop import Clipboard, Pointer
+from support.page import Page
+from support.program import Program, is_unchanged
+from support.waiting import wait_until
+
+TEXT = "Again and again"
+QUIET = {"outputMode": "clipboard", "showNotification": "false"}
+
+
+class EnduranceTest(unittest.TestCase):
+    def test_a_hundred_captures(self):
+        with Page(TEXT) as page, Program(QUIET) as program:
+            program.status_item()
+            Pointer.move(*program.status_item().middle)
+            for _ in range(100):
+                Clipboard.put("before")
+                before = program.capture(page.box)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+                wait_until("the overlay's end", lambda: is_unchanged(before))
+
+
+if __name__ == "__main__":
+    main()

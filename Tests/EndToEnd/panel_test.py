@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: MIT
+"""Panels that start after the program, go away and come back."""
+
+import os
+import subprocess
+import unittest
+
+from support import main
+from support.desktop import difference, key, screenshot
+from support.program import Program, is_unchanged
+from support.waiting import holds_for, wait_until
+
+PANELS = {
+    "trayer": ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request",
+               "--height", "24", "--SetDockType", "true", "--SetPartialStrut", "true"],
+    "xfce4": ["xfce4-panel", "--disable-wm-check"],
+}
+
+
+class Panel:
+    def __init__(self, name):
+        self._command = PANELS[name]
+
+    def __enter__(self):
+        self._process = subprocess.Popen(self._command, stdin=subprocess.DEVNULL,
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                         env={**os.environ, "NO_AT_BRIDGE": "1"})
+        return self
+
+    def __exit__(self, *_):
+        self._process.terminate()
+        self._process.wait(10)
+
+
+class PanelTest(unittest.TestCase):
+    def look_without_the_item(self, name):
+        """The screens with nothing but this panel on them. An empty tray is not to be seen."""
+        nothing = screenshot()
+        if name == "trayer":
+            return nothing
+        with Panel(name):
+            wait_until("the panel", lambda: difference(nothing, screenshot()))
+            last = screenshot()
+
+            def is_at_rest():
+                nonlocal last
+                before, last = last, screenshot()
+                return difference(before, last) is None
+
+            for _ in range(10):
+                holds_for("drawn", lambda: True, 0.05)
+                wait_until("the panel at rest", is_at_rest)
+            look = last
+        wait_until("the panel's end", lambda: difference(nothing, screenshot()) is None)
+        return look
+
+    def assert_item_works(self, program, without):
+        program.find_status_item_again(without)
+        shown = program.start_capture()
+        key("Escape")
+        wait_until("the overlay's end", lambda: is_unchanged(shown))
+
+    def test_program_starts_first(self):
+        for name in PANELS:
+            without = self.look_without_the_item(name)
+            with self.subTest(panel=name), Program({}) as program:
+                nothing = screenshot()
+                holds_for("without anything on the screen, as there is no panel",
+                          lambda: program.is_running()
+                          and difference(nothing, screenshot()) is None, 1)
+                with Panel(name):
+                    self.assert_item_works(program, without)
+
+    def test_panel_comes_back(self):
+        for name in PANELS:
+            without = self.look_without_the_item(name)
+            with self.subTest(panel=name), Program({}) as program:
+                nothing = screenshot()
+                for _ in range(3):
+                    with Panel(name):
+                        self.assert_item_works(program, without)
+                    wait_until("the panel's end",
+                               lambda: difference(nothing, screenshot()) is None)
+                    self.assertTrue(program.is_running())
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,87 @@
+# SPDX-License-Identifier: MIT
+"""The program's place in the session: one of it, reached over the session bus, ended in order."""
+
+import os
+import signal
+import subprocess
+import unittest
+
+from support import desktop, main
+from support.desktop import Clipboard, key, screenshot
+from support.page import Page
+from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus,
+                             is_unchanged)
+from support.waiting import holds_for, wait_until
+
+TEXT = "One of a kind"
+CLIPBOARD = {"outputMode": "clipboard"}
+NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+
+
+class SessionTest(unittest.TestCase):
+    def assert_capture_began(self, before):
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        key("Escape")
+        wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def test_second_start_captures(self):
+        with Program({}) as program:
+            program.status_item()
+            before = screenshot()
+            second = subprocess.run([binary()], capture_output=True, text=True, timeout=20,
+                                    check=False)
+            self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+            self.assert_capture_began(before)
+            self.assertTrue(program.is_running())
+
+    def test_actions(self):
+        with Program({}) as program:
+            program.status_item()
+            before = screenshot()
+            activate_action("capture")
+            self.assert_capture_began(before)
+            activate_action("no-such-action")
+            activate_action("capture")
+            self.assert_capture_began(before)
+            activate_action("quit")
+            self.assertEqual(program.wait_for_end(), 0)
+            self.assertFalse(is_on_bus())
+
+    def test_signals_end_it_in_order(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number), Program({}) as program:
+                program.status_item()
+                os.kill(program.process.pid, number)
+                self.assertEqual(program.wait_for_end(), 0)
+                wait_until("the name's release", lambda: not is_on_bus())
+
+    def test_starts_again_after_a_crash(self):
+        program = Program({})
+        program.start()
+        program.status_item()
+        program.process.kill()
+        program.wait_for_end()
+        wait_until("the name's release", lambda: not is_on_bus())
+        with Program({}) as another:
+            before = another.start_capture()
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    @unittest.skipIf(desktop.PANEL != "trayer", "without a bus there is the XEmbed tray only")
+    def test_without_a_bus(self):
+        with Page(TEXT) as page, Program(CLIPBOARD, NO_BUS) as program:
+            Clipboard.put("before")
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+
+    def test_idle_program_stays_quiet(self):
+        with Program({}) as program:
+            program.status_item()
+            before = screenshot()
+            # The updater starts 5 seconds after the program.
+            holds_for("quiet", lambda: is_unchanged(before) and program.is_running()
+                      and not program.log, 6)
+
+
+if __name__ == "__main__":
+    main()

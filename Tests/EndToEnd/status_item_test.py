@@ -1,0 +1,127 @@
+# SPDX-License-Identifier: MIT
+"""The status item: its menu, its marks, and that it is all there is of an idle program."""
+
+import unittest
+
+from support import desktop, main
+from support.accessibility import ENVIRONMENT, menu_items
+from support.desktop import Clipboard, Pointer, key, points, screenshot
+from support.page import Page
+from support.program import Program, is_dimmed, is_unchanged, status_notifier_property
+from support.waiting import holds_for, wait_until
+
+MENU = ["Capture Text", "", "Settings…", "Check for Updates…", "", "Quit Vellora"]
+TEXT = "Read me aloud"
+CLIPBOARD = {"outputMode": "clipboard"}
+TOOL_TIP = "Left-click to capture text · Right-click for menu"
+SPEAKS_SNI = desktop.PANEL.startswith("xfce4")
+
+
+class StatusItemTest(unittest.TestCase):
+    def open_menu(self, program):
+        program.click(button=3)
+        wait_until("the menu", lambda: [title for title, _ in menu_items()] == MENU)
+        return dict(menu_items())
+
+    def test_menu(self):
+        with Program({}, ENVIRONMENT) as program:
+            program.status_item()
+            before = screenshot()
+            self.open_menu(program)
+            key("Escape")
+            wait_until("the menu's end", lambda: is_unchanged(before))
+
+    def test_capture_from_the_menu(self):
+        with Program({}, ENVIRONMENT) as program:
+            program.status_item()
+            before = screenshot()
+            items = self.open_menu(program)
+            Pointer.click(*items["Capture Text"].middle)
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def test_quit_from_the_menu(self):
+        with Program({}, ENVIRONMENT) as program:
+            items = self.open_menu(program)
+            Pointer.click(*items["Quit Vellora"].middle)
+            self.assertEqual(program.wait_for_end(), 0)
+
+    def test_menu_opens_again_and_again(self):
+        with Program({}, ENVIRONMENT) as program:
+            program.status_item()
+            before = screenshot()
+            for _ in range(5):
+                self.open_menu(program)
+                key("Escape")
+                wait_until("the menu's end", lambda: is_unchanged(before) and not menu_items())
+
+    def look(self, program):
+        """The status item's picture, its colours alone: the pointer over it may light it up."""
+        return program.status_item().inset(-points(2)).of(screenshot())
+
+    def rest(self, program):
+        """Moves the pointer away, so that the panel does not light the item up."""
+        Pointer.move(desktop.SCREENS[0].width - 5, 5)
+        return wait_until("the panel at rest", lambda: self.steady(program))
+
+    def steady(self, program):
+        one, other = self.look(program), self.look(program)
+        return None if (one != other).any() else [one]
+
+    def test_copied_mark(self):
+        with Page(TEXT) as page, Program(CLIPBOARD) as program:
+            program.status_item()
+            normal, = self.rest(program)
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            wait_until("the copied mark", lambda: (self.look(program) != normal).any())
+            wait_until("the normal icon", lambda: (self.look(program) == normal).all(), 5)
+
+    def test_no_copied_mark_when_it_is_off(self):
+        with Page(TEXT) as page, Program({**CLIPBOARD, "showNotification": "false"}) as program:
+            Clipboard.put("before")
+            program.status_item()
+            normal, = self.rest(program)
+            before = program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until("the normal icon", lambda: (self.look(program) == normal).all())
+            holds_for("the normal icon", lambda: (self.look(program) == normal).all(), 1)
+
+    def test_nothing_found(self):
+        with Program({"outputMode": "both"}) as program:
+            Clipboard.put("before")
+            program.status_item()
+            normal, = self.rest(program)
+            self.assert_tool_tip(TOOL_TIP)
+            empty = desktop.Box(points(100), points(100), points(200), points(100))
+            before = program.capture(empty)
+            program.logged("Vellora OCR: No text found")
+            wait_until("the error mark", lambda: (self.look(program) != normal).any())
+            self.assert_tool_tip("No text found")
+            wait_until("the normal icon", lambda: (self.look(program) == normal).all(), 5)
+            self.assert_tool_tip(TOOL_TIP)
+            self.assertEqual(Clipboard.text(), "before")
+            self.assertTrue(is_unchanged(before))
+
+    def assert_tool_tip(self, text):
+        if SPEAKS_SNI:
+            wait_until(f"the tool tip {text!r}", lambda: text in status_notifier_property("ToolTip"))
+
+    def test_nothing_in_the_task_bar(self):
+        with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
+            def others():
+                return [text for text in desktop.listed_windows().values()
+                        if "Text page" not in text]
+            program.status_item()
+            self.assertEqual(others(), [])
+            program.start_capture()
+            self.assertEqual(others(), [])
+            Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
+            program.popup()
+            holds_for("without an entry in the task bar", lambda: not others(), 0.3)
+
+
+if __name__ == "__main__":
+    main()
