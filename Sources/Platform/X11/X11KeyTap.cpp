@@ -7,6 +7,10 @@
 
 #include <QKeyEvent>
 
+namespace {
+constexpr quint16 escapeKeyCode = 53;
+}
+
 std::unique_ptr<KeyTap::Tap> X11KeyTap::createTap(const KeyCombination &combination,
                                                   Callback callback)
 {
@@ -24,7 +28,11 @@ std::optional<KeyCombination> X11KeyTap::combination(const QKeyEvent &event) con
         return std::nullopt;
     }
     // On X11 Qt's scan code is the server's key code.
-    const auto keyCode = X11Keyboard(connection.xcb()).virtualKeyCode(event.nativeScanCode());
+    auto keyCode = X11Keyboard(connection.xcb()).virtualKeyCode(event.nativeScanCode());
+    if (event.key() == Qt::Key_Escape) {
+        // Wherever the user has put it.
+        keyCode = escapeKeyCode;
+    }
     if (!keyCode) {
         return std::nullopt;
     }

@@ -4,6 +4,7 @@
 #include "Platform/Platform.h"
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11EventMonitor.h"
+#include "Platform/X11/X11KeyTap.h"
 #include "Platform/X11/X11OverlaySurface.h"
 #include "Platform/X11/X11Overlays.h"
 #include "Platform/X11/X11PopupPlacement.h"
@@ -53,5 +54,6 @@ void addX11Services(Platform &platform)
         std::make_unique<X11ScreenRecording>(connection, overlays, *platform.screens);
     platform.overlaySurface = std::make_unique<X11OverlaySurface>(connection, overlays);
     platform.eventMonitor = std::make_unique<X11EventMonitor>(*platform.screens);
+    platform.keyTap = std::make_unique<X11KeyTap>();
     platform.popupPlacement = std::make_unique<X11PopupPlacement>(connection, *platform.screens);
 }
