@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "Support/FakePlatform.h"
+
+FakePlatform::FakePlatform()
+    : mainQueue(install<FakeMainQueue>(m_platform.mainQueue))
+    , systemLog(install<FakeSystemLog>(m_platform.systemLog))
+    , screens(install<FakeScreens>(m_platform.screens))
+    , screenRecording(install<FakeScreenRecording>(m_platform.screenRecording))
+    , overlaySurface(install<FakeOverlaySurface>(m_platform.overlaySurface))
+    , eventMonitor(install<FakeEventMonitor>(m_platform.eventMonitor))
+    , pasteboard(install<FakePasteboard>(m_platform.pasteboard))
+    , popupPlacement(install<FakePopupPlacement>(m_platform.popupPlacement))
+    , statusBar(install<FakeStatusBar>(m_platform.statusBar))
+    , textRecognizer(install<FakeTextRecognizer>(m_platform.textRecognizer))
+    , systemSounds(install<FakeSystemSounds>(m_platform.systemSounds))
+    , loginItem(install<FakeLoginItem>(m_platform.loginItem))
+    , updater(install<FakeUpdater>(m_platform.updater))
+    , applicationService(install<FakeApplicationService>(m_platform.applicationService))
+{
+    m_platform.userDefaults =
+        std::make_unique<UserDefaults>(m_folder.filePath(QStringLiteral("vellora.ini")));
+    const Screen screen = FakeScreens::screen(1, {{0, 0}, {1280, 800}}, 800);
+    screens.list = {screen};
+    screens.main = screen;
+    screenRecording.nextImage = QImage(100, 50, QImage::Format_RGB32);
+    screenRecording.nextImage.fill(Qt::white);
+}

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Support/FakeMainQueue.h"
+#include "Support/FakeServices.h"
+
+#include <QTemporaryDir>
+
+/// A platform made of fakes, with one 1280 × 800 screen and settings in a temporary file.
+class FakePlatform
+{
+public:
+    FakePlatform();
+
+private:
+    QTemporaryDir m_folder;
+    Platform m_platform;
+
+    template <typename Fake, typename Service>
+    static Fake &install(std::unique_ptr<Service> &service)
+    {
+        auto fake = std::make_unique<Fake>();
+        Fake &installed = *fake;
+        service = std::move(fake);
+        return installed;
+    }
+
+public:
+    FakeMainQueue &mainQueue;
+    FakeSystemLog &systemLog;
+    FakeScreens &screens;
+    FakeScreenRecording &screenRecording;
+    FakeOverlaySurface &overlaySurface;
+    FakeEventMonitor &eventMonitor;
+    FakePasteboard &pasteboard;
+    FakePopupPlacement &popupPlacement;
+    FakeStatusBar &statusBar;
+    FakeTextRecognizer &textRecognizer;
+    FakeSystemSounds &systemSounds;
+    FakeLoginItem &loginItem;
+    FakeUpdater &updater;
+    FakeApplicationService &applicationService;
+
+    UserDefaults &userDefaults() { return *m_platform.userDefaults; }
+};

@@ -1,0 +1,393 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Platform.h"
+
+#include <QMenu>
+#include <QPointer>
+#include <QRectF>
+#include <QSemaphore>
+#include <QStringList>
+#include <QWidget>
+
+#include <mutex>
+
+/// Fakes of the desktop's services. Each answers what a test told it to and remembers what was
+/// asked of it; all fields are free to read and set.
+
+class FakeSystemLog : public SystemLog
+{
+public:
+    QStringList lines;
+
+protected:
+    void write(const QString &line) override { lines << line; }
+};
+
+class FakeScreens : public Screens
+{
+public:
+    QList<Screen> list;
+    std::optional<Screen> main;
+
+    QList<Screen> screens() const override { return list; }
+    std::optional<Screen> mainScreen() const override { return main; }
+
+    /// A screen whose frame has its lower-left corner at (x, y), at `scale` pixels a point.
+    /// `primaryHeight` turns y upwards into Qt's y downwards.
+    static Screen screen(quint32 number, CocoaRect frame, double primaryHeight, double scale = 1)
+    {
+        const QRectF geometry(frame.minX(), primaryHeight - frame.maxY(), frame.size.width,
+                              frame.size.height);
+        const QRectF pixels(geometry.topLeft() * scale, geometry.size() * scale);
+        return {frame, frame, number, geometry.toRect(), pixels.toRect()};
+    }
+};
+
+class FakeScreenRecording : public ScreenRecording
+{
+public:
+    bool preflight = true;
+    bool request = false;
+    QImage nextImage;
+    mutable int preflightCount = 0;
+    int requestCount = 0;
+    struct Grab
+    {
+        quint32 display;
+        QRectF rect;
+    };
+    QList<Grab> grabs;
+
+    bool preflightAccess() const override
+    {
+        ++preflightCount;
+        return preflight;
+    }
+    bool requestAccess() override
+    {
+        ++requestCount;
+        return request;
+    }
+    QImage createImage(quint32 display, const QRectF &rect) override
+    {
+        grabs << Grab{display, rect};
+        return nextImage;
+    }
+};
+
+class FakeOverlaySurface : public OverlaySurface
+{
+public:
+    /// The panels on screen, in the order in which they were shown.
+    QList<QPointer<QWidget>> shown;
+    QPointer<QWidget> key;
+    int orderOutCount = 0;
+    QPixmap backdrop;
+
+    QPixmap cover(QWidget &panel, const Screen &screen) override
+    {
+        panel.setGeometry(screen.geometry);
+        return backdrop;
+    }
+    void orderFront(QWidget &panel) override
+    {
+        shown << &panel;
+        panel.show();
+    }
+    void makeKey(QWidget &panel) override { key = &panel; }
+    void orderOut(QWidget &panel) override
+    {
+        ++orderOutCount;
+        shown.removeAll(&panel);
+        panel.hide();
+    }
+};
+
+class FakeEventMonitor : public EventMonitor
+{
+public:
+    /// False: the desktop does not tell of mouse presses elsewhere.
+    bool tellsMouse = true;
+
+    int mouseMonitorCount() const { return static_cast<int>(m_mouse.size()); }
+    int activationObserverCount() const { return static_cast<int>(m_activation.size()); }
+
+    void pressOutside(CocoaPoint location)
+    {
+        for (auto *entry : QList(m_mouse)) {
+            if (m_mouse.contains(entry)) {
+                const auto handler = entry->mouse;
+                handler(location);
+            }
+        }
+    }
+    void resignActive()
+    {
+        for (auto *entry : QList(m_activation)) {
+            if (m_activation.contains(entry)) {
+                const auto handler = entry->activation;
+                handler();
+            }
+        }
+    }
+
+    std::unique_ptr<Monitor>
+    addGlobalMouseDownMonitor(std::function<void(CocoaPoint)> handler) override
+    {
+        return tellsMouse ? std::make_unique<Entry>(m_mouse, std::move(handler), nullptr) : nullptr;
+    }
+    std::unique_ptr<Monitor> addResignActiveObserver(std::function<void()> handler) override
+    {
+        return std::make_unique<Entry>(m_activation, nullptr, std::move(handler));
+    }
+
+private:
+    struct Entry : Monitor
+    {
+        Entry(QList<Entry *> &monitors, std::function<void(CocoaPoint)> onMouse,
+              std::function<void()> onActivation)
+            : all(monitors)
+            , mouse(std::move(onMouse))
+            , activation(std::move(onActivation))
+        {
+            all << this;
+        }
+        ~Entry() override { all.removeAll(this); }
+
+        QList<Entry *> &all;
+        std::function<void(CocoaPoint)> mouse;
+        std::function<void()> activation;
+    };
+
+    QList<Entry *> m_mouse;
+    QList<Entry *> m_activation;
+};
+
+class FakePasteboard : public Pasteboard
+{
+public:
+    /// Absent after `clearContents`.
+    std::optional<QString> text = u"earlier text"_s;
+    int clearCount = 0;
+
+    void clearContents() override
+    {
+        ++clearCount;
+        text.reset();
+    }
+    void setString(const QString &string) override { text = string; }
+};
+
+class FakePopupPlacement : public PopupPlacement
+{
+public:
+    double titleBarHeight = 24;
+    QPointer<QWidget> window;
+    CocoaPoint origin;
+
+    void makeFloating(QWidget &floating) override { window = &floating; }
+    CocoaSize frameSize(const QWidget &measured) const override
+    {
+        return {static_cast<double>(measured.width()), measured.height() + titleBarHeight};
+    }
+    CocoaRect frame(const QWidget &measured) const override
+    {
+        return {origin, frameSize(measured)};
+    }
+    void setFrameOrigin(QWidget &, CocoaPoint place) override { origin = place; }
+    void makeKeyAndOrderFront(QWidget &shown) override
+    {
+        shown.show();
+        shown.activateWindow();
+    }
+};
+
+class FakeStatusItemButton : public StatusItemButton
+{
+public:
+    StatusItemImage currentImage;
+    QString currentToolTip;
+    std::function<void(const StatusItemEvent &)> action;
+    std::unique_ptr<QMenu> menu;
+    int menuCount = 0;
+
+    StatusItemImage image() const override { return currentImage; }
+    void setImage(const StatusItemImage &image) override { currentImage = image; }
+    QString toolTip() const override { return currentToolTip; }
+    void setToolTip(const QString &toolTip) override { currentToolTip = toolTip; }
+    void setAction(std::function<void(const StatusItemEvent &)> handler) override
+    {
+        action = std::move(handler);
+    }
+    void popUpContextMenu(std::unique_ptr<QMenu> shown, const StatusItemEvent &) override
+    {
+        menu = std::move(shown);
+        ++menuCount;
+    }
+
+    void leftClick() { action({StatusItemEvent::Type::LeftMouseUp, {}}); }
+    void rightClick() { action({StatusItemEvent::Type::RightMouseUp, {}}); }
+};
+
+class FakeStatusBar : public StatusBar
+{
+public:
+    /// Reset: status items have no button.
+    std::shared_ptr<FakeStatusItemButton> button = std::make_shared<FakeStatusItemButton>();
+
+    std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<Item>(button); }
+
+private:
+    struct Item : StatusItem
+    {
+        explicit Item(std::shared_ptr<StatusItemButton> shown)
+            : m_button(std::move(shown))
+        {
+        }
+        std::shared_ptr<StatusItemButton> button() const override { return m_button; }
+
+    private:
+        std::shared_ptr<StatusItemButton> m_button;
+    };
+};
+
+class FakeTextRecognizer : public TextRecognizer
+{
+public:
+    QStringList supported{u"en-US"_s};
+    /// Set: the languages cannot be told.
+    std::optional<RecognitionError> supportedError;
+    QList<RecognizedTextObservation> nextResults;
+    /// Set: the completion handler gets it.
+    std::optional<RecognitionError> nextError;
+    /// Set: `perform` throws it.
+    std::optional<RecognitionError> nextThrow;
+
+    /// Makes the recognitions from now on wait, each for one `release`.
+    void hold() { m_holds = true; }
+    void release() { m_gate.release(); }
+
+    /// The last request as it was configured.
+    TextRecognitionRequest lastRequest() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_lastRequest;
+    }
+    int performCount() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_performCount;
+    }
+
+    QStringList supportedRecognitionLanguages(const TextRecognitionRequest &) const override
+    {
+        if (supportedError) {
+            throw *supportedError;
+        }
+        return supported;
+    }
+
+    void perform(TextRecognitionRequest &request, const QImage &) override
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_lastRequest = request;
+            ++m_performCount;
+        }
+        if (m_holds) {
+            m_gate.acquire();
+        }
+        if (!nextThrow || nextError) {
+            request.results = nextResults;
+            request.completionHandler(request, nextError);
+        }
+        if (nextThrow) {
+            throw *nextThrow;
+        }
+    }
+
+    /// One line that is read as `text`.
+    static RecognizedTextObservation line(const QString &text) { return {QRectF(), {{text, 0.9}}}; }
+
+private:
+    mutable std::mutex m_mutex;
+    TextRecognitionRequest m_lastRequest;
+    int m_performCount = 0;
+    std::atomic<bool> m_holds = false;
+    QSemaphore m_gate;
+};
+
+class FakeSystemSounds : public SystemSounds
+{
+public:
+    /// The theme: names and the files that stand for them.
+    QMap<QString, QString> theme{{u"camera-shutter"_s, u"/theme/camera-shutter.oga"_s},
+                                 {u"screen-capture"_s, u"/theme/screen-capture.oga"_s}};
+    QStringList unplayable;
+    QStringList played;
+    int beepCount = 0;
+
+    QString file(const QString &soundName) const override { return theme.value(soundName); }
+    bool play(const QString &filePath) override
+    {
+        if (unplayable.contains(filePath)) {
+            return false;
+        }
+        played << filePath;
+        return true;
+    }
+    void beep() override { ++beepCount; }
+};
+
+class FakeLoginItem : public LoginItem
+{
+public:
+    std::optional<QString> error;
+    QStringList requests;
+
+    std::optional<QString> registerItem() override
+    {
+        requests << u"register"_s;
+        return error;
+    }
+    std::optional<QString> unregisterItem() override
+    {
+        requests << u"unregister"_s;
+        return error;
+    }
+};
+
+class FakeUpdater : public Updater
+{
+public:
+    bool starts = true;
+    int startCount = 0;
+    int checkCount = 0;
+
+    bool startUpdater() override
+    {
+        ++startCount;
+        return starts;
+    }
+    void checkForUpdates() override { ++checkCount; }
+};
+
+class FakeApplicationService : public ApplicationService
+{
+public:
+    Claim answer = Claim::First;
+    QStringList forwarded;
+    ActionHandler handler;
+
+    Claim claim() override { return answer; }
+    bool forward(const QString &action) override
+    {
+        forwarded << action;
+        return true;
+    }
+    void setActionHandler(ActionHandler actionHandler) override
+    {
+        handler = std::move(actionHandler);
+    }
+};
