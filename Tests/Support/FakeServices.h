@@ -168,7 +168,7 @@ class FakePasteboard : public Pasteboard
 {
 public:
     /// Absent after `clearContents`.
-    std::optional<QString> text = u"earlier text"_s;
+    std::optional<QString> text = QStringLiteral("earlier text");
     int clearCount = 0;
 
     void clearContents() override
@@ -255,7 +255,7 @@ private:
 class FakeTextRecognizer : public TextRecognizer
 {
 public:
-    QStringList supported{u"en-US"_s};
+    QStringList supported{QStringLiteral("en-US")};
     /// Set: the languages cannot be told.
     std::optional<RecognitionError> supportedError;
     QList<RecognizedTextObservation> nextResults;
@@ -322,8 +322,9 @@ class FakeSystemSounds : public SystemSounds
 {
 public:
     /// The theme: names and the files that stand for them.
-    QMap<QString, QString> theme{{u"camera-shutter"_s, u"/theme/camera-shutter.oga"_s},
-                                 {u"screen-capture"_s, u"/theme/screen-capture.oga"_s}};
+    QMap<QString, QString> theme{
+        {QStringLiteral("camera-shutter"), QStringLiteral("/theme/camera-shutter.oga")},
+        {QStringLiteral("screen-capture"), QStringLiteral("/theme/screen-capture.oga")}};
     QStringList unplayable;
     QStringList played;
     int beepCount = 0;
@@ -348,12 +349,12 @@ public:
 
     std::optional<QString> registerItem() override
     {
-        requests << u"register"_s;
+        requests << QStringLiteral("register");
         return error;
     }
     std::optional<QString> unregisterItem() override
     {
-        requests << u"unregister"_s;
+        requests << QStringLiteral("unregister");
         return error;
     }
 };
