@@ -6,7 +6,7 @@ import subprocess
 import unittest
 
 from support import main
-from support.desktop import difference, key, screenshot
+from support.desktop import at_rest, difference, key, screenshot
 from support.program import Program, is_unchanged
 from support.waiting import holds_for, wait_until
 
@@ -40,17 +40,7 @@ class PanelTest(unittest.TestCase):
             return nothing
         with Panel(name):
             wait_until("the panel", lambda: difference(nothing, screenshot()))
-            last = screenshot()
-
-            def is_at_rest():
-                nonlocal last
-                before, last = last, screenshot()
-                return difference(before, last) is None
-
-            for _ in range(10):
-                holds_for("drawn", lambda: True, 0.05)
-                wait_until("the panel at rest", is_at_rest)
-            look = last
+            look = at_rest("the panel")
         wait_until("the panel's end", lambda: difference(nothing, screenshot()) is None)
         return look
 

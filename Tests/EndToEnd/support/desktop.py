@@ -7,6 +7,7 @@ All places are pixels of the whole desktop, origin top-left, y down.
 import os
 import re
 import subprocess
+import time
 from typing import NamedTuple
 
 import numpy
@@ -82,6 +83,21 @@ def difference(one, other):
         return None
     return Box(int(columns.min()), int(rows.min()), int(columns.max() - columns.min() + 1),
                int(rows.max() - rows.min() + 1))
+
+
+def at_rest(what, seconds=0.5):
+    """What the screens show once nothing on them has changed for a while."""
+    last, since = screenshot(), time.monotonic()
+
+    def is_at_rest():
+        nonlocal last, since
+        now = screenshot()
+        if difference(last, now) is not None:
+            last, since = now, time.monotonic()
+        return time.monotonic() - since > seconds
+
+    wait_until(f"{what} to be at rest", is_at_rest)
+    return last
 
 
 def on_screens(picture):

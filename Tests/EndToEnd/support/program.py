@@ -209,12 +209,11 @@ def dimmed(picture):
 
 
 def _compared(now, before):
-    """What is compared of two screenshots: all screens, less the panel, where the pointer's
-    passing alone changes something."""
+    """What is compared of two screenshots: all screens, less the panel's place on the first,
+    where the pointer's passing alone changes something."""
     for number, screen in enumerate(desktop.SCREENS):
-        area = screen
-        if number == 0 and desktop.PANEL != "none":
-            area = screen._replace(height=screen.height - desktop.points(30))
+        panel = desktop.points(30) if number == 0 else 0
+        area = screen._replace(height=screen.height - panel)
         yield area.of(now), area.of(before)
 
 
