@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Freedesktop/StatusNotifierAdaptor.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+StatusNotifierAdaptor::StatusNotifierAdaptor(QObject *parent,
+                                             std::function<void(StatusItemEvent::Type)> clicked)
+    : QDBusAbstractAdaptor(parent)
+    , m_clicked(std::move(clicked))
+{
+}
+
+void StatusNotifierAdaptor::setContent(const StatusNotifierContent &content)
+{
+    const StatusNotifierContent old = std::exchange(m_content, content);
+    if (old.title != content.title) {
+        Q_EMIT NewTitle();
+    }
+    if (old.iconName != content.iconName ||
+        old.iconAccessibleDescription != content.iconAccessibleDescription ||
+        content.iconName.isEmpty()) {
+        Q_EMIT NewIcon();
+    }
+    if (old.toolTip != content.toolTip) {
+        Q_EMIT NewToolTip();
+    }
+}
+
+QString StatusNotifierAdaptor::category() const
+{
+    return u"ApplicationStatus"_s;
+}
+
+QString StatusNotifierAdaptor::status() const
+{
+    return u"Active"_s;
+}
+
+void StatusNotifierAdaptor::Activate(int, int)
+{
+    m_clicked(StatusItemEvent::Type::LeftMouseUp);
+}
+
+void StatusNotifierAdaptor::SecondaryActivate(int, int)
+{
+}
+
+void StatusNotifierAdaptor::ContextMenu(int, int)
+{
+    m_clicked(StatusItemEvent::Type::RightMouseUp);
+}
+
+void StatusNotifierAdaptor::Scroll(int, const QString &)
+{
+}

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Freedesktop/StatusNotifierTypes.h"
+#include "Platform/StatusItem.h"
+
+#include <QDBusAbstractAdaptor>
+
+#include <functional>
+
+/// What hosts read of the item, as StatusNotifierItem names it.
+struct StatusNotifierContent
+{
+    QString id;
+    QString title;
+    QString iconName;
+    QString iconThemePath;
+    StatusNotifierPixmaps iconPixmap;
+    QString iconAccessibleDescription;
+    QString toolTip;
+};
+
+/// The interface org.kde.StatusNotifierItem. It has no Menu property, so that hosts leave the
+/// right click to us; an exported menu for hosts that cannot belongs here, as property "Menu".
+class StatusNotifierAdaptor : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category CONSTANT)
+    Q_PROPERTY(QString Id READ id CONSTANT)
+    Q_PROPERTY(QString Title READ title)
+    Q_PROPERTY(QString Status READ status CONSTANT)
+    Q_PROPERTY(int WindowId READ windowId CONSTANT)
+    Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
+    Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString IconAccessibleDesc READ iconAccessibleDescription)
+    Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
+
+public:
+    /// `clicked` is called before the host has its answer. A signal would go out on the bus.
+    StatusNotifierAdaptor(QObject *parent, std::function<void(StatusItemEvent::Type)> clicked);
+
+    /// Tells the hosts what of it is new.
+    void setContent(const StatusNotifierContent &content);
+
+    QString category() const;
+    QString id() const { return m_content.id; }
+    QString title() const { return m_content.title; }
+    QString status() const;
+    int windowId() const { return 0; }
+    QString iconName() const { return m_content.iconName; }
+    QString iconThemePath() const { return m_content.iconThemePath; }
+    StatusNotifierPixmaps iconPixmap() const { return m_content.iconPixmap; }
+    QString iconAccessibleDescription() const { return m_content.iconAccessibleDescription; }
+    StatusNotifierToolTip toolTip() const { return {{}, {}, m_content.toolTip, {}}; }
+    bool itemIsMenu() const { return false; }
+
+public Q_SLOTS:
+    // The hosts' coordinates are in no space that all of them agree on; the pointer's are used.
+    void Activate(int x, int y);
+    void SecondaryActivate(int x, int y);
+    void ContextMenu(int x, int y);
+    void Scroll(int delta, const QString &orientation);
+
+Q_SIGNALS:
+    void NewTitle();
+    void NewIcon();
+    void NewToolTip();
+    void NewStatus(const QString &status);
+
+private:
+    std::function<void(StatusItemEvent::Type)> m_clicked;
+    StatusNotifierContent m_content;
+};

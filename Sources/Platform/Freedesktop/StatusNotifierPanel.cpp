@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Freedesktop/StatusNotifierPanel.h"
+
+#include "Platform/Freedesktop/SessionBus.h"
+#include "Platform/Freedesktop/StatusNotifierAdaptor.h"
+
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherPath = u"/StatusNotifierWatcher"_s;
+const QString itemPath = u"/StatusNotifierItem"_s;
+
+/// A watcher that does not answer within this time is none, and other panels get the item.
+constexpr int timeoutMilliseconds = 2000;
+
+/// Usual sizes of panel icons, once and twice; hosts scale the nearest one.
+constexpr int pixmapExtents[] = {16, 22, 24, 32, 44, 48, 64};
+
+QDBusMessage watcherCall(const QString &interface, const QString &method)
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(watcherService, watcherPath, interface, method);
+    call.setAutoStartService(false);
+    return call;
+}
+
+} // namespace
+
+StatusNotifierPanel::StatusNotifierPanel(Identity identity, StatusItemArtwork artwork)
+    : m_identity(std::move(identity))
+    , m_artwork(std::move(artwork))
+{
+    auto bus = sessionBus();
+    if (!bus) {
+        m_presence = Presence::Absent;
+        return;
+    }
+    registerStatusNotifierTypes();
+    auto *owner = new QDBusServiceWatcher(watcherService, *bus,
+                                          QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &newOwner) {
+                watcherChanged(newOwner);
+            });
+    for (const auto &signal :
+         {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
+        bus->connect(watcherService, watcherPath, watcherService, signal, this, SLOT(askForHost()));
+    }
+    askForHost();
+}
+
+StatusNotifierPanel::~StatusNotifierPanel()
+{
+    hide();
+}
+
+void StatusNotifierPanel::setPresence(Presence presence)
+{
+    if (std::exchange(m_presence, presence) != presence) {
+        Q_EMIT presenceChanged();
+    }
+}
+
+void StatusNotifierPanel::watcherChanged(const QString &newOwner)
+{
+    if (newOwner.isEmpty()) {
+        setPresence(Presence::Absent);
+    } else {
+        askForHost();
+    }
+}
+
+void StatusNotifierPanel::askForHost()
+{
+    QDBusMessage call = watcherCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    call << watcherService << u"IsStatusNotifierHostRegistered"_s;
+    auto *answer = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(call, timeoutMilliseconds), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<QDBusVariant> reply = *finished;
+                const bool present = reply.isValid() && reply.value().variant().toBool();
+                if (present && m_item) {
+                    // Another watcher than the one that knows the item, or the same: it is told.
+                    registerItem();
+                }
+                setPresence(present ? Presence::Present : Presence::Absent);
+            });
+}
+
+bool StatusNotifierPanel::openItemConnection()
+{
+    static int count = 0;
+    m_connectionName = u"status-item-%1"_s.arg(++count);
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_connectionName);
+    if (!bus.isConnected()) {
+        return false;
+    }
+    m_item = std::make_unique<QObject>();
+    m_adaptor = new StatusNotifierAdaptor(m_item.get(), [this](StatusItemEvent::Type type) {
+        // The host gets its answer before the program begins a capture.
+        QMetaObject::invokeMethod(
+            this, [this, type] { Q_EMIT clicked(type); }, Qt::QueuedConnection);
+    });
+    bus.registerObject(itemPath, m_item.get());
+    // A name for people who look at the bus; a sandbox allows none, and the unique one will do.
+    m_serviceName =
+        u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(count);
+    if (!bus.registerService(m_serviceName)) {
+        m_serviceName = bus.baseService();
+    }
+    return true;
+}
+
+void StatusNotifierPanel::registerItem()
+{
+    QDBusMessage call = watcherCall(watcherService, u"RegisterStatusNotifierItem"_s);
+    call << m_serviceName;
+    // From the item's own connection: some watchers take the item to be the sender.
+    auto *answer = new QDBusPendingCallWatcher(
+        QDBusConnection(m_connectionName).asyncCall(call, timeoutMilliseconds), m_item.get());
+    connect(answer, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *finished) {
+                finished->deleteLater();
+                if (finished->isError()) {
+                    setPresence(Presence::Absent);
+                }
+            });
+}
+
+void StatusNotifierPanel::show(const Content &content)
+{
+    const bool isNew = !m_item;
+    if (isNew && !openItemConnection()) {
+        hide();
+        return;
+    }
+    const QString &description = content.image.accessibilityDescription;
+    StatusNotifierContent shown;
+    shown.id = m_identity.id;
+    // Panels without tooltips show the title, or read it out.
+    shown.title = description.isEmpty() || description == m_identity.title
+                      ? m_identity.title
+                      : u"%1: %2"_s.arg(m_identity.title, description);
+    shown.iconName = m_artwork.iconName(content.image);
+    shown.iconThemePath = m_artwork.iconThemeFolder();
+    // Nobody tints these: the colour of the user's own text is the best guess there is.
+    const QColor colour = QGuiApplication::palette().color(QPalette::WindowText);
+    for (const int extent : pixmapExtents) {
+        const QImage image = m_artwork.render(content.image, extent, colour);
+        if (!image.isNull()) {
+            shown.iconPixmap.append(StatusNotifierPixmap::fromImage(image));
+        }
+    }
+    shown.iconAccessibleDescription = description.isEmpty() ? m_identity.title : description;
+    shown.toolTip = content.toolTip;
+    m_adaptor->setContent(shown);
+    if (isNew) {
+        registerItem();
+    }
+}
+
+void StatusNotifierPanel::hide()
+{
+    if (!m_connectionName.isEmpty()) {
+        m_item.reset();
+        m_adaptor = nullptr;
+        QDBusConnection::disconnectFromBus(m_connectionName);
+        m_connectionName.clear();
+    }
+}

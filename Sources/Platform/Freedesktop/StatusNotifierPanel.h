@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Qt/StatusItemArtwork.h"
+#include "Platform/StatusItemPanel.h"
+
+#include <QDBusConnection>
+
+#include <memory>
+
+class StatusNotifierAdaptor;
+
+/// Panels that show StatusNotifierItems: there is a watcher on the session bus and a host is
+/// registered with it. The item has a connection to the bus of its own; closing that takes the
+/// item away from every host.
+class StatusNotifierPanel : public StatusItemPanel
+{
+    Q_OBJECT
+
+public:
+    struct Identity
+    {
+        /// Tells hosts which program it is, for what they remember of it.
+        QString id;
+        /// The program's name for people.
+        QString title;
+    };
+
+    StatusNotifierPanel(Identity identity, StatusItemArtwork artwork);
+    ~StatusNotifierPanel() override;
+
+    Presence presence() const override { return m_presence; }
+    void show(const Content &content) override;
+    void hide() override;
+
+private:
+    void setPresence(Presence presence);
+    void watcherChanged(const QString &newOwner);
+    void registerItem();
+    bool openItemConnection();
+
+private Q_SLOTS:
+    void askForHost();
+
+private:
+    Identity m_identity;
+    StatusItemArtwork m_artwork;
+    Presence m_presence = Presence::Unknown;
+    std::unique_ptr<QObject> m_item;
+    StatusNotifierAdaptor *m_adaptor = nullptr;
+    /// The name of the item's connection to the bus, and what it is called on the bus.
+    QString m_connectionName;
+    QString m_serviceName;
+};

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Qt/StatusItemArtwork.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Units of the canvas, and of the part of it that counts.
+constexpr int canvasUnits = 18;
+constexpr int liveUnits = 16;
+
+/// Pixels for the 16 units in a slot of `extent` pixels: a multiple of 8 with a margin around it,
+/// or all of a slot that is too small for one.
+int livePixels(int extent)
+{
+    const int fitting = extent * liveUnits / canvasUnits / 8 * 8;
+    return std::max(fitting, std::min(extent, liveUnits));
+}
+
+} // namespace
+
+StatusItemArtwork::StatusItemArtwork(const QString &iconThemeFolder)
+    : m_iconThemeFolder(iconThemeFolder)
+{
+}
+
+QString StatusItemArtwork::iconName(const StatusItemImage &image) const
+{
+    QString name = image.name;
+    // Some panels take what follows a dot for a suffix.
+    name = u"vellora-"_s + name.replace(u'.', u'-') + u"-symbolic"_s;
+    return QFileInfo::exists(themedFile(name)) ? name : QString();
+}
+
+QString StatusItemArtwork::themedFile(const QString &name) const
+{
+    return m_iconThemeFolder + u"/hicolor/symbolic/apps/"_s + name + u".svg"_s;
+}
+
+QImage StatusItemArtwork::render(const StatusItemImage &image, int extent,
+                                 const QColor &colour) const
+{
+    QByteArray data = image.data;
+    if (QFile themed(themedFile(iconName(image))); themed.open(QIODevice::ReadOnly)) {
+        data = themed.readAll();
+    }
+    QImage pixels(extent, extent, QImage::Format_ARGB32_Premultiplied);
+    pixels.fill(Qt::transparent);
+    QPainter painter(&pixels);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+
+    const int live = livePixels(extent);
+    const int margin = (extent - live) / 2;
+    const qreal unit = qreal(live) / liveUnits;
+    const QRectF canvas(margin - unit, margin - unit, unit * canvasUnits, unit * canvasUnits);
+    if (QSvgRenderer drawing(data); drawing.isValid()) {
+        // An icon of the theme has no margin of its own.
+        const bool hasMargin = drawing.viewBox().width() == canvasUnits;
+        drawing.render(&painter, hasMargin ? canvas : QRectF(margin, margin, live, live));
+    } else if (const QImage picture = QImage::fromData(data); !picture.isNull()) {
+        painter.drawImage(canvas, picture);
+    } else {
+        return {};
+    }
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixels.rect(), colour);
+    return pixels;
+}
