@@ -38,6 +38,8 @@ public:
 
     xcb_connection_t *xcb() const { return m_xcb; }
     const xcb_screen_t *screen() const { return m_screen; }
+    /// The number of `screen` on its server, as in "_NET_WM_CM_S0".
+    int screenNumber() const { return m_screenNumber; }
     xcb_window_t root() const { return m_screen ? m_screen->root : 0; }
 
     /// The atom of that name, made where the server does not know it yet.
