@@ -8,23 +8,25 @@
 #include <memory>
 #include <stdexcept>
 
-/// What the desktop is told about the program.
+/// What the desktop is told about the program. What is left empty, except for the id and the
+/// comment, comes from the application object.
 struct DesktopPlatformOptions
 {
     /// Reverse domain name, such as "org.example.Editor": the name on the session bus, of the
     /// desktop entry and of the entry among the autostarted programs.
     QString applicationId;
     /// The program's name for people.
-    QString displayName;
+    QString displayName = {};
     /// One sentence on what it does, for lists of programs.
-    QString comment;
-    /// Absolute path of the program, for starting it at login.
-    QString executablePath;
-    /// The application's icon: a name in the icon theme or an absolute path.
-    QString iconName;
+    QString comment = {};
+    /// Absolute path of the program, for starting it at login; else the running file.
+    QString executablePath = {};
+    /// The application's icon: a name in the icon theme or an absolute path; else the id.
+    QString iconName = {};
     /// Absolute path of a folder of icon themes that holds the status item's pictures, as
-    /// "hicolor/symbolic/apps/vellora-<name>-symbolic.svg", dots of the name written as dashes.
-    QString iconThemeFolder;
+    /// "hicolor/symbolic/apps/vellora-<name>-symbolic.svg", dots of the name written as dashes;
+    /// else "../share/icons" from the program.
+    QString iconThemeFolder = {};
 };
 
 /// A session in which the program cannot work. `what()` is a message for people: why, and what

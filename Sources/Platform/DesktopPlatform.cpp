@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/DesktopPlatform.h"
+
+#include "Platform/Freedesktop/CanberraSounds.h"
+#include "Platform/Freedesktop/FreedesktopApplicationService.h"
+#include "Platform/Freedesktop/SoundTheme.h"
+#include "Platform/Freedesktop/StatusNotifierPanel.h"
+#include "Platform/Freedesktop/UninstalledUpdater.h"
+#include "Platform/Freedesktop/XdgAutostart.h"
+#include "Platform/Qt/PanelStatusBar.h"
+#include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtPasteboard.h"
+#include "Platform/Qt/QtScreens.h"
+#include "Platform/Qt/StandardErrorLog.h"
+#include "Platform/X11/X11KeyTap.h"
+#include "Platform/X11/X11Platform.h"
+#include "Platform/X11/XEmbedTray.h"
+#if __has_include("TextRecognition/TesseractTextRecognizer.h")
+#include "TextRecognition/TesseractTextRecognizer.h"
+#define HAS_RECOGNIZER
+#endif
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QGuiApplication>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What the application object tells, where the caller told nothing.
+DesktopPlatformOptions completed(DesktopPlatformOptions options)
+{
+    const auto complete = [](QString &option, const QString &value) {
+        if (option.isEmpty()) {
+            option = value;
+        }
+    };
+    complete(options.displayName, QGuiApplication::applicationDisplayName());
+    complete(options.executablePath, QCoreApplication::applicationFilePath());
+    complete(options.iconName, options.applicationId);
+    complete(options.iconThemeFolder,
+             QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/icons"_s));
+    return options;
+}
+
+/// Screens, their pictures and everything else that depends on the window system.
+void addWindowSystem(Platform &platform)
+{
+    if (isX11Desktop()) {
+        platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
+        addX11Services(platform);
+        platform.keyTap = std::make_unique<X11KeyTap>();
+        platform.pasteboard = std::make_unique<QtPasteboard>();
+        return;
+    }
+    throw UnsupportedDesktop(
+        QCoreApplication::translate(
+            "DesktopPlatform",
+            "%1 cannot see this screen: it works on X11 desktops, and this session is shown by "
+            "“%2”. Log in to an X11 session (often called “Xorg” on the login screen).")
+            .arg(QGuiApplication::applicationDisplayName(), QGuiApplication::platformName()));
+}
+
+PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options)
+{
+    const StatusItemArtwork artwork(options.iconThemeFolder);
+    PanelStatusBar::Panels panels;
+    panels.push_back(std::make_unique<StatusNotifierPanel>(
+        StatusNotifierPanel::Identity{options.applicationId, options.displayName}, artwork));
+    if (isX11Desktop()) {
+        panels.push_back(std::make_unique<XEmbedTray>(options.displayName, artwork));
+    }
+    return panels;
+}
+
+} // namespace
+
+std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given)
+{
+    const DesktopPlatformOptions options = completed(given);
+    auto platform = std::make_unique<Platform>();
+    platform->mainQueue = std::make_unique<QtMainQueue>();
+    platform->systemLog = std::make_unique<StandardErrorLog>();
+    platform->userDefaults = std::make_unique<UserDefaults>();
+    addWindowSystem(*platform);
+    platform->statusBar =
+        std::make_unique<PanelStatusBar>([options] { return makePanels(options); });
+#ifdef HAS_RECOGNIZER
+    platform->textRecognizer = std::make_unique<TesseractTextRecognizer>();
+#endif
+    platform->systemSounds = std::make_unique<CanberraSounds>(
+        SoundWorker::Identity{options.applicationId.toUtf8(), options.displayName.toUtf8(),
+                              options.iconName.toUtf8()},
+        SoundTheme::userTheme);
+    platform->loginItem = std::make_unique<XdgAutostart>(
+        XdgAutostart::Entry{options.applicationId, options.displayName, options.comment,
+                            options.iconName, options.executablePath});
+    platform->updater = std::make_unique<UninstalledUpdater>(options.displayName);
+    platform->applicationService =
+        std::make_unique<FreedesktopApplicationService>(options.applicationId);
+    return platform;
+}
