@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "IdleDropper.h"
+
+namespace recognition {
+
+IdleDropper::IdleDropper(EnginePool &pool, std::chrono::milliseconds age)
+    : m_pool(pool)
+    , m_age(age)
+{
+}
+
+IdleDropper::~IdleDropper()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stop = true;
+    }
+    m_wake.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void IdleDropper::restart()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_running || m_stop)
+        return;
+    if (m_thread.joinable())
+        m_thread.join();
+    m_running = true;
+    m_thread = std::thread(&IdleDropper::run, this);
+}
+
+void IdleDropper::run()
+{
+    std::unique_lock lock(m_mutex);
+    for (bool left = true; left && !m_stop;) {
+        // Looking twice per age, an engine lives at most one and a half of it.
+        m_wake.wait_for(lock, m_age / 2, [this] { return m_stop; });
+        lock.unlock();
+        left = m_pool.dropIdle(m_age);
+        lock.lock();
+    }
+    m_running = false;
+}
+
+} // namespace recognition

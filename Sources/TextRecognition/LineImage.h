@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "GreyImage.h"
+#include "Lines.h"
+
+namespace recognition {
+
+/// A line ready to be read: dark on white, full contrast, letters of one size, a white margin.
+struct LineImage
+{
+    GreyImage picture;
+    /// Pixels of `picture` per pixel of the page.
+    double scale = 1;
+    /// Where the page's pixel (0, 0) would stand in `picture`.
+    double offsetX = 0;
+    double offsetY = 0;
+    /// Grey levels between ink and background at its best word.
+    int contrast = 0;
+
+    bool isEmpty() const { return picture.isEmpty(); }
+    /// The page's column of a column of `picture`.
+    double pageX(double x) const { return (x - offsetX) / scale; }
+};
+
+/// Cuts `line` out of `page` and prepares it.
+///
+/// Each word has its own background and ink: a selection, a badge, or a photograph's light and
+/// dark may change within a line. Empty if nothing stands out by `leastContrast` grey levels.
+LineImage lineImage(const GreyImage &page, const TextLine &line);
+
+inline constexpr int leastContrast = 10;
+
+} // namespace recognition

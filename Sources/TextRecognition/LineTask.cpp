@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "LineTask.h"
+
+#include <cstring>
+
+namespace recognition {
+
+namespace {
+
+/// Paler columns are white.
+constexpr int white = 225;
+
+bool isBlankColumn(const GreyImage &picture, int x)
+{
+    for (int y = 0; y < picture.height; ++y) {
+        if (picture.at(x, y) < white)
+            return false;
+    }
+    return true;
+}
+
+/// Where to cut so that about `length` columns stay: in the middle of the widest gap near there.
+int cutNear(const GreyImage &picture, int length, bool fromRight)
+{
+    int best = length;
+    int widest = 0;
+    int run = 0;
+    for (int k = length * 6 / 10; k < std::min(picture.width, length * 13 / 10); ++k) {
+        run = isBlankColumn(picture, fromRight ? picture.width - 1 - k : k) ? run + 1 : 0;
+        if (run > widest) {
+            widest = run;
+            best = k - run / 2;
+        }
+    }
+    return best;
+}
+
+GreyImage part(const GreyImage &picture, int left, int right)
+{
+    GreyImage result(right - left, picture.height, 255);
+    for (int y = 0; y < picture.height; ++y)
+        std::memcpy(result.row(y), picture.row(y) + left, std::size_t(result.width));
+    return result;
+}
+
+Reading readWith(EnginePool &pool, const QString &model, const GreyImage &picture)
+{
+    const EnginePool::Loan engine = pool.lend(model, Dictionary::With);
+    if (!engine)
+        return {};
+    Reading reading = engine->read(picture, ReadMode::Line);
+    // Looking for the baseline fails on a lone dash or a very wide letter.
+    if (reading.isEmpty())
+        reading = engine->read(picture, ReadMode::RawLine);
+    return reading;
+}
+
+} // namespace
+
+LineTask::LineTask(const GreyImage &page, TextLine line)
+    : m_line(std::move(line))
+    , m_image(lineImage(page, m_line))
+{
+}
+
+const Reading &LineTask::read(EnginePool &pool, const QString &model)
+{
+    const auto found = m_readings.constFind(model);
+    if (found != m_readings.constEnd())
+        return *found;
+    return *m_readings.insert(model, readWith(pool, model, m_image.picture));
+}
+
+Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bool fromRight)
+{
+    const GreyImage &picture = m_image.picture;
+    const int length = int(letters * m_line.letterHeight * m_image.scale);
+    if (picture.width * 4 < length * 5 || m_readings.contains(model))
+        return read(pool, model);
+    const int cut = cutNear(picture, length, fromRight);
+    const GreyImage crop =
+        fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
+    return readWith(pool, model, crop);
+}
+
+} // namespace recognition

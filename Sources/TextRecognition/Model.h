@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <string>
+#include <vector>
+
+namespace recognition {
+
+/// Whether a model is loaded with its word lists, which make it read better and cost most of its
+/// memory and time to load.
+enum class Dictionary { With, Without };
+
+/// The models in a folder of trained data, as they are now: nothing is remembered, so a model
+/// installed or removed while the program runs is seen at the next question.
+class ModelFolder
+{
+public:
+    /// `path`: where the `.traineddata` files stand; empty looks in the places where Tesseract's
+    /// packages put them.
+    explicit ModelFolder(const QString &path = {});
+
+    QString path() const { return m_path; }
+    /// The models' names, such as "eng" or "Latin"; a script's model may stand in "script/".
+    QStringList installed() const;
+    bool has(const QString &model) const;
+    /// The model's data for the engine, or nothing if it cannot be read. Without its dictionary a
+    /// model of 90 MB is half a megabyte.
+    std::vector<char> read(const QString &model, Dictionary dictionary) const;
+
+private:
+    QString fileOf(const QString &model) const;
+
+    QString m_path;
+};
+
+} // namespace recognition

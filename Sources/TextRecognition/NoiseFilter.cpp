@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "NoiseFilter.h"
+
+namespace recognition {
+
+namespace {
+
+struct Evidence
+{
+    /// Characters of lines read with confidence.
+    int goodCharacters = 0;
+    int goodLines = 0;
+    int lines = 0;
+};
+
+Evidence evidenceOf(const std::vector<LineTask> &tasks)
+{
+    Evidence evidence;
+    for (const LineTask &task : tasks) {
+        const LetterCount letters = countLetters(task.best.text(), task.script);
+        const double confidence = task.best.confidence();
+        if (confidence > 80)
+            evidence.goodCharacters += task.best.characters();
+        if (confidence >= 72 && letters.all() >= 2)
+            ++evidence.goodLines;
+        ++evidence.lines;
+    }
+    return evidence;
+}
+
+/// The confidence below which a line is taken for noise. The shorter the line and the less text
+/// around it, the surer the model has to be.
+double leastConfidence(const LineTask &task, const Evidence &page)
+{
+    const int letters = countLetters(task.best.text(), task.script).all();
+    const int characters = task.best.characters();
+    if (letters == 0)
+        return 80;
+    if (characters <= 2)
+        return page.goodCharacters > 8 ? 60 : 80;
+    if (characters <= 4)
+        return page.goodCharacters > 8 ? 50 : 72;
+    if (characters >= 8 && letters >= 5 && page.goodCharacters > 8)
+        return 15;
+    return 50;
+}
+
+bool isNoise(const LineTask &task, const Evidence &page)
+{
+    const double confidence = task.best.confidence();
+    if (task.best.isEmpty() || confidence < leastConfidence(task, page))
+        return true;
+    const int letters = countLetters(task.best.text(), task.script).all();
+    if (letters <= 1 && !(page.lines <= 2 && confidence >= 85 && letters > 0) &&
+        page.goodLines * 10 < page.lines * 6)
+        return true;
+    // Among many things that were not read, what was is likely chance.
+    return page.lines >= 5 && page.goodLines * 10 < page.lines * 3 && task.best.characters() < 6 &&
+           !(confidence > 90 && letters >= 3);
+}
+
+} // namespace
+
+void dropNoise(std::vector<LineTask> &tasks)
+{
+    const Evidence page = evidenceOf(tasks);
+    std::erase_if(tasks, [&page](const LineTask &task) { return isNoise(task, page); });
+}
+
+} // namespace recognition

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "PageReader.h"
+
+#include "LineTask.h"
+#include "NoiseFilter.h"
+#include "ReadingOrder.h"
+#include "ScriptChooser.h"
+#include "TextRepair.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+/// The lines that may be text, longest first: what is read first decides how the rest is read.
+std::vector<LineTask> lineTasks(const GreyImage &page, Workers &workers)
+{
+    std::vector<TextLine> lines = findLines(findMarks(page));
+    std::stable_sort(lines.begin(), lines.end(), [](const TextLine &a, const TextLine &b) {
+        return a.box.width() * b.letterHeight > b.box.width() * a.letterHeight;
+    });
+    std::vector<std::unique_ptr<LineTask>> owners(lines.size());
+    workers.forEach(lines.size(), [&](std::size_t i) {
+        owners[i] = std::make_unique<LineTask>(page, std::move(lines[i]));
+    });
+    std::vector<LineTask> tasks;
+    for (auto &task : owners) {
+        if (!task->image().isEmpty())
+            tasks.push_back(std::move(*task));
+    }
+    return tasks;
+}
+
+/// One row as a line of the result.
+PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
+{
+    PageLine line{tasks[row.front()].line().box, {}};
+    LineReading best{{}, 1};
+    for (const std::size_t i : row) {
+        const LineTask &task = tasks[i];
+        line.box.unite(task.line().box);
+        if (!best.text.isEmpty())
+            best.text += u'\t';
+        best.text += repairedText(task.best, task.script);
+        best.confidence = std::min(best.confidence, task.best.confidence() / 100);
+    }
+    line.readings.append(best);
+    if (row.size() > 1)
+        return line;
+    QList<Reading> others = tasks[row.front()].others();
+    std::sort(others.begin(), others.end(),
+              [](const Reading &a, const Reading &b) { return a.confidence() > b.confidence(); });
+    for (const Reading &reading : others) {
+        const QString text = repairedText(reading, Languages::scriptOf(reading.model));
+        const bool known = std::any_of(line.readings.cbegin(), line.readings.cend(),
+                                       [&text](const LineReading &r) { return r.text == text; });
+        if (!text.isEmpty() && !known)
+            line.readings.append({text, std::min(best.confidence, reading.confidence() / 100)});
+    }
+    return line;
+}
+
+} // namespace
+
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
+                               Workers &workers)
+{
+    std::vector<LineTask> tasks = lineTasks(page, workers);
+    if (tasks.empty() || languages.isEmpty())
+        return {};
+    readLines(tasks, languages, pool, workers);
+    dropNoise(tasks);
+
+    std::vector<Piece> pieces;
+    for (const LineTask &task : tasks) {
+        pieces.push_back({task.line().box, task.line().letterHeight,
+                          countLetters(task.best.text(), Script::Arabic).own > 0});
+    }
+    std::vector<PageLine> lines;
+    for (const Row &row : readingOrder(pieces))
+        lines.push_back(pageLine(row, tasks));
+    return lines;
+}
+
+} // namespace recognition

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "EnginePool.h"
+#include "GreyImage.h"
+#include "Languages.h"
+#include "Workers.h"
+
+#include <QList>
+#include <QString>
+
+#include <vector>
+
+namespace recognition {
+
+/// One reading of a line of the page.
+struct LineReading
+{
+    QString text;
+    /// From 0 to 1.
+    double confidence = 0;
+};
+
+/// One line of the page's text.
+struct PageLine
+{
+    /// In pixels of the page.
+    Box box;
+    /// Best first, at least one.
+    QList<LineReading> readings;
+};
+
+/// Reads everything on `page`, in reading order, in whatever of `languages` it is written.
+/// Blocks; runs on this thread and on `workers`.
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
+                               Workers &workers);
+
+} // namespace recognition

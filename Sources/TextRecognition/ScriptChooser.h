@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "EnginePool.h"
+#include "Languages.h"
+#include "LineTask.h"
+#include "Workers.h"
+
+#include <vector>
+
+namespace recognition {
+
+/// Finds out which script each line is in and reads it: fills `best` and `script`.
+///
+/// The longest line decides with what the others are tried first; a line that this model does not
+/// read well is tried with the other scripts. `tasks` stand longest first.
+void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+               Workers &workers);
+
+} // namespace recognition

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "TesseractTextRecognizer.h"
+
+#include "IdleDropper.h"
+#include "Languages.h"
+#include "PageReader.h"
+
+#include <QImage>
+#include <QThread>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace recognition;
+
+namespace {
+
+/// More helpers than this gain nothing on a screen's few dozen lines and cost a copy of each
+/// model.
+constexpr int mostThreads = 2;
+
+/// How long models are kept without a picture to read.
+constexpr auto keptFor = std::chrono::minutes(3);
+
+[[noreturn]] void throwNoModels(const ModelFolder &folder)
+{
+    throw RecognitionError(
+        u"No language models are installed for text recognition. Install a package such as "
+        u"tesseract-ocr-eng, or put trained data into %1."_s.arg(folder.path()));
+}
+
+} // namespace
+
+class TesseractTextRecognizer::Private
+{
+public:
+    explicit Private(const QString &folder)
+        : pool(ModelFolder(folder))
+        , dropper(pool, keptFor)
+        , workers(std::clamp(QThread::idealThreadCount(), 1, mostThreads))
+    {
+    }
+
+    Languages installed() const
+    {
+        const Languages languages(pool.folder().installed());
+        if (languages.isEmpty())
+            throwNoModels(pool.folder());
+        return languages;
+    }
+
+    EnginePool pool;
+    IdleDropper dropper;
+    /// Last, so that it waits for its threads before what they use goes away.
+    Workers workers;
+};
+
+TesseractTextRecognizer::TesseractTextRecognizer(const QString &tessdataFolder)
+    : m_p(std::make_unique<Private>(tessdataFolder))
+{
+}
+
+TesseractTextRecognizer::~TesseractTextRecognizer() = default;
+
+void TesseractTextRecognizer::prepare()
+{
+    m_p->workers.start([p = m_p.get()] {
+        const Languages languages(p->pool.folder().installed());
+        if (!languages.isEmpty())
+            p->pool.lend(languages.models(languages.scripts().first()).first(), Dictionary::With);
+        p->dropper.restart();
+    });
+}
+
+QStringList
+TesseractTextRecognizer::supportedRecognitionLanguages(const TextRecognitionRequest &) const
+{
+    return m_p->installed().tags();
+}
+
+void TesseractTextRecognizer::perform(TextRecognitionRequest &request, const QImage &image)
+{
+    const Languages languages = m_p->installed().restrictedTo(request.recognitionLanguages);
+    request.results.clear();
+    for (const PageLine &line : readPage(greyImage(image), languages, m_p->pool, m_p->workers)) {
+        RecognizedTextObservation observation;
+        observation.boundingBox =
+            QRectF(line.box.left, line.box.top, line.box.width(), line.box.height());
+        for (const LineReading &reading : line.readings)
+            observation.candidates.append({reading.text, reading.confidence});
+        request.results.append(observation);
+    }
+    m_p->dropper.restart();
+    if (request.completionHandler)
+        request.completionHandler(request, std::nullopt);
+}
