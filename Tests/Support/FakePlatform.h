@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Support/FakeKeyTap.h"
 #include "Support/FakeMainQueue.h"
 #include "Support/FakeServices.h"
 
@@ -32,6 +33,7 @@ public:
     FakeScreenRecording &screenRecording;
     FakeOverlaySurface &overlaySurface;
     FakeEventMonitor &eventMonitor;
+    FakeKeyTap &keyTap;
     FakePasteboard &pasteboard;
     FakePopupPlacement &popupPlacement;
     FakeStatusBar &statusBar;
