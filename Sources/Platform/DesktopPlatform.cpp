@@ -15,10 +15,7 @@
 #include "Platform/X11/X11KeyTap.h"
 #include "Platform/X11/X11Platform.h"
 #include "Platform/X11/XEmbedTray.h"
-#if __has_include("TextRecognition/TesseractTextRecognizer.h")
 #include "TextRecognition/TesseractTextRecognizer.h"
-#define HAS_RECOGNIZER
-#endif
 
 #include <QCoreApplication>
 #include <QDir>
@@ -88,9 +85,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     addWindowSystem(*platform);
     platform->statusBar =
         std::make_unique<PanelStatusBar>([options] { return makePanels(options); });
-#ifdef HAS_RECOGNIZER
     platform->textRecognizer = std::make_unique<TesseractTextRecognizer>();
-#endif
     platform->systemSounds = std::make_unique<CanberraSounds>(
         SoundWorker::Identity{options.applicationId.toUtf8(), options.displayName.toUtf8(),
                               options.iconName.toUtf8()},
