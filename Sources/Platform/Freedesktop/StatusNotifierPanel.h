@@ -4,8 +4,6 @@
 #include "Platform/Qt/StatusItemArtwork.h"
 #include "Platform/StatusItemPanel.h"
 
-#include <QDBusConnection>
-
 #include <memory>
 
 class StatusNotifierAdaptor;

@@ -81,18 +81,22 @@ void XEmbedTray::setTray(xcb_window_t tray)
     }
 }
 
-void XEmbedTray::findTray()
+xcb_window_t XEmbedTray::selectionOwner() const
 {
-    // Grabbed, so that the tray cannot go between being found and being watched.
-    xcb_grab_server(m_x.xcb());
     const XcbReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         m_x.xcb(), xcb_get_selection_owner(m_x.xcb(), m_selection), nullptr));
-    const xcb_window_t tray = reply ? reply->owner : xcb_window_t(XCB_NONE);
-    if (tray != XCB_NONE) {
+    return reply ? reply->owner : xcb_window_t(XCB_NONE);
+}
+
+void XEmbedTray::findTray()
+{
+    xcb_window_t tray = selectionOwner();
+    // Watched, then asked for again: it may have gone between the answer and the watch.
+    for (xcb_window_t watched = XCB_NONE; tray != watched; tray = selectionOwner()) {
+        watched = tray;
         const uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(m_x.xcb(), tray, XCB_CW_EVENT_MASK, &events);
     }
-    xcb_ungrab_server(m_x.xcb());
     m_icon.reset();
     setTray(tray);
     dock();

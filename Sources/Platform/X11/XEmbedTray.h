@@ -31,6 +31,7 @@ public:
 private:
     void readEvents();
     void handle(const xcb_generic_event_t &event);
+    xcb_window_t selectionOwner() const;
     /// Finds the tray that there is now, and docks into it what is shown.
     void findTray();
     void dock();
