@@ -4,15 +4,12 @@
 #include "Platform/Platform.h"
 #include "SelectorView.h"
 
+#include <QCoreApplication>
+
 #include <chrono>
 #include <utility>
 
 using namespace std::chrono_literals;
-
-ScreenRegionSelector::~ScreenRegionSelector()
-{
-    QObject::disconnect(m_screensObserver);
-}
 
 void ScreenRegionSelector::show(Completion callback)
 {
@@ -62,9 +59,18 @@ void ScreenRegionSelector::observe()
         }
     };
     deactivationObserver = Platform::current().eventMonitor->addResignActiveObserver(cancel);
+    m_observations = std::make_unique<QObject>();
     // The panels would no longer cover what the user sees.
-    Screens *screens = Platform::current().screens.get();
-    m_screensObserver = QObject::connect(screens, &Screens::changed, screens, cancel);
+    QObject::connect(Platform::current().screens.get(), &Screens::changed, m_observations.get(),
+                     cancel);
+    // A program that quits runs no delayed tasks any more.
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, m_observations.get(),
+                     [weak = weak_from_this()] {
+                         if (const auto self = weak.lock()) {
+                             self->finish(std::nullopt);
+                             self->retainSelf.reset();
+                         }
+                     });
 }
 
 void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
@@ -74,7 +80,7 @@ void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
     }
     const Completion callback = std::exchange(completion, nullptr);
     deactivationObserver.reset();
-    QObject::disconnect(m_screensObserver);
+    m_observations.reset();
     for (const PanelPointer &panel : panels) {
         Platform::current().overlaySurface->orderOut(*panel);
     }

@@ -19,7 +19,6 @@ public:
     using Completion = std::function<void(const std::optional<CocoaRect> &)>;
 
     ScreenRegionSelector() = default;
-    ~ScreenRegionSelector();
     ScreenRegionSelector(const ScreenRegionSelector &) = delete;
     ScreenRegionSelector &operator=(const ScreenRegionSelector &) = delete;
 
@@ -49,5 +48,6 @@ private:
     Completion completion;
     bool finished = false;
     std::unique_ptr<EventMonitor::Monitor> deactivationObserver;
-    QMetaObject::Connection m_screensObserver;
+    /// Context of the connections to the screens and the application; ends them with itself.
+    std::unique_ptr<QObject> m_observations;
 };

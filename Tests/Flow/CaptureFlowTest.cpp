@@ -8,6 +8,7 @@
 
 #include <QTest>
 #include <QThreadPool>
+#include <QWindow>
 
 #include <chrono>
 
@@ -79,6 +80,7 @@ void CaptureFlowTest::init()
 
 void CaptureFlowTest::cleanup()
 {
+    m_platform->endSelections();
     m_delegate.reset();
     settle();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -188,7 +190,7 @@ void CaptureFlowTest::grabsWhatWasSelected()
 void CaptureFlowTest::staysSilentOnACancel()
 {
     button().leftClick();
-    QTest::keyClick(m_platform->overlaySurface.key, Qt::Key_Escape);
+    QTest::keyClick(m_platform->overlaySurface.key->windowHandle(), Qt::Key_Escape);
     settle();
     QVERIFY(m_platform->screenRecording.grabs.isEmpty());
     QVERIFY(m_platform->systemSounds.played.isEmpty());

@@ -49,6 +49,7 @@ void LaunchTest::init()
 
 void LaunchTest::cleanup()
 {
+    m_platform->endSelections();
     m_delegate.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_platform.reset();

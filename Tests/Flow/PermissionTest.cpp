@@ -52,6 +52,7 @@ void PermissionTest::init()
 
 void PermissionTest::cleanup()
 {
+    m_platform->endSelections();
     m_delegate.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_platform.reset();

@@ -5,6 +5,7 @@
 #include "Support/FakePlatform.h"
 
 #include <QTest>
+#include <QWindow>
 
 #include <chrono>
 
@@ -17,6 +18,7 @@ class ScreenRegionSelectorTest : public QObject
 
 private Q_SLOTS:
     void init();
+    void cleanup();
     void coversEveryScreenInOrder();
     void reportsASelectionOnce();
     void reportsACancelFromAnyScreen();
@@ -47,6 +49,11 @@ void ScreenRegionSelectorTest::init()
     m_outcomes.clear();
 }
 
+void ScreenRegionSelectorTest::cleanup()
+{
+    m_platform->endSelections();
+}
+
 SelectorView &ScreenRegionSelectorTest::view(int screen)
 {
     return qobject_cast<OverlayPanel *>(m_platform->overlaySurface.shown[screen])->contentView();
@@ -74,7 +81,7 @@ void ScreenRegionSelectorTest::coversEveryScreenInOrder()
     }
     QCOMPARE(surface.key, surface.shown[2]);
     QVERIFY(m_outcomes.isEmpty());
-    QTest::keyClick(surface.key, Qt::Key_Escape);
+    QTest::keyClick(surface.key->windowHandle(), Qt::Key_Escape);
     QCOMPARE(m_outcomes.size(), 1);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Support/FakePlatform.h"
 
+#include <QCoreApplication>
+
 FakePlatform::FakePlatform()
     : mainQueue(install<FakeMainQueue>(m_platform.mainQueue))
     , systemLog(install<FakeSystemLog>(m_platform.systemLog))
@@ -25,4 +27,11 @@ FakePlatform::FakePlatform()
     screens.main = screen;
     screenRecording.nextImage = QImage(100, 50, QImage::Format_RGB32);
     screenRecording.nextImage.fill(Qt::white);
+}
+
+void FakePlatform::endSelections()
+{
+    eventMonitor.resignActive();
+    mainQueue.advance(std::chrono::seconds(1));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }

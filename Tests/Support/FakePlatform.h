@@ -44,4 +44,7 @@ public:
     FakeApplicationService &applicationService;
 
     UserDefaults &userDefaults() { return *m_platform.userDefaults; }
+
+    /// Cancels the selections that a test left open and lets what keeps them go.
+    void endSelections();
 };
