@@ -57,7 +57,10 @@ int main(int argc, char *argv[])
     int status = 1;
     try {
         const TerminationSignals terminationSignals;
-        const auto platform = makeDesktopPlatform({.applicationId = Publisher::applicationId});
+        const auto platform =
+            makeDesktopPlatform({.applicationId = Publisher::applicationId,
+                                 .comment = QCoreApplication::translate(
+                                     "main", "Turns any region of the screen into text")});
         status = run(*platform);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "vellora: %s\n", error.what());
