@@ -170,15 +170,21 @@ class Clipboard:
 
 def windows_titled(title):
     """The visible windows with exactly this title."""
-    found = tool("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$",
-                 check=False)
-    return found.split()
+    found = tool("xdotool", "search", "--onlyvisible", "--name", re.escape(title), check=False)
+    return [window for window in found.split() if title_of(window) == title]
+
+
+def title_of(window):
+    """The title that is in the window's title bar, and in a task bar."""
+    text = tool("xprop", "-id", window, "-notype", "_NET_WM_NAME", check=False)
+    return text.partition('= "')[2].rstrip().removesuffix('"')
 
 
 def window_box(window):
-    values = dict(line.split("=") for line in
-                  tool("xdotool", "getwindowgeometry", "--shell", window).split() if "=" in line)
-    return Box(int(values["X"]), int(values["Y"]), int(values["WIDTH"]), int(values["HEIGHT"]))
+    """Where the window's content is."""
+    lines = tool("xwininfo", "-id", window)
+    return Box(*(int(re.search(rf"{name}: +(-?\d+)", lines)[1])
+                 for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")))
 
 
 def frame_box(window):

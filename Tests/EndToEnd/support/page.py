@@ -27,15 +27,17 @@ class Page:
                    desktop.points(150))
 
     def __enter__(self):
-        self._process = subprocess.Popen(self._command, stdout=subprocess.PIPE,
-                                         stderr=subprocess.PIPE, text=True)
-        threading.Thread(target=self._read, daemon=True).start()
+        self._process = subprocess.Popen(self._command, stdout=subprocess.PIPE, text=True)
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
         wait_until("the text page", lambda: self._place() and self._is_seen())
         return self
 
     def __exit__(self, *_):
         self._process.terminate()
         self._process.wait(10)
+        self._reader.join(5)
+        self._process.stdout.close()
 
     def _read(self):
         for line in self._process.stdout:

@@ -93,6 +93,7 @@ class Program:
     def wait_for_end(self, seconds=20):
         status = wait_until("the program's end", lambda: self.process.poll() is not None, seconds)
         self._reader.join(5)
+        self.process.stdout.close()
         return self.process.returncode if status else None
 
     def quit(self):
@@ -122,6 +123,7 @@ class Program:
                 self.process.kill()
                 self.process.wait()
         self._reader.join(5)
+        self.process.stdout.close()
 
     def check(self, status=0):
         """The program has ended: with this status and nothing unexpected in its log."""
