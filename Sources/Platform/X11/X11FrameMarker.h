@@ -7,7 +7,6 @@
 #include <QDeadlineTimer>
 #include <QRect>
 
-#include <functional>
 #include <vector>
 
 /// Finds out when a compositing manager has shown what was drawn before.
@@ -47,8 +46,3 @@ private:
     std::vector<bool> m_pattern;
     std::vector<double> m_before;
 };
-
-/// Asks `isDone` after every change of what the root window shows, at once for the first time,
-/// until it says yes. False once `deadline` has passed. Blocks, without spinning.
-bool awaitRootChange(const X11Connection &connection, QDeadlineTimer deadline,
-                     const std::function<bool()> &isDone);

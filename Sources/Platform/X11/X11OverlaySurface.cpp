@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/X11OverlaySurface.h"
 
+#include "Platform/X11/X11RootChange.h"
+
+#include <QBackingStore>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
@@ -13,6 +17,10 @@
 #include <utility>
 
 namespace {
+/// How long an overlay may be held up by programs that are still painting what the one before had
+/// covered.
+constexpr std::chrono::milliseconds longestSettling(300);
+
 /// Depth of a window with an alpha channel.
 constexpr int alphaDepth = 32;
 
@@ -34,6 +42,24 @@ bool hasVisualWithAlpha(const xcb_screen_t &screen)
         }
     }
     return false;
+}
+
+/// Windows beneath keep these pixels until their programs have painted them anew, instead of those
+/// of the panel.
+void showUndimmed(QWidget &panel, const QImage &picture)
+{
+    QBackingStore *store = panel.backingStore();
+    if (picture.isNull() || !store || !store->window()) {
+        return;
+    }
+    const QRect all = panel.rect();
+    store->beginPaint(all);
+    {
+        QPainter painter(store->paintDevice());
+        painter.drawImage(all, picture);
+    }
+    store->endPaint();
+    store->flush(all);
 }
 
 xcb_window_t nativeWindow(const QWidget &panel)
@@ -58,7 +84,13 @@ bool X11OverlaySurface::showsThrough() const
 QImage X11OverlaySurface::pictureOf(const Screen &screen)
 {
     const QImage known = m_overlays->livePicture(screen.pixelGeometry);
-    return known.isNull() ? m_rootImage.read(screen.pixelGeometry & m_rootImage.bounds()) : known;
+    if (!known.isNull()) {
+        return known;
+    }
+    const QRect pixels = screen.pixelGeometry & m_rootImage.bounds();
+    return m_overlays->isSettled()
+               ? m_rootImage.read(pixels)
+               : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestSettling));
 }
 
 QPixmap X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
@@ -143,6 +175,7 @@ void X11OverlaySurface::orderOut(QWidget &panel)
         return;
     }
     overlay->isRetired = true;
+    m_overlays->unsettle();
     const xcb_window_t window = overlay->window;
     const bool isTranslucent = overlay->picture.isNull() && m_connection->isComposited();
     if (isTranslucent) {
@@ -157,6 +190,7 @@ void X11OverlaySurface::orderOut(QWidget &panel)
         handOverKeyboard();
     }
     if (!isTranslucent) {
+        showUndimmed(panel, overlay->picture);
         panel.hide();
     }
     xcb_flush(qtXcbConnection());

@@ -2,7 +2,14 @@
 #include "Platform/X11/X11Overlays.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
+
+namespace {
+/// What programs and compositing managers take to paint what an overlay had covered, with room for
+/// a busy machine. Nobody selects again by hand as soon as that.
+constexpr std::chrono::milliseconds settling(500);
+} // namespace
 
 void X11Overlays::add(QWidget &panel, const QRect &pixels, const QImage &picture)
 {
@@ -51,6 +58,11 @@ X11Overlay *X11Overlays::lastLive()
     const auto found = std::find_if(m_overlays.rbegin(), m_overlays.rend(),
                                     [](const X11Overlay &overlay) { return !overlay.isRetired; });
     return found == m_overlays.rend() ? nullptr : &*found;
+}
+
+void X11Overlays::unsettle()
+{
+    m_settling.setRemainingTime(settling);
 }
 
 void X11Overlays::dropDestroyed()

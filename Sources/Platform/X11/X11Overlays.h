@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QPointer>
 #include <QRect>
@@ -47,8 +48,14 @@ public:
     /// next call.
     X11Overlay *lastLive();
 
+    /// A panel is being taken off the screen.
+    void unsettle();
+    /// Whether the last panel was taken off long enough ago for what was beneath to be seen.
+    bool isSettled() const { return m_settling.hasExpired(); }
+
 private:
     void dropDestroyed();
 
     std::vector<X11Overlay> m_overlays;
+    QDeadlineTimer m_settling;
 };

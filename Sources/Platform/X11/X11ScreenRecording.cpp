@@ -2,6 +2,7 @@
 #include "Platform/X11/X11ScreenRecording.h"
 
 #include "Platform/X11/X11FrameMarker.h"
+#include "Platform/X11/X11RootChange.h"
 #include "Platform/X11/X11Veil.h"
 
 #include <algorithm>
@@ -10,13 +11,9 @@
 #include <utility>
 
 namespace {
-/// When a compositing manager is given up on. Ten times what the slowest one tried took; a person
-/// waiting for the text notices more than this.
-constexpr std::chrono::milliseconds longestWait(600);
-
-/// What a picture that is read twice has to stay the same for, where nothing else tells whether
-/// it is settled: two frames at 60 Hz.
-constexpr std::chrono::milliseconds settled(34);
+/// When a compositing manager is given up on. The slowest one tried took 150 ms on a machine that
+/// was four times overloaded; a picture that comes late is better than one with the dim in it.
+constexpr std::chrono::milliseconds longestWait(2000);
 
 std::optional<Screen> screenOf(const Screens &screens, quint32 display)
 {
@@ -79,7 +76,12 @@ QImage X11ScreenRecording::createImage(quint32 display, const QRectF &rect)
         return {};
     }
     const std::vector<X11Overlay> covering = m_overlays->on(pixels);
-    return covering.empty() ? m_rootImage.read(pixels) : readUncovered(pixels, covering);
+    if (!covering.empty()) {
+        return readUncovered(pixels, covering);
+    }
+    return m_overlays->isSettled()
+               ? m_rootImage.read(pixels)
+               : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
 }
 
 QImage X11ScreenRecording::readUncovered(const QRect &pixels,
@@ -93,7 +95,7 @@ QImage X11ScreenRecording::readUncovered(const QRect &pixels,
         return pictured->picture.copy(pixels.translated(-pictured->pixels.topLeft()));
     }
     if (!m_connection->isComposited()) {
-        return readSettled(pixels);
+        return readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
     }
     // Another selection may be going on, whose panels are in the way for the moment too.
     std::vector<X11Veil> veils;
@@ -115,25 +117,13 @@ QImage X11ScreenRecording::readPresented(const QRect &pixels, const X11Overlay &
     if (marker.place().intersects(pixels)) {
         marker.erase();
         isPresented = isPresented && marker.awaitGone(deadline);
-        return isPresented ? m_rootImage.read(pixels) : readSettled(pixels);
+        return isPresented
+                   ? m_rootImage.read(pixels)
+                   : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
     }
-    const QImage image = isPresented ? m_rootImage.read(pixels) : readSettled(pixels);
+    const QImage image =
+        isPresented ? m_rootImage.read(pixels)
+                    : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
     marker.erase();
     return image;
-}
-
-/// What the screen shows once it has stopped changing, or after `longestWait`.
-QImage X11ScreenRecording::readSettled(const QRect &pixels)
-{
-    QImage latest = m_rootImage.read(pixels);
-    QDeadlineTimer stable(settled);
-    awaitRootChange(*m_connection, QDeadlineTimer(longestWait), [&] {
-        const QImage now = m_rootImage.read(pixels);
-        if (now != latest) {
-            latest = now;
-            stable.setRemainingTime(settled);
-        }
-        return stable.hasExpired();
-    });
-    return latest;
 }

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "Support/Desktop.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Generous, for machines that are busy with other tests.
+constexpr int longestAnswer = 10000;
+} // namespace
+
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    if (!process.waitForFinished(longestAnswer) || process.exitCode() != 0) {
+        QTest::qFail(qPrintable(u"%1 failed"_s.arg(program)), __FILE__, __LINE__);
+    }
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QImage screenshot()
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"screen.png"_s);
+    outputOf(u"/usr/bin/python3"_s,
+             {u"-c"_s,
+              u"import sys; from PIL import ImageGrab\n"
+              "ImageGrab.grab(xdisplay='').convert('RGB').save(sys.argv[1], compress_level=1)"_s,
+              file});
+    return QImage(file).convertToFormat(QImage::Format_RGB32);
+}
+
+bool areAlike(const QImage &one, const QImage &other)
+{
+    return one.size() == other.size() &&
+           one.convertToFormat(QImage::Format_RGB32) == other.convertToFormat(QImage::Format_RGB32);
+}
+
+Peer::Peer()
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    // It speaks of pixels.
+    environment.insert(u"QT_ENABLE_HIGHDPI_SCALING"_s, u"0"_s);
+    environment.remove(u"QT_SCALE_FACTOR"_s);
+    m_process.setProcessEnvironment(environment);
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(qEnvironmentVariable("VELLORA_X11_PEER"), {});
+    if (!m_process.waitForStarted(longestAnswer)) {
+        qFatal("the peer does not start");
+    }
+}
+
+Peer::~Peer()
+{
+    m_process.closeWriteChannel();
+    m_process.waitForFinished(longestAnswer);
+}
+
+bool Peer::awaitLine()
+{
+    // Not waitForReadyRead, because our own windows have to live meanwhile.
+    if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, longestAnswer)) {
+        return false;
+    }
+    m_lines.append(QString::fromUtf8(m_process.readLine()).trimmed());
+    return true;
+}
+
+QString Peer::ask(const QString &command)
+{
+    m_lines.clear();
+    m_process.write(command.toUtf8() + '\n');
+    const QString name = command.section(u' ', 0, 0);
+    while (awaitLine()) {
+        if (m_lines.last().section(u' ', 0, 0) == name) {
+            return m_lines.takeLast().section(u' ', 1);
+        }
+    }
+    QTest::qFail(qPrintable(u"no answer to "_s + command), __FILE__, __LINE__);
+    return {};
+}
+
+bool Peer::says(const QString &line)
+{
+    while (!m_lines.contains(line)) {
+        if (!awaitLine()) {
+            return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+/// What other programs see of the desktop and do on it, for tests that run in one. Everything is
+/// in pixels of the whole desktop, origin top-left, y down.
+
+/// The standard output of a finished program; a failed test where it fails.
+QString outputOf(const QString &program, const QStringList &arguments);
+
+/// What all screens show, read by another process.
+QImage screenshot();
+
+/// Whether two pictures have the same size and colours.
+bool areAlike(const QImage &one, const QImage &other);
+
+/// Another program with windows of its own; see X11Peer.cpp for its commands.
+class Peer
+{
+public:
+    Peer();
+    ~Peer();
+
+    /// Sends a command and gives the answer's rest, once it has come.
+    QString ask(const QString &command);
+    /// Whether it has said such a line since it was last asked, waiting for it if need be.
+    bool says(const QString &line);
+
+private:
+    bool awaitLine();
+
+    QProcess m_process;
+    QStringList m_lines;
+};
