@@ -44,3 +44,13 @@ QString Bundle::path(const QString &name, const QString &type) const
     const QFileInfo file(QDir(m_resourcePath), name + u'.' + type);
     return file.isFile() ? file.absoluteFilePath() : QString();
 }
+
+std::optional<QString> Bundle::information(const QString &key) const
+{
+    const bool isMain = m_bundlePath == QCoreApplication::applicationDirPath();
+    const QString version = QCoreApplication::applicationVersion();
+    if (!isMain || key != u"CFBundleShortVersionString" || version.isEmpty()) {
+        return std::nullopt;
+    }
+    return version;
+}

@@ -25,6 +25,10 @@ public:
     /// The file `name`.`type` among the resources; empty when there is none.
     QString path(const QString &name, const QString &type) const;
 
+    /// A value of the program's own information, such as "CFBundleShortVersionString", its version;
+    /// absent for keys that it lacks and for other bundles.
+    std::optional<QString> information(const QString &key) const;
+
 private:
     Bundle(const QString &bundlePath, const QString &resourcePath);
 

@@ -4,6 +4,7 @@
 #include "ScreenCapture.h"
 #include "ScreenRegionSelector.h"
 #include "Settings.h"
+#include "SettingsWindow.h"
 #include "StatusMark.h"
 
 #include <QPointer>
@@ -86,6 +87,10 @@ void AppDelegate::deliverResult(const QString &text, const CocoaRect &captureRec
         }
     }
     if (mode != OutputMode::clipboardOnly) {
+        // The settings never stand beside a result.
+        if (QWidget *settingsWindow = SettingsWindowController::window()) {
+            settingsWindow->hide();
+        }
         resultPopup.show(text, captureRect);
     }
 }

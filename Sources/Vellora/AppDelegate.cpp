@@ -6,6 +6,7 @@
 #include "Platform/Platform.h"
 #include "Platform/SystemSymbol.h"
 #include "Settings.h"
+#include "SettingsWindow.h"
 #include "StatusMark.h"
 
 #include <QApplication>
@@ -172,4 +173,5 @@ void AppDelegate::performAction(const QString &name)
 
 void AppDelegate::openSettings()
 {
+    SettingsWindowController::show(&updaterController.updater());
 }

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "SettingsView.h"
+
+#include "AboutBlock.h"
+#include "FormSection.h"
+#include "PickerRow.h"
+#include "PlainButton.h"
+#include "Platform/SystemSymbol.h"
+#include "Platform/Updater.h"
+#include "SegmentedPicker.h"
+#include "Settings.h"
+#include "ToggleSwitch.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// In points.
+constexpr QSize minimumFormSize(320, 380);
+constexpr int margin = 20;
+constexpr int sectionSpacing = 18;
+constexpr QSize recorderSize(160, 24);
+constexpr int updateTextSize = 12;
+constexpr int updatePadding = 4;
+} // namespace
+
+SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent)
+    : QWidget(parent)
+    , m_settings(settings)
+    , m_updater(updater)
+    , m_recorderView{[this] { return m_settings.hotkeyString(); },
+                     [this](const QString &text) {
+                         m_settings.setHotkeyString(text);
+                     }}
+{
+    setMinimumSize(minimumFormSize);
+    auto *sections = new QVBoxLayout(this);
+    sections->setContentsMargins(margin, margin, margin, margin);
+    sections->setSpacing(sectionSpacing);
+    addOutput();
+    addCapture();
+    addKeyboardShortcut();
+    addGeneral();
+    addAbout();
+    sections->addStretch();
+    connect(&m_settings, &Settings::objectWillChange, this, &SettingsView::settingsWillChange);
+    rebuild();
+}
+
+FormSection *SettingsView::addSection(const QString &header)
+{
+    auto *section = new FormSection(header, this);
+    static_cast<QVBoxLayout *>(layout())->addWidget(section);
+    return section;
+}
+
+void SettingsView::addOutput()
+{
+    FormSection *section = addSection(tr("Output"));
+    QStringList titles;
+    std::ranges::transform(allOutputModes, std::back_inserter(titles), displayTitle);
+    m_outputMode = new SegmentedPicker(titles, section);
+    connect(m_outputMode, &SegmentedPicker::selected, this, [this](int index) {
+        m_settings.setOutputMode(allOutputModes.at(static_cast<std::size_t>(index)));
+    });
+    section->addRow(new PickerRow(tr("After &OCR"), m_outputMode, section));
+}
+
+void SettingsView::addCapture()
+{
+    FormSection *section = addSection(tr("Capture"));
+    m_shutterSound = new ToggleSwitch(tr("&Shutter sound"), section);
+    connect(m_shutterSound, &QCheckBox::clicked, &m_settings, &Settings::setShutterSound);
+    section->addRow(m_shutterSound);
+    m_showNotification = new ToggleSwitch(tr("Show &notification when copied"), section);
+    connect(m_showNotification, &QCheckBox::clicked, &m_settings, &Settings::setShowNotification);
+    section->addRow(m_showNotification);
+}
+
+void SettingsView::addKeyboardShortcut()
+{
+    m_shortcutSection = addSection(tr("Keyboard Shortcut"));
+    m_hotkeyEnabled = new ToggleSwitch(tr("&Enable global hotkey"), m_shortcutSection);
+    connect(m_hotkeyEnabled, &QCheckBox::clicked, &m_settings, &Settings::setHotkeyEnabled);
+    m_shortcutSection->addRow(m_hotkeyEnabled);
+}
+
+QWidget *SettingsView::makeShortcutRow()
+{
+    auto *row = new QWidget(m_shortcutSection);
+    auto *label = new QLabel(tr("Shor&tcut:"), row);
+    m_recorder = m_recorderView.makeView(row);
+    m_recorder->setFixedSize(recorderSize);
+    label->setBuddy(m_recorder);
+    auto *line = new QHBoxLayout(row);
+    line->setContentsMargins(FormSection::rowInset, 6, FormSection::rowInset, 6);
+    line->addWidget(label);
+    line->addStretch();
+    line->addWidget(m_recorder, 0, Qt::AlignCenter);
+    setTabOrder(m_hotkeyEnabled, m_recorder);
+    setTabOrder(m_recorder, m_launchAtLogin);
+    return row;
+}
+
+void SettingsView::addGeneral()
+{
+    FormSection *section = addSection(tr("General"));
+    m_launchAtLogin = new ToggleSwitch(tr("&Launch at login"), section);
+    connect(m_launchAtLogin, &QCheckBox::clicked, &m_settings, &Settings::setLaunchAtLogin);
+    section->addRow(m_launchAtLogin);
+}
+
+void SettingsView::addAbout()
+{
+    FormSection *section = addSection(tr("About"));
+    section->addRow(new AboutBlock(section));
+    if (!m_updater) {
+        return;
+    }
+    auto *button = new PlainButton(tr("Check for &Updates"), section);
+    QFont font = button->font();
+    font.setPixelSize(updateTextSize);
+    button->setFont(font);
+    button->setSymbol(systemSymbol(u"arrow.triangle.2.circlepath"_s, QString()).data);
+    connect(button, &QPushButton::clicked, this, [this] { m_updater->checkForUpdates(); });
+
+    auto *row = new QWidget(section);
+    auto *line = new QHBoxLayout(row);
+    line->setContentsMargins(FormSection::rowInset, updatePadding, FormSection::rowInset, 0);
+    line->addWidget(button);
+    line->addStretch();
+    section->addRow(row);
+}
+
+QString SettingsView::versionText(const std::optional<QString> &version)
+{
+    return u'v' + version.value_or(u"?"_s);
+}
+
+void SettingsView::settingsWillChange()
+{
+    if (std::exchange(m_rebuildPending, true)) {
+        return;
+    }
+    // The store holds the new value only once everybody has been told.
+    QMetaObject::invokeMethod(this, &SettingsView::rebuild, Qt::QueuedConnection);
+}
+
+void SettingsView::rebuild()
+{
+    m_rebuildPending = false;
+    const auto mode = std::ranges::find(allOutputModes, m_settings.outputMode());
+    m_outputMode->setSelectedIndex(static_cast<int>(mode - allOutputModes.begin()));
+    m_shutterSound->setChecked(m_settings.shutterSound());
+    m_showNotification->setChecked(m_settings.showNotification());
+    m_hotkeyEnabled->setChecked(m_settings.hotkeyEnabled());
+    m_launchAtLogin->setChecked(m_settings.launchAtLogin());
+
+    if (!m_settings.hotkeyEnabled()) {
+        if (m_shortcutRow) {
+            m_shortcutSection->removeRow(m_shortcutRow);
+            m_shortcutRow = nullptr;
+            m_recorder = nullptr;
+        }
+    } else if (m_recorder) {
+        m_recorderView.updateView(*m_recorder);
+    } else {
+        m_shortcutRow = makeShortcutRow();
+        m_shortcutSection->addRow(m_shortcutRow);
+    }
+}

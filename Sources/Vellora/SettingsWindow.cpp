@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "SettingsWindow.h"
+
+#include "Platform/Platform.h"
+#include "Settings.h"
+#include "SettingsView.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString frameKey = u"settingsWindowFrame"_s;
+// In points, without the title bar. The form inside asks for more than the window's minimum: it
+// is scrolled in a window that is smaller.
+constexpr QSize contentSize(380, 420);
+constexpr QSize minimumSize(320, 220);
+
+/// Keeps the window, which is not destroyed when it is closed, until the next one replaces it.
+std::unique_ptr<QWidget> &slot()
+{
+    static std::unique_ptr<QWidget> window;
+    return window;
+}
+
+/// No widget may outlive the application object.
+void emptySlot()
+{
+    slot().reset();
+}
+
+void center(QWidget &window)
+{
+    Platform &platform = Platform::current();
+    const auto screen = platform.screens->mainScreen();
+    if (!screen) {
+        return;
+    }
+    const CocoaSize size = platform.popupPlacement->frameSize(window);
+    platform.popupPlacement->setFrameOrigin(window,
+                                            {screen->visibleFrame.midX() - size.width / 2,
+                                             screen->visibleFrame.midY() - size.height / 2});
+}
+
+void setFrame(QWidget &window, const CocoaRect &frame)
+{
+    PopupPlacement &placement = *Platform::current().popupPlacement;
+    const CocoaSize outer = placement.frameSize(window);
+    const QSizeF borders(outer.width - window.width(), outer.height - window.height());
+    window.resize(
+        (QSizeF(frame.size.width, frame.size.height) - borders).toSize().expandedTo({0, 0}));
+    placement.setFrameOrigin(window, frame.origin);
+}
+} // namespace
+
+SettingsWindowController &SettingsWindowController::shared()
+{
+    static SettingsWindowController controller;
+    return controller;
+}
+
+QWidget *SettingsWindowController::window()
+{
+    return slot().get();
+}
+
+void SettingsWindowController::show(Updater *updater)
+{
+    PopupPlacement &placement = *Platform::current().popupPlacement;
+    if (window() && window()->isVisible()) {
+        placement.makeKeyAndOrderFront(*window());
+        return;
+    }
+    auto window = makeWindow(updater);
+    restoreFrame(*window);
+    placement.makeKeyAndOrderFront(*window);
+    static const bool emptiedAtEnd = (qAddPostRoutine(emptySlot), true);
+    Q_UNUSED(emptiedAtEnd)
+    slot() = std::move(window);
+}
+
+std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
+{
+    auto window = std::make_unique<QWidget>(
+        nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                     Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
+                     Qt::WindowCloseButtonHint);
+    window->setWindowTitle(tr("Vellora Settings"));
+    window->setMinimumSize(minimumSize);
+    window->resize(contentSize);
+
+    auto *hosting = new QScrollArea(window.get());
+    hosting->setFrameShape(QFrame::NoFrame);
+    hosting->setWidgetResizable(true);
+    hosting->setFocusPolicy(Qt::NoFocus);
+    hosting->setWidget(new SettingsView(Settings::shared(), updater));
+    auto *content = new QVBoxLayout(window.get());
+    content->setContentsMargins(0, 0, 0, 0);
+    content->addWidget(hosting);
+
+    window->installEventFilter(&shared());
+    return window;
+}
+
+void SettingsWindowController::restoreFrame(QWidget &window)
+{
+    const auto text = Platform::current().userDefaults->string(frameKey);
+    if (text) {
+        setFrame(window, rectFromString(*text));
+    } else {
+        center(window);
+    }
+}
+
+bool SettingsWindowController::eventFilter(QObject *watched, QEvent *event)
+{
+    // Until it is seen, a window is moved and sized only by being placed, also by the window
+    // manager: nothing to be remembered.
+    const auto *moved = qobject_cast<QWidget *>(watched);
+    if (moved && moved == window() && moved->isVisible() && moved->windowHandle() &&
+        moved->windowHandle()->isExposed()) {
+        if (event->type() == QEvent::Resize) {
+            windowDidResize();
+        } else if (event->type() == QEvent::Move) {
+            windowDidMove();
+        }
+    }
+    return false;
+}
+
+void SettingsWindowController::windowDidResize()
+{
+    storeFrame();
+}
+
+void SettingsWindowController::windowDidMove()
+{
+    storeFrame();
+}
+
+void SettingsWindowController::storeFrame()
+{
+    const CocoaRect frame = Platform::current().popupPlacement->frame(*window());
+    Platform::current().userDefaults->set(frameKey, stringFromRect(frame));
+}

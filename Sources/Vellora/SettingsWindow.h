@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class QWidget;
+class Updater;
+
+/// The one settings window: opens it, and remembers its frame. Main thread only.
+class SettingsWindowController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Opens the window with a new form, or brings the open one to the front as it is. `updater`
+    /// may be null.
+    static void show(Updater *updater);
+
+    /// The window that was opened last, also once the user has closed it; null before the first.
+    static QWidget *window();
+
+    /// Follows the moves and sizes of a window.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    SettingsWindowController() = default;
+
+    static SettingsWindowController &shared();
+    static std::unique_ptr<QWidget> makeWindow(Updater *updater);
+    static void restoreFrame(QWidget &window);
+    static void windowDidResize();
+    static void windowDidMove();
+    static void storeFrame();
+};
