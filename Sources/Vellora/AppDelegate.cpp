@@ -99,7 +99,7 @@ void AppDelegate::hotkeyEnabledWillChange(bool enabled)
 
 void AppDelegate::installMainMenu()
 {
-    new MainMenu(qApp);
+    new MainMenu(this);
 }
 
 void AppDelegate::setupStatusItem()

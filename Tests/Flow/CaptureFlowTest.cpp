@@ -271,7 +271,7 @@ void CaptureFlowTest::showsErrorsOnTheStatusItem_data()
         << u"Vellora OCR: OCR error: No language models are installed."_s;
     QTest::newRow("a per-cent sign is a directive in the log")
         << u"100%% of 5 %d files, 20% left %s"_s << u"OCR error: 100%% of 5 %d files, 20% left %s"_s
-        << u"Vellora OCR: OCR error: 100% of 5  files, 20eft "_s;
+        << u"Vellora OCR: OCR error: 100% of 5  files, 20ft "_s;
 }
 
 void CaptureFlowTest::showsErrorsOnTheStatusItem()
