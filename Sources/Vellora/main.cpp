@@ -48,9 +48,9 @@ int main(int argc, char *argv[])
 {
     // Portals and panels know the program by it; Qt wants it before the application object.
     QGuiApplication::setDesktopFileName(Publisher::applicationId);
-    QCoreApplication::setApplicationName(u"vellora"_s);
+    // Not the display name: Qt would append that to every window's title.
+    QCoreApplication::setApplicationName(u"Vellora"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(VELLORA_VERSION));
-    QGuiApplication::setApplicationDisplayName(u"Vellora"_s);
 
     app = std::make_unique<QApplication>(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
