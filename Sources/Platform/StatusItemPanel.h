@@ -3,7 +3,12 @@
 
 #include "Platform/StatusItem.h"
 
+#include <QMenu>
 #include <QObject>
+
+#include <functional>
+#include <memory>
+#include <utility>
 
 /// One kind of panel that can show the status item. Main thread only.
 class StatusItemPanel : public QObject
@@ -31,7 +36,20 @@ public:
     virtual void show(const Content &content) = 0;
     virtual void hide() = 0;
 
+    /// Where a panel that draws the menu itself gets it; may answer null. Other panels report the
+    /// right click.
+    void setMenuSource(std::function<std::unique_ptr<QMenu>()> source)
+    {
+        m_menuSource = std::move(source);
+    }
+
 Q_SIGNALS:
     void presenceChanged();
     void clicked(StatusItemEvent::Type type);
+
+protected:
+    std::unique_ptr<QMenu> makeMenu() const { return m_menuSource ? m_menuSource() : nullptr; }
+
+private:
+    std::function<std::unique_ptr<QMenu>()> m_menuSource;
 };

@@ -38,6 +38,11 @@ QString StatusNotifierAdaptor::status() const
     return u"Active"_s;
 }
 
+QDBusObjectPath StatusNotifierAdaptor::menu() const
+{
+    return QDBusObjectPath(u"/MenuBar"_s);
+}
+
 void StatusNotifierAdaptor::Activate(int, int)
 {
     m_clicked(StatusItemEvent::Type::LeftMouseUp);

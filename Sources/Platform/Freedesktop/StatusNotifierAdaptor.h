@@ -5,6 +5,7 @@
 #include "Platform/StatusItem.h"
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusObjectPath>
 
 #include <functional>
 
@@ -20,8 +21,8 @@ struct StatusNotifierContent
     QString toolTip;
 };
 
-/// The interface org.kde.StatusNotifierItem. It has no Menu property, so that hosts leave the
-/// right click to us; an exported menu for hosts that cannot belongs here, as property "Menu".
+/// The interface org.kde.StatusNotifierItem. Most hosts draw the menu at `Menu` on a right click;
+/// the others call ContextMenu and leave it to us.
 class StatusNotifierAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -37,6 +38,7 @@ class StatusNotifierAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(QString IconAccessibleDesc READ iconAccessibleDescription)
     Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
 public:
     /// `clicked` is called before the host has its answer. A signal would go out on the bus.
@@ -56,6 +58,8 @@ public:
     QString iconAccessibleDescription() const { return m_content.iconAccessibleDescription; }
     StatusNotifierToolTip toolTip() const { return {{}, {}, m_content.toolTip, {}}; }
     bool itemIsMenu() const { return false; }
+    /// Where a `MenuAdaptor` is, on the item's connection.
+    QDBusObjectPath menu() const;
 
 public Q_SLOTS:
     // The hosts' coordinates are in no space that all of them agree on; the pointer's are used.

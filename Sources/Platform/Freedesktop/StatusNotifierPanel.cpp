@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 
+#include "Platform/Freedesktop/MenuAdaptor.h"
 #include "Platform/Freedesktop/SessionBus.h"
 #include "Platform/Freedesktop/StatusNotifierAdaptor.h"
 
@@ -49,6 +50,7 @@ StatusNotifierPanel::StatusNotifierPanel(Identity identity, StatusItemArtwork ar
         return;
     }
     registerStatusNotifierTypes();
+    registerMenuTypes();
     auto *owner = new QDBusServiceWatcher(watcherService, *bus,
                                           QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -118,6 +120,9 @@ bool StatusNotifierPanel::openItemConnection()
             this, [this, type] { Q_EMIT clicked(type); }, Qt::QueuedConnection);
     });
     bus.registerObject(itemPath, m_item.get());
+    auto *menu = new QObject(m_item.get());
+    new MenuAdaptor(menu, [this] { return makeMenu(); });
+    bus.registerObject(m_adaptor->menu().path(), menu);
     // A name for people who look at the bus; a sandbox allows none, and the unique one will do.
     m_serviceName =
         u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(count);

@@ -44,7 +44,20 @@ public:
 
     void popUpContextMenu(std::unique_ptr<QMenu> menu, const StatusItemEvent &event) override
     {
+        if (m_isMenuAsked) {
+            m_askedMenu = std::move(menu);
+            return;
+        }
         m_menu = popUpMenu(std::move(menu), event.position);
+    }
+
+    /// The menu that a right click would show, for a panel that shows it itself.
+    std::unique_ptr<QMenu> makeMenu()
+    {
+        m_isMenuAsked = true;
+        click(StatusItemEvent::Type::RightMouseUp);
+        m_isMenuAsked = false;
+        return std::move(m_askedMenu);
     }
 
     const StatusItemPanel::Content &content() const { return m_content; }
@@ -70,6 +83,8 @@ private:
     std::function<void()> m_changed;
     std::function<void(const StatusItemEvent &)> m_action;
     QPointer<QMenu> m_menu;
+    bool m_isMenuAsked = false;
+    std::unique_ptr<QMenu> m_askedMenu;
 };
 
 class PanelStatusItem : public StatusItem
@@ -88,6 +103,10 @@ public:
                                      held->click(type);
                                  }
                              });
+            panel->setMenuSource([button = std::weak_ptr(m_button)] {
+                const auto held = button.lock();
+                return held ? held->makeMenu() : nullptr;
+            });
         }
         choose();
     }
