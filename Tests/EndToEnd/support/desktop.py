@@ -7,7 +7,6 @@ All places are pixels of the whole desktop, origin top-left, y down.
 import os
 import re
 import subprocess
-import time
 from typing import NamedTuple
 
 import numpy
@@ -83,21 +82,6 @@ def difference(one, other):
         return None
     return Box(int(columns.min()), int(rows.min()), int(columns.max() - columns.min() + 1),
                int(rows.max() - rows.min() + 1))
-
-
-def at_rest(what, seconds=0.5):
-    """What the screens show once nothing on them has changed for a while."""
-    last, since = screenshot(), time.monotonic()
-
-    def is_at_rest():
-        nonlocal last, since
-        now = screenshot()
-        if difference(last, now) is not None:
-            last, since = now, time.monotonic()
-        return time.monotonic() - since > seconds
-
-    wait_until(f"{what} to be at rest", is_at_rest)
-    return last
 
 
 def on_screens(picture):
@@ -178,6 +162,25 @@ def title_of(window):
     """The title that is in the window's title bar, and in a task bar."""
     text = tool("xprop", "-id", window, "-notype", "_NET_WM_NAME", check=False)
     return text.partition('= "')[2].rstrip().removesuffix('"')
+
+
+def find_tray_icon():
+    """The one icon in the panel's tray, once it is drawn and has its place; else None."""
+    tree = tool("xwininfo", "-root", "-tree")
+    trays = [Box(int(x), int(y), int(width), int(height)) for width, height, x, y in re.findall(
+        r'"(?:Wrapper-2.0|trayer)"\) +(\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)]
+    trays = [tray for tray in trays if min(tray.width, tray.height) >= 16 and tray.x > 16]
+    if len(trays) != 1:
+        return None
+    picture = trays[0].of(screenshot())
+    if difference(picture, trays[0].of(screenshot())):
+        return None
+    # The tray is plain where the icon is not.
+    rows, columns = (abs(picture - picture[0, -1]).max(axis=2) > 60).nonzero()
+    if len(rows) < 20:
+        return None
+    return Box(trays[0].x + int(columns.min()), trays[0].y + int(rows.min()),
+               int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
 
 
 def window_box(window):

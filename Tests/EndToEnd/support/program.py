@@ -10,7 +10,7 @@ import threading
 from pathlib import Path
 
 from . import desktop
-from .desktop import Box, Pointer, difference, screenshot
+from .desktop import Box, Pointer, screenshot
 from .waiting import wait_until
 
 APPLICATION_ID = "org.vellora.Vellora"
@@ -58,7 +58,6 @@ class Program:
                 self._environment.pop(name, None)
             else:
                 self._environment[name] = value
-        self._before = None
         self._item = None
 
     def __enter__(self):
@@ -76,7 +75,6 @@ class Program:
         self.check()
 
     def start(self):
-        self._before = screenshot()
         self.process = subprocess.Popen([self._executable], env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True, errors="replace")
@@ -146,37 +144,14 @@ class Program:
     # The status item
 
     def status_item(self):
-        """Where the status item is, found by what its start changed in the panel."""
+        """Where the status item's icon is, found by looking at the panel's tray."""
         if self._item is None:
-            self._item = wait_until("the status item", self._find_status_item)
+            self._item = wait_until("the status item", desktop.find_tray_icon)
         return self._item
 
-    def _find_status_item(self):
-        now = screenshot()
-        box = difference(self._before, now)
-        height = desktop.SCREENS[0].height
-        if not box or min(box.width, box.height) < 8:
-            return None
-        assert box.y >= height - desktop.points(30), f"the start changed more than the panel: {box}"
-        # The icon may still be moving or not be drawn yet.
-        if difference(now, screenshot()):
-            return None
-        return self._icon_in(box, now)
-
-    @staticmethod
-    def _icon_in(box, picture):
-        """The one icon in the part of the panel that is new; the rest of it is plain."""
-        part = box.of(picture)
-        background = part[part.shape[0] // 2, 0] if part.shape[1] > 30 else part[0, 0]
-        rows, columns = ((abs(part - background) > 24).any(axis=2)).nonzero()
-        if len(rows) == 0:
-            return None
-        return Box(box.x + int(columns.min()), box.y + int(rows.min()),
-                   int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
-
-    def find_status_item_again(self, before):
-        """For a panel that has just appeared; `before` shows the screens without it."""
-        self._before, self._item = before, None
+    def find_status_item_again(self):
+        """For a panel that has just appeared."""
+        self._item = None
         return self.status_item()
 
     def click(self, button=1):
