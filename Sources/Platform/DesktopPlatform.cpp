@@ -12,7 +12,6 @@
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/Qt/StandardErrorLog.h"
-#include "Platform/X11/X11KeyTap.h"
 #include "Platform/X11/X11Platform.h"
 #include "Platform/X11/XEmbedTray.h"
 #include "TextRecognition/TesseractTextRecognizer.h"
@@ -35,7 +34,7 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
             option = value;
         }
     };
-    complete(options.displayName, QGuiApplication::applicationDisplayName());
+    complete(options.displayName, QCoreApplication::applicationName());
     complete(options.executablePath, QCoreApplication::applicationFilePath());
     complete(options.iconName, options.applicationId);
     complete(options.iconThemeFolder,
@@ -44,12 +43,11 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
 }
 
 /// Screens, their pictures and everything else that depends on the window system.
-void addWindowSystem(Platform &platform)
+void addWindowSystem(Platform &platform, const QString &displayName)
 {
     if (isX11Desktop()) {
         platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
         addX11Services(platform);
-        platform.keyTap = std::make_unique<X11KeyTap>();
         platform.pasteboard = std::make_unique<QtPasteboard>();
         return;
     }
@@ -58,7 +56,7 @@ void addWindowSystem(Platform &platform)
             "DesktopPlatform",
             "%1 cannot see this screen: it works on X11 desktops, and this session is shown by "
             "“%2”. Log in to an X11 session (often called “Xorg” on the login screen).")
-            .arg(QGuiApplication::applicationDisplayName(), QGuiApplication::platformName()));
+            .arg(displayName, QGuiApplication::platformName()));
 }
 
 PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options)
@@ -82,7 +80,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->systemLog = std::make_unique<StandardErrorLog>();
     platform->userDefaults = std::make_unique<UserDefaults>();
-    addWindowSystem(*platform);
+    addWindowSystem(*platform, options.displayName);
     platform->statusBar =
         std::make_unique<PanelStatusBar>([options] { return makePanels(options); });
     platform->textRecognizer = std::make_unique<TesseractTextRecognizer>();

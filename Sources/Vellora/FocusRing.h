@@ -4,6 +4,13 @@
 #include <QPainter>
 #include <QPalette>
 #include <QRectF>
+#include <QWidget>
+
+/// Whether the control has the keyboard and the user is at it: one who clicks needs no ring.
+inline bool showsFocus(const QWidget &control)
+{
+    return control.hasFocus() && control.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+}
 
 /// Draws the ring around a control that has the keyboard, just outside `control`. `radius` is that
 /// of the control's own corners; both in points.

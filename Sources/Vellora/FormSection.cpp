@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FormSection.h"
 
+#include "AccessibleGroup.h"
 #include "FormColors.h"
 
 #include <QEvent>
@@ -12,13 +13,15 @@ namespace {
 // In points.
 constexpr int cardRadius = 8;
 constexpr int headerGap = 6;
-constexpr int minimumRowHeight = 36;
 } // namespace
 
 FormSection::FormSection(const QString &header, QWidget *parent)
-    : QGroupBox(header, parent)
+    : QWidget(parent)
+    , m_header(header)
     , m_rows(new QVBoxLayout(this))
 {
+    QAccessible::installFactory(accessibleGroup<FormSection>);
+    setAccessibleName(header);
     m_rows->setSpacing(1);
     updateHeader();
 }
@@ -43,7 +46,6 @@ QRect FormSection::cardRect() const
 
 void FormSection::addRow(QWidget *row)
 {
-    row->setMinimumHeight(minimumRowHeight);
     m_rows->addWidget(row);
     row->show();
     update();
@@ -63,7 +65,7 @@ void FormSection::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange) {
         updateHeader();
     }
-    QGroupBox::changeEvent(event);
+    QWidget::changeEvent(event);
 }
 
 void FormSection::paintEvent(QPaintEvent *)
@@ -77,7 +79,7 @@ void FormSection::paintEvent(QPaintEvent *)
     painter.drawText(header,
                      static_cast<int>(QStyle::visualAlignment(layoutDirection(),
                                                               Qt::AlignLeading | Qt::AlignTop)),
-                     title());
+                     m_header);
 
     painter.setPen(FormColors::separator(palette()));
     painter.setBrush(FormColors::card(palette()));

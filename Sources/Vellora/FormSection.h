@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QGroupBox>
+#include <QString>
+#include <QWidget>
 
 class QVBoxLayout;
 
 /// A section of a grouped form: a header, and beneath it rows on a rounded card, parted by
 /// hairlines.
-class FormSection : public QGroupBox
+class FormSection : public QWidget
 {
     Q_OBJECT
 
@@ -21,6 +22,8 @@ public:
 
     /// The space between the card's edge and what stands in a row, in points.
     static constexpr int rowInset = 12;
+    /// What a row is at least high, in points.
+    static constexpr int rowHeight = 36;
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -31,5 +34,6 @@ private:
     QFont headerFont() const;
     QRect cardRect() const;
 
+    QString m_header;
     QVBoxLayout *m_rows;
 };

@@ -10,7 +10,7 @@
 namespace {
 // In points.
 constexpr int verticalInset = 8;
-constexpr int gap = 12;
+constexpr int gap = 10;
 constexpr int stackedGap = 6;
 } // namespace
 

@@ -112,7 +112,7 @@ void PlainButton::paintEvent(QPaintEvent *)
                          layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter)) |
                          mnemonic,
                      text());
-    if (hasFocus()) {
+    if (showsFocus(*this)) {
         // There is no control to be outside of: the ring takes the button's own edge.
         drawFocusRing(painter, QRectF(rect()).adjusted(4, 4, -4, -4), ringRadius, palette());
     }

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "SegmentedPicker.h"
 
+#include "AccessibleGroup.h"
 #include "FocusRing.h"
 #include "FormColors.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,14 +15,7 @@ namespace {
 constexpr int pickerHeight = 26;
 constexpr int troughInset = 2;
 constexpr int troughRadius = 7;
-constexpr int textInset = 9;
-
-/// Several buttons under one name.
-QAccessibleInterface *accessibleGroup(const QString &, QObject *object)
-{
-    auto *picker = qobject_cast<SegmentedPicker *>(object);
-    return picker ? new QAccessibleWidget(picker, QAccessible::Grouping) : nullptr;
-}
+constexpr int textInset = 8;
 } // namespace
 
 class SegmentedPicker::Segment : public QRadioButton
@@ -88,7 +80,7 @@ protected:
         style()->drawItemText(&painter, rect(), Qt::AlignCenter | mnemonic, palette(), isEnabled(),
                               text(),
                               isChecked() ? QPalette::HighlightedText : QPalette::WindowText);
-        if (hasFocus()) {
+        if (showsFocus(*this)) {
             // Inside, as there is no room outside: in the text's colour to show on the highlight.
             painter.setBrush(Qt::NoBrush);
             QPen pen(
@@ -106,7 +98,7 @@ private:
 SegmentedPicker::SegmentedPicker(const QStringList &titles, QWidget *parent)
     : QWidget(parent)
 {
-    QAccessible::installFactory(accessibleGroup);
+    QAccessible::installFactory(accessibleGroup<SegmentedPicker>);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

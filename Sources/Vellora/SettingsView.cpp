@@ -22,8 +22,8 @@ using namespace Qt::StringLiterals;
 namespace {
 // In points.
 constexpr QSize minimumFormSize(320, 380);
-constexpr int margin = 20;
-constexpr int sectionSpacing = 18;
+constexpr int margin = 16;
+constexpr int sectionSpacing = 16;
 constexpr QSize recorderSize(160, 24);
 constexpr int updateTextSize = 12;
 constexpr int updatePadding = 4;
@@ -38,7 +38,6 @@ SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent
                          m_settings.setHotkeyString(text);
                      }}
 {
-    setMinimumSize(minimumFormSize);
     auto *sections = new QVBoxLayout(this);
     sections->setContentsMargins(margin, margin, margin, margin);
     sections->setSpacing(sectionSpacing);
@@ -98,7 +97,8 @@ QWidget *SettingsView::makeShortcutRow()
     m_recorder->setFixedSize(recorderSize);
     label->setBuddy(m_recorder);
     auto *line = new QHBoxLayout(row);
-    line->setContentsMargins(FormSection::rowInset, 6, FormSection::rowInset, 6);
+    line->setContentsMargins(FormSection::rowInset, 0, FormSection::rowInset, 0);
+    line->addStrut(FormSection::rowHeight);
     line->addWidget(label);
     line->addStretch();
     line->addWidget(m_recorder, 0, Qt::AlignCenter);
@@ -132,9 +132,15 @@ void SettingsView::addAbout()
     auto *row = new QWidget(section);
     auto *line = new QHBoxLayout(row);
     line->setContentsMargins(FormSection::rowInset, updatePadding, FormSection::rowInset, 0);
+    line->addStrut(FormSection::rowHeight - updatePadding);
     line->addWidget(button);
     line->addStretch();
     section->addRow(row);
+}
+
+QSize SettingsView::minimumSizeHint() const
+{
+    return layout()->minimumSize().expandedTo(minimumFormSize);
 }
 
 QString SettingsView::versionText(const std::optional<QString> &version)

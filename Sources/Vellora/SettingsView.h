@@ -25,6 +25,8 @@ public:
     /// updates with.
     SettingsView(Settings &settings, Updater *updater, QWidget *parent = nullptr);
 
+    QSize minimumSizeHint() const override;
+
     /// "v" and the version, or "v?" when it is not known.
     static QString versionText(const std::optional<QString> &version);
 

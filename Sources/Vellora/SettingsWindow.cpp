@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsWindow.h"
 
+#include "AppIcon.h"
 #include "Platform/Platform.h"
 #include "Settings.h"
 #include "SettingsView.h"
@@ -90,6 +91,7 @@ std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
                      Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
                      Qt::WindowCloseButtonHint);
     window->setWindowTitle(tr("Vellora Settings"));
+    window->setWindowIcon(loadedAppIcon());
     window->setMinimumSize(minimumSize);
     window->resize(contentSize);
 

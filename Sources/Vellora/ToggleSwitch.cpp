@@ -26,7 +26,7 @@ QSize ToggleSwitch::sizeHint() const
 {
     const QSize textSize = fontMetrics().size(Qt::TextShowMnemonic, text());
     return {2 * FormSection::rowInset + textSize.width() + gap + switchSize.width(),
-            qMax(textSize.height(), switchSize.height()) + FormSection::rowInset};
+            qMax(textSize.height() + FormSection::rowInset, FormSection::rowHeight)};
 }
 
 bool ToggleSwitch::hitButton(const QPoint &position) const
@@ -73,7 +73,7 @@ void ToggleSwitch::paintEvent(QPaintEvent *)
     painter.setBrush(Qt::white);
     painter.drawEllipse(knob.adjusted(0.5, 0.5, -0.5, -0.5));
 
-    if (hasFocus()) {
+    if (showsFocus(*this)) {
         drawFocusRing(painter, QRectF(track), radius, palette());
     }
 }

@@ -4,6 +4,7 @@
 #include "Platform/Platform.h"
 #include "Platform/TerminationSignals.h"
 #include "Publisher.h"
+#include "Translations.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -53,12 +54,14 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(VELLORA_VERSION));
 
     app = std::make_unique<QApplication>(argc, argv);
+    installTranslations();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     int status = 1;
     try {
         const TerminationSignals terminationSignals;
         const auto platform =
             makeDesktopPlatform({.applicationId = Publisher::applicationId,
+                                 .displayName = Publisher::applicationName,
                                  .comment = QCoreApplication::translate(
                                      "main", "Turns any region of the screen into text")});
         status = run(*platform);

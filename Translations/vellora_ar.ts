@@ -1,0 +1,260 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ar_EG">
+<context>
+    <name>AppDelegate</name>
+    <message>
+        <source>Empty selection</source>
+        <translation>التحديد فارغ</translation>
+    </message>
+    <message>
+        <source>No text found</source>
+        <translation>لم يُعثر على نص</translation>
+    </message>
+    <message>
+        <source>OCR error: </source>
+        <translation>خطأ في التعرّف على النص: </translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>خطأ</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>نُسخ</translation>
+    </message>
+    <message>
+        <source>Permission needed</source>
+        <translation>يلزم إذن</translation>
+    </message>
+    <message>
+        <source>Screen Recording permission not granted — left-click to try again</source>
+        <translation>لم يُمنح إذن تسجيل الشاشة — انقر بالزر الأيسر للمحاولة مجددًا</translation>
+    </message>
+    <message>
+        <source>Capture Text</source>
+        <translation>التقاط نص</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>الإعدادات…</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>التحقق من وجود تحديثات…</translation>
+    </message>
+    <message>
+        <source>Quit Vellora</source>
+        <translation>إنهاء Vellora</translation>
+    </message>
+    <message>
+        <source>Left-click to capture text · Right-click for menu</source>
+        <translation>النقر الأيسر لالتقاط نص · النقر الأيمن للقائمة</translation>
+    </message>
+</context>
+<context>
+    <name>DesktopPlatform</name>
+    <message>
+        <source>%1 cannot see this screen: it works on X11 desktops, and this session is shown by “%2”. Log in to an X11 session (often called “Xorg” on the login screen).</source>
+        <translation>لا يستطيع %1 رؤية هذه الشاشة: فهو يعمل على أسطح مكتب X11، وهذه الجلسة يعرضها «%2». سجّل الدخول إلى جلسة X11 (تُسمّى غالبًا «Xorg» في شاشة الدخول).</translation>
+    </message>
+</context>
+<context>
+    <name>HotkeyRecorderField</name>
+    <message>
+        <source>Shortcut</source>
+        <translation>الاختصار</translation>
+    </message>
+    <message>
+        <source>Type shortcut…</source>
+        <translation>اضغط الاختصار…</translation>
+    </message>
+    <message>
+        <source>Press the new shortcut, or Escape to keep the old one.</source>
+        <translation>اضغط الاختصار الجديد، أو Escape للإبقاء على القديم.</translation>
+    </message>
+    <message>
+        <source>%1. Press Space to record another shortcut.</source>
+        <translation>%1. اضغط مفتاح المسافة لتسجيل اختصار آخر.</translation>
+    </message>
+    <message>
+        <source>On this keyboard, the key with “%1”</source>
+        <translation>على لوحة المفاتيح هذه: المفتاح «%1»</translation>
+    </message>
+</context>
+<context>
+    <name>HotkeyString</name>
+    <message>
+        <source>Command</source>
+        <translation>الأمر</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>العالي</translation>
+    </message>
+    <message>
+        <source>Control</source>
+        <translation>التحكم</translation>
+    </message>
+    <message>
+        <source>Option</source>
+        <translation>الخيار</translation>
+    </message>
+</context>
+<context>
+    <name>MainMenu</name>
+    <message>
+        <source>Quit Vellora</source>
+        <translation>إنهاء Vellora</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>تراجع</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>إعادة</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>قص</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>نسخ</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>لصق</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>تحديد الكل</translation>
+    </message>
+</context>
+<context>
+    <name>OutputMode</name>
+    <message>
+        <source>Clipboard Only</source>
+        <translation>الحافظة فقط</translation>
+    </message>
+    <message>
+        <source>Popup Only</source>
+        <translation>النافذة فقط</translation>
+    </message>
+    <message>
+        <source>Both</source>
+        <translation>كلاهما</translation>
+    </message>
+</context>
+<context>
+    <name>Publisher</name>
+    <message>
+        <source>Developed by the Vellora Project</source>
+        <translation>من تطوير مشروع Vellora</translation>
+    </message>
+    <message>
+        <source>© 2026 The Vellora Project</source>
+        <translation>© 2026 مشروع Vellora</translation>
+    </message>
+</context>
+<context>
+    <name>ResultPanel</name>
+    <message>
+        <source>Copy</source>
+        <translation>نسخ</translation>
+    </message>
+    <message>
+        <source>Vellora — Recognized Text</source>
+        <translation>Vellora — النص المتعرَّف عليه</translation>
+    </message>
+    <message>
+        <source>Recognized text</source>
+        <translation>النص المتعرَّف عليه</translation>
+    </message>
+    <message>
+        <source>Copied!</source>
+        <translation>نُسخ!</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsView</name>
+    <message>
+        <source>Output</source>
+        <translation>الناتج</translation>
+    </message>
+    <message>
+        <source>After &amp;OCR</source>
+        <translation>بعد التعرّف</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>الالتقاط</translation>
+    </message>
+    <message>
+        <source>&amp;Shutter sound</source>
+        <translation>صوت الالتقاط</translation>
+    </message>
+    <message>
+        <source>Show &amp;notification when copied</source>
+        <translation>إظهار إشعار عند النسخ</translation>
+    </message>
+    <message>
+        <source>Keyboard Shortcut</source>
+        <translation>اختصار لوحة المفاتيح</translation>
+    </message>
+    <message>
+        <source>&amp;Enable global hotkey</source>
+        <translation>تفعيل الاختصار العام</translation>
+    </message>
+    <message>
+        <source>Shor&amp;tcut:</source>
+        <translation>الاختصار:</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>عام</translation>
+    </message>
+    <message>
+        <source>&amp;Launch at login</source>
+        <translation>التشغيل عند تسجيل الدخول</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>حول</translation>
+    </message>
+    <message>
+        <source>Check for &amp;Updates</source>
+        <translation>التحقق من التحديثات</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsWindowController</name>
+    <message>
+        <source>Vellora Settings</source>
+        <translation>إعدادات Vellora</translation>
+    </message>
+</context>
+<context>
+    <name>UninstalledUpdater</name>
+    <message>
+        <source>%1 Update</source>
+        <translation>تحديث %1</translation>
+    </message>
+    <message>
+        <source>%1 cannot look for updates.</source>
+        <translation>لا يستطيع %1 البحث عن تحديثات.</translation>
+    </message>
+    <message>
+        <source>This copy was not installed from a package source. To get a newer version, go back to where you got this one.</source>
+        <translation>لم تُثبَّت هذه النسخة من مصدر حزم. للحصول على إصدار أحدث، عُد إلى المكان الذي حصلت منه على هذه النسخة.</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Turns any region of the screen into text</source>
+        <translation>يحوّل أي منطقة من الشاشة إلى نص</translation>
+    </message>
+</context>
+</TS>
