@@ -9,9 +9,13 @@
 
 #include <QHash>
 
+#include <memory>
+#include <mutex>
+
 namespace recognition {
 
-/// One line on its way from the picture to its text. Used by one thread at a time.
+/// One line on its way from the picture to its text. Several threads may read it at once; the
+/// rest is for one at a time.
 class LineTask
 {
 public:
@@ -22,8 +26,8 @@ public:
     /// About how many letters fit.
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
-    /// The whole line as `model` reads it; read once, then remembered.
-    const Reading &read(EnginePool &pool, const QString &model);
+    /// The whole line as `model` reads it, remembered for the next time.
+    Reading read(EnginePool &pool, const QString &model);
     /// The same of a part about `letters` letter heights long, cut in a gap between words: from
     /// the right if `fromRight`. A line hardly longer is read as a whole.
     Reading sample(EnginePool &pool, const QString &model, int letters, bool fromRight);
@@ -37,6 +41,8 @@ public:
 private:
     TextLine m_line;
     LineImage m_image;
+    /// Guards the readings; on the heap so that tasks can be moved.
+    std::unique_ptr<std::mutex> m_mutex = std::make_unique<std::mutex>();
     QHash<QString, Reading> m_readings;
 };
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "PageReader.h"
 
+#include "LineReader.h"
 #include "LineTask.h"
 #include "NoiseFilter.h"
 #include "ReadingOrder.h"
-#include "ScriptChooser.h"
 #include "TextRepair.h"
 
 #include <algorithm>

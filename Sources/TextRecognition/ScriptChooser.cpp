@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ScriptChooser.h"
 
+#include "LanguageGuess.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -9,104 +11,139 @@ namespace recognition {
 
 namespace {
 
-/// A model that reads with this confidence reads its own script; foreign writing stays below.
-constexpr double sure = 88;
-
 /// How much of a line is looked at to tell the script, in letter heights.
 constexpr int sampleLength = 12;
 
-class Reader
+/// Letters that tell the language of a page, and the lines they are taken from at most.
+constexpr int languageLetters = 60;
+constexpr std::size_t languageLines = 3;
+
+/// A language this many times likelier (as a power of two) than the next is taken for granted.
+constexpr double clearBits = 8;
+
+/// How sure a model is of a sample of its own script, less what few letters may be by chance.
+double scriptScore(const Reading &reading, Script script)
 {
-public:
-    Reader(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
-           Workers &workers)
-        : m_tasks(tasks)
-        , m_languages(languages)
-        , m_pool(pool)
-        , m_workers(workers)
-    {
-        for (const Script script : languages.scripts())
-            m_candidates.append(languages.models(script).first());
-    }
+    const LetterCount letters = countLetters(reading.text(), script);
+    if (letters.own < std::max(1, letters.latin))
+        return 0;
+    const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
+    return reading.confidence() - few;
+}
 
-    void run()
-    {
-        const QString main = mainModel(m_tasks.front());
-        m_candidates.removeAll(main);
-        m_candidates.prepend(main);
-        m_workers.forEach(m_tasks.size(), [this](std::size_t i) { readLine(m_tasks[i]); });
-    }
+/// Scores of the languages that have a model, likeliest first.
+QList<LanguageScore> guessAmong(const QString &text, const QStringList &models)
+{
+    QList<LanguageScore> scores = guessLanguage(text);
+    scores.removeIf([&models](const LanguageScore &s) { return !models.contains(s.model); });
+    return scores;
+}
 
-private:
-    QString mainModel(LineTask &task)
-    {
-        if (m_candidates.size() == 1)
-            return m_candidates.first();
-        const QString latin = m_languages.models(Script::Latin).value(0);
-        QString best;
-        double top = 0;
-        if (!latin.isEmpty()) {
-            const Reading reading = task.sample(m_pool, latin, sampleLength, false);
-            if (reading.confidence() >= sure && reading.characters() >= 3)
-                return latin;
-            best = latin;
-            top = reading.confidence() + 4;
-        }
-        return bestOf(task, best, top);
-    }
-
-    /// The model of another script that reads a sample best, if better than `top`.
-    QString bestOf(LineTask &task, QString best, double top)
-    {
-        for (const QString &model : std::as_const(m_candidates)) {
-            const Script script = Languages::scriptOf(model);
-            if (script == Script::Latin)
-                continue;
-            const Reading reading =
-                task.sample(m_pool, model, sampleLength, script == Script::Arabic);
-            const LetterCount letters = countLetters(reading.text(), script);
-            const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
-            const double confidence = reading.confidence() - (best.isEmpty() ? 0 : few);
-            if (letters.own >= std::max(1, letters.latin) && confidence > top) {
-                top = confidence;
-                best = model;
-            }
-        }
-        return best;
-    }
-
-    void readLine(LineTask &task)
-    {
-        QString model = m_candidates.first();
-        Reading reading = task.read(m_pool, model);
-        if (reading.confidence() < (Languages::scriptOf(model) == Script::Latin ? sure : 80)) {
-            const QString other = bestOf(task, {}, reading.confidence() + 8);
-            if (!other.isEmpty() && other != model) {
-                const Reading again = task.read(m_pool, other);
-                if (again.confidence() > reading.confidence() + 3) {
-                    reading = again;
-                    model = other;
-                }
-            }
-        }
-        task.best = reading;
-        task.script = Languages::scriptOf(model);
-    }
-
-    std::vector<LineTask> &m_tasks;
-    const Languages &m_languages;
-    EnginePool &m_pool;
-    Workers &m_workers;
-    /// One model per script, the page's own first.
-    QStringList m_candidates;
-};
+QString textOf(const std::vector<LineTask *> &lines, const QString &model, EnginePool &pool,
+               Workers &workers)
+{
+    workers.forEach(lines.size(), [&](std::size_t i) { lines[i]->read(pool, model); });
+    QString text;
+    for (LineTask *line : lines)
+        text += line->read(pool, model).text() + u' ';
+    return text;
+}
 
 } // namespace
 
-void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
-               Workers &workers)
+QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool,
+                    Workers *workers)
 {
-    Reader(tasks, languages, pool, workers).run();
+    QStringList models = candidates;
+    models.removeIf([](const QString &m) { return Languages::scriptOf(m) == Script::Latin; });
+    std::vector<double> scores(std::size_t(models.size()), 0);
+    const auto score = [&](std::size_t i) {
+        const QString &model = models[qsizetype(i)];
+        const Script script = Languages::scriptOf(model);
+        const Reading reading = task.sample(pool, model, sampleLength, script == Script::Arabic);
+        scores[i] = scriptScore(reading, script);
+    };
+    if (workers) {
+        workers->forEach(scores.size(), score);
+    } else {
+        for (std::size_t i = 0; i < scores.size(); ++i) {
+            score(i);
+            if (scores[i] >= 93)
+                break;
+        }
+    }
+    const auto best = std::max_element(scores.begin(), scores.end());
+    if (best == scores.end() || *best <= least)
+        return {};
+    return models[best - scores.begin()];
+}
+
+QString mainModel(LineTask &task, const QStringList &candidates, EnginePool &pool, Workers &workers)
+{
+    const auto latin = std::find_if(candidates.begin(), candidates.end(), [](const QString &m) {
+        return Languages::scriptOf(m) == Script::Latin;
+    });
+    if (candidates.size() == 1)
+        return candidates.first();
+    double least = 0;
+    if (latin != candidates.end()) {
+        const Reading reading = task.sample(pool, *latin, sampleLength, false);
+        if (reading.confidence() >= sureConfidence && reading.characters() >= 3)
+            return *latin;
+        least = reading.confidence() + 4;
+    }
+    const QString other = otherScript(task, candidates, least, pool, &workers);
+    if (!other.isEmpty())
+        return other;
+    return latin != candidates.end() ? *latin : candidates.first();
+}
+
+QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
+                   EnginePool &pool, Workers &workers)
+{
+    const QStringList models = languages.models(Script::Latin);
+    const QString first = models.first();
+    if (models.size() == 1)
+        return first;
+
+    std::vector<LineTask *> lines;
+    double length = 0;
+    for (LineTask *task : tasks) {
+        if (lines.size() == languageLines || length > languageLetters)
+            break;
+        lines.push_back(task);
+        length += task->length();
+    }
+    // The first model's reading costs nothing if it turns out to be the right one.
+    QList<LanguageScore> scores = guessAmong(textOf(lines, first, pool, workers), models);
+    if (scores.size() < 2)
+        return first;
+    if (scores[0].model == first && scores[0].bits - scores[1].bits >= clearBits)
+        return first;
+    // It loses the accents, which tell the others apart.
+    if (pool.folder().has(u"Latin"_s))
+        scores = guessAmong(textOf(lines, u"Latin"_s, pool, workers), models);
+    if (scores[0].bits - scores[1].bits >= clearBits)
+        return scores[0].model;
+
+    // Too little text to tell: let the likeliest read it.
+    scores.removeIf(
+        [top = scores[0].bits](const LanguageScore &s) { return s.bits <= top - clearBits; });
+    scores = scores.mid(0, 3);
+    if (!std::any_of(scores.cbegin(), scores.cend(),
+                     [&first](const LanguageScore &s) { return s.model == first; }))
+        scores.append({first, scores.last().bits - 2});
+    QString best = first;
+    double top = 0;
+    for (const LanguageScore &score : std::as_const(scores)) {
+        double confidence = lines.front()->read(pool, score.model).confidence();
+        confidence += score.bits - scores[0].bits + (score.model == first ? 1.5 : 0);
+        if (confidence > top) {
+            top = confidence;
+            best = score.model;
+        }
+    }
+    return best;
 }
 
 } // namespace recognition

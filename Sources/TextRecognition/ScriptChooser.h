@@ -10,11 +10,20 @@
 
 namespace recognition {
 
-/// Finds out which script each line is in and reads it: fills `best` and `script`.
-///
-/// The longest line decides with what the others are tried first; a line that this model does not
-/// read well is tried with the other scripts. `tasks` stand longest first.
-void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
-               Workers &workers);
+/// The model of another script than Latin that reads a sample of `task` best, if it is surer than
+/// `least`; else an empty string. `candidates`: at most one model per script.
+QString otherScript(LineTask &task, const QStringList &candidates, double least,
+                    EnginePool &pool, Workers *workers);
+
+/// The model that `task`, a page's longest line, is read best with, among one model per script.
+QString mainModel(LineTask &task, const QStringList &candidates, EnginePool &pool,
+                  Workers &workers);
+
+/// The model of the language of Latin script that `tasks`, longest first, are in.
+QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
+                   EnginePool &pool, Workers &workers);
+
+/// A model that reads with this confidence reads its own script; foreign writing stays below.
+inline constexpr double sureConfidence = 88;
 
 } // namespace recognition

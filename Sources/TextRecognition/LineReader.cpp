@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "LineReader.h"
+
+#include "LanguageGuess.h"
+#include "MixedScripts.h"
+#include "ScriptChooser.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace recognition {
+
+namespace {
+
+/// Below this a line may be in another script than its model's. The models of scripts with many
+/// characters are less sure of their own.
+double gateOf(Script script)
+{
+    return script == Script::Latin || script == Script::Cyrillic ? sureConfidence : 80;
+}
+
+/// A line whose surest words are below this may hold words of another script.
+constexpr double mixedGate = 84;
+
+/// A line is taken for another language when that is this much likelier, as a power of two.
+constexpr double languageBits = 10;
+
+class Reader
+{
+public:
+    Reader(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+           Workers &workers)
+        : m_tasks(tasks)
+        , m_languages(languages)
+        , m_pool(pool)
+        , m_workers(workers)
+    {
+        for (const Script script : languages.scripts())
+            m_candidates.append(languages.models(script).first());
+        m_latin = languages.models(Script::Latin).value(0);
+    }
+
+    void run()
+    {
+        m_main = mainModel(m_tasks.front(), m_candidates, m_pool, m_workers);
+        if (Languages::scriptOf(m_main) == Script::Latin) {
+            std::vector<LineTask *> lines;
+            for (LineTask &task : m_tasks)
+                lines.push_back(&task);
+            useLatin(latinModel(lines, m_languages, m_pool, m_workers));
+        }
+        forEachLine([this](LineTask &task) { readLine(task); });
+        if (Languages::scriptOf(m_main) != Script::Latin)
+            chooseLatin();
+        forEachLine([this](LineTask &task) {
+            if (task.script == Script::Latin)
+                checkLanguage(task);
+            checkMixed(task);
+        });
+    }
+
+private:
+    template <typename Work>
+    void forEachLine(Work work)
+    {
+        m_workers.forEach(m_tasks.size(), [&](std::size_t i) { work(m_tasks[i]); });
+    }
+
+    void useLatin(const QString &model)
+    {
+        m_candidates.replaceInStrings(m_latin, model);
+        if (m_main == m_latin)
+            m_main = model;
+        m_latin = model;
+    }
+
+    void readLine(LineTask &task)
+    {
+        take(task, task.read(m_pool, m_main));
+        if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty())
+            return;
+        if (!m_latin.isEmpty() && m_main != m_latin) {
+            const Reading reading = task.read(m_pool, m_latin);
+            if (reading.confidence() > task.best.confidence() + 3)
+                take(task, reading);
+            if (reading.confidence() >= sureConfidence)
+                return;
+        }
+        QStringList others = m_candidates;
+        others.removeAll(m_main);
+        const QString other =
+            otherScript(task, others, task.best.confidence() + 8, m_pool, nullptr);
+        if (other.isEmpty())
+            return;
+        const Reading reading = task.read(m_pool, other);
+        if (reading.confidence() > task.best.confidence() + 3)
+            take(task, reading);
+    }
+
+    void take(LineTask &task, const Reading &reading)
+    {
+        task.best = reading;
+        task.script = Languages::scriptOf(reading.model);
+    }
+
+    /// The language of the Latin lines of a page in another script.
+    void chooseLatin()
+    {
+        std::vector<LineTask *> lines;
+        for (LineTask &task : m_tasks) {
+            if (task.script == Script::Latin)
+                lines.push_back(&task);
+        }
+        if (lines.empty())
+            return;
+        const QString model = latinModel(lines, m_languages, m_pool, m_workers);
+        if (model == m_latin)
+            return;
+        useLatin(model);
+        m_workers.forEach(lines.size(), [&](std::size_t i) {
+            const Reading reading = lines[i]->read(m_pool, model);
+            if (reading.confidence() + 1 > lines[i]->best.confidence())
+                take(*lines[i], reading);
+        });
+    }
+
+    /// A line may be in another language than its page.
+    void checkLanguage(LineTask &task)
+    {
+        QList<LanguageScore> scores = guessLanguage(task.best.text());
+        scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
+        double mine = 0;
+        for (const LanguageScore &score : std::as_const(scores)) {
+            if (score.model == m_latin)
+                mine = score.bits;
+        }
+        if (!scores.isEmpty() && scores[0].model != m_latin &&
+            scores[0].bits - mine >= languageBits) {
+            const Reading reading = task.read(m_pool, scores[0].model);
+            if (reading.confidence() + 1 > task.best.confidence())
+                take(task, reading);
+        } else if (task.best.confidence() < 80 && m_pool.folder().has(u"Latin"_s)) {
+            const Reading reading = task.read(m_pool, u"Latin"_s);
+            if (reading.confidence() > task.best.confidence() + 4)
+                take(task, reading);
+        }
+    }
+
+    /// Reads a line again with a second script and keeps the surer words of each.
+    void checkMixed(LineTask &task)
+    {
+        if (task.best.isEmpty() || task.best.leastConfidence() >= mixedGate)
+            return;
+        QString second = m_latin;
+        if (task.script == Script::Latin)
+            second = Languages::scriptOf(m_main) == Script::Latin ? QString() : m_main;
+        if (second.isEmpty())
+            return;
+        const Reading merged = mergedReading(task.best, task.read(m_pool, second));
+        if (merged.confidence() > task.best.confidence())
+            task.best = merged;
+    }
+
+    std::vector<LineTask> &m_tasks;
+    const Languages &m_languages;
+    EnginePool &m_pool;
+    Workers &m_workers;
+    /// One model per script.
+    QStringList m_candidates;
+    /// What most of the page is in.
+    QString m_main;
+    /// The language of Latin script that is on the page.
+    QString m_latin;
+};
+
+} // namespace
+
+void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+               Workers &workers)
+{
+    Reader(tasks, languages, pool, workers).run();
+}
+
+} // namespace recognition

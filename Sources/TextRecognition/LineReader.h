@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "EnginePool.h"
+#include "Languages.h"
+#include "LineTask.h"
+#include "Workers.h"
+
+#include <vector>
+
+namespace recognition {
+
+/// Finds out what each line is written in and reads it: fills `best` and `script`.
+///
+/// The longest line decides what the others are tried with first; a line that this model does not
+/// read well is tried with the other scripts and languages, and word by word where they mix.
+/// `tasks` stand longest first.
+void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+               Workers &workers);
+
+} // namespace recognition

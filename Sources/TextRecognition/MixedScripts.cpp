@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "MixedScripts.h"
+
+#include "Script.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+/// How much surer the other reading must be: a word of one's own script at 80 and the same
+/// misread in the other at 83 is common, the reverse of a foreign word is not.
+constexpr double advantage = 6;
+
+/// Words of both readings that stand on the same place.
+struct Place
+{
+    Box box;
+    QList<ReadWord> base;
+    QList<ReadWord> other;
+};
+
+bool standTogether(const Box &a, const Box &b)
+{
+    return 10 * horizontalOverlap(a, b) > 3 * std::min(a.width(), b.width());
+}
+
+std::vector<Place> placesOf(const Reading &base, const Reading &other)
+{
+    std::vector<Place> places;
+    const auto add = [&places](const ReadWord &word, QList<ReadWord> Place::*list) {
+        Place mine;
+        mine.box = word.box;
+        std::vector<Place> apart;
+        for (Place &place : places) {
+            if (!standTogether(place.box, mine.box)) {
+                apart.push_back(std::move(place));
+                continue;
+            }
+            mine.box.unite(place.box);
+            mine.base.append(place.base);
+            mine.other.append(place.other);
+        }
+        (mine.*list).append(word);
+        apart.push_back(std::move(mine));
+        places = std::move(apart);
+    };
+    for (const ReadWord &word : base.words)
+        add(word, &Place::base);
+    for (const ReadWord &word : other.words)
+        add(word, &Place::other);
+    return places;
+}
+
+double confidence(const QList<ReadWord> &words)
+{
+    return Reading{{}, words}.confidence();
+}
+
+bool hasLetters(const QList<ReadWord> &words)
+{
+    for (const ReadWord &word : words) {
+        for (const char32_t c : word.text.toUcs4()) {
+            if (QChar::isLetter(c))
+                return true;
+        }
+    }
+    return false;
+}
+
+bool takesOther(const Place &place)
+{
+    if (place.base.isEmpty() || !hasLetters(place.other))
+        return false;
+    return confidence(place.other) > confidence(place.base) + advantage;
+}
+
+enum class Direction { LeftToRight, RightToLeft, None };
+
+Direction directionOf(const ReadWord &word)
+{
+    for (const char32_t c : word.text.toUcs4()) {
+        if (isArabic(c) && QChar::isLetter(c))
+            return Direction::RightToLeft;
+        if (QChar::isLetter(c))
+            return Direction::LeftToRight;
+    }
+    return Direction::None;
+}
+
+/// From places on the line to the order they are read in.
+void sortLogically(QList<ReadWord> &words)
+{
+    int balance = 0;
+    for (const ReadWord &word : words) {
+        const Direction direction = directionOf(word);
+        const auto weight = int(word.text.size());
+        balance += direction == Direction::RightToLeft   ? weight
+                   : direction == Direction::LeftToRight ? -weight
+                                                         : 0;
+    }
+    const bool fromRight = balance > 0;
+    const Direction against = fromRight ? Direction::LeftToRight : Direction::RightToLeft;
+    std::stable_sort(words.begin(), words.end(), [fromRight](const ReadWord &a, const ReadWord &b) {
+        return fromRight ? a.box.centreX2() > b.box.centreX2()
+                         : a.box.centreX2() < b.box.centreX2();
+    });
+    for (auto first = words.begin(); first != words.end();) {
+        // A run may begin and end with numbers, but only what holds a letter turns round.
+        auto last = first;
+        bool turns = false;
+        while (last != words.end() && directionOf(*last) != (fromRight ? Direction::RightToLeft
+                                                                       : Direction::LeftToRight)) {
+            turns = turns || directionOf(*last) == against;
+            ++last;
+        }
+        if (turns)
+            std::reverse(first, last);
+        first = last == first ? first + 1 : last;
+    }
+}
+
+} // namespace
+
+Reading mergedReading(const Reading &base, const Reading &other)
+{
+    Reading merged{base.model, {}};
+    bool changed = false;
+    for (const Place &place : placesOf(base, other)) {
+        const bool takes = takesOther(place);
+        changed = changed || takes;
+        merged.words += takes ? place.other : place.base;
+    }
+    if (!changed)
+        return base;
+    sortLogically(merged.words);
+    return merged;
+}
+
+} // namespace recognition
