@@ -35,3 +35,11 @@ void FakePlatform::endSelections()
     mainQueue.advance(std::chrono::seconds(1));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
+
+void FakePlatform::reloadUserDefaults()
+{
+    const QString file = m_platform.userDefaults->filePath();
+    // Files of the same path share what they have read for as long as one of them lives.
+    m_platform.userDefaults.reset();
+    m_platform.userDefaults = std::make_unique<UserDefaults>(file);
+}

@@ -43,6 +43,8 @@ public:
     FakeUpdater &updater;
     FakeApplicationService &applicationService;
 
+    /// Reads the file of the user defaults anew, as a restart does.
+    void reloadUserDefaults();
     UserDefaults &userDefaults() { return *m_platform.userDefaults; }
 
     /// Cancels the selections that a test left open and lets what keeps them go.
