@@ -15,6 +15,8 @@ UserDefaults::UserDefaults()
 UserDefaults::UserDefaults(const QString &filePath)
     : m_file(filePath, QSettings::IniFormat)
 {
+    // QSettings reads a section when it is first asked for; only then does it meet the damage.
+    m_file.allKeys();
     m_damaged = m_file.status() == QSettings::FormatError;
 }
 

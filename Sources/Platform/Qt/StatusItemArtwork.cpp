@@ -16,11 +16,16 @@ namespace {
 constexpr int canvasUnits = 18;
 constexpr int liveUnits = 16;
 
-/// Pixels for the 16 units in a slot of `extent` pixels: a multiple of 8 with a margin around it,
-/// or all of a slot that is too small for one.
+/// Pixels for the 16 units in a slot of `extent` pixels: the largest whole multiple of the units
+/// with a margin around it, a half one where a whole one would look lost, or all of a slot that is
+/// too small for a margin.
 int livePixels(int extent)
 {
-    const int fitting = extent * liveUnits / canvasUnits / 8 * 8;
+    const int available = extent * liveUnits / canvasUnits;
+    const int whole = available / liveUnits * liveUnits;
+    const int half = available / (liveUnits / 2) * (liveUnits / 2);
+    // 16 pixels in a slot of 26 look right, in one of 28 lost.
+    const int fitting = whole * 5 >= extent * 3 ? whole : half;
     return std::max(fitting, std::min(extent, liveUnits));
 }
 

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+// The settings file: what is damaged, missing or forbidden reads as absent, and never costs the
+// keys beside it.
+
+#include "Platform/UserDefaults.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+class UserDefaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void standsInTheConfigurationFolder();
+    void missingFileIsEmpty();
+    void valuesSurvive();
+    void textIsKept_data();
+    void textIsKept();
+    void booleans_data();
+    void booleans();
+    void unquotedSizeIsText();
+    void damagedLinesCostNothingElse();
+    void damagedFileIsCopiedOnce();
+    void binaryFileReadsAsEmpty();
+    void unreadableFileReadsAsEmpty();
+    void readOnlyFolderChangesNothing();
+    void folderInPlaceOfTheFile();
+
+private:
+    QString path() const { return m_folder->filePath(u"vellora/vellora.ini"_s); }
+
+    void put(const QByteArray &content) const
+    {
+        QVERIFY(QDir().mkpath(QFileInfo(path()).path()));
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
+
+    QByteArray content(const QString &suffix = {}) const
+    {
+        QFile file(path() + suffix);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void UserDefaultsTest::standsInTheConfigurationFolder()
+{
+    const UserDefaults defaults;
+    QCOMPARE(defaults.filePath(),
+             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                 u"/vellora/vellora.ini"_s);
+}
+
+void UserDefaultsTest::missingFileIsEmpty()
+{
+    const UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"outputMode"_s));
+    QCOMPARE(defaults.string(u"outputMode"_s), std::nullopt);
+    QVERIFY(!defaults.boolean(u"shutterSound"_s));
+    QVERIFY2(!QFileInfo::exists(path()), "reading makes no file");
+}
+
+void UserDefaultsTest::valuesSurvive()
+{
+    {
+        UserDefaults defaults(path());
+        defaults.set(u"outputMode"_s, u"popup"_s);
+        defaults.set(u"shutterSound"_s, false);
+        defaults.set(u"hotkeyEnabled"_s, true);
+        QVERIFY2(content().contains("outputMode=popup"), "written at once");
+    }
+    const UserDefaults defaults(path());
+    QCOMPARE(defaults.string(u"outputMode"_s), u"popup"_s);
+    QVERIFY(defaults.contains(u"shutterSound"_s));
+    QVERIFY(!defaults.boolean(u"shutterSound"_s));
+    QVERIFY(defaults.boolean(u"hotkeyEnabled"_s));
+}
+
+void UserDefaultsTest::textIsKept_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << u""_s;
+    QTest::newRow("size") << u"{360, 240}"_s;
+    QTest::newRow("signs") << u"a=b;c\"d\\e%20@Invalid() [x]\n\t"_s;
+    QTest::newRow("many scripts") << u"⌘⇧Ж 漢字 עברית 🙂"_s;
+    QTest::newRow("huge") << QString(1'000'000, u'x');
+}
+
+void UserDefaultsTest::textIsKept()
+{
+    QFETCH(const QString, text);
+    UserDefaults(path()).set(u"key"_s, text);
+    QCOMPARE(UserDefaults(path()).string(u"key"_s), text);
+}
+
+void UserDefaultsTest::booleans_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<bool>("read");
+    for (const char *yes : {"true", "TRUE", "Yes", "1", "-3", "0.5", " true "}) {
+        QTest::newRow(yes) << QByteArray(yes) << true;
+    }
+    for (const char *no : {"false", "no", "0", "0.0", "", "on", "maybe", "truer", "{1, 2}"}) {
+        QTest::newRow(qPrintable(u"not: "_s + QLatin1StringView(no))) << QByteArray(no) << false;
+    }
+}
+
+void UserDefaultsTest::booleans()
+{
+    QFETCH(const QByteArray, written);
+    put("[General]\nkey=" + written + "\n");
+    QTEST(UserDefaults(path()).boolean(u"key"_s), "read");
+}
+
+void UserDefaultsTest::unquotedSizeIsText()
+{
+    put("[General]\nresultPopupSize={360, 240}\n");
+    QCOMPARE(UserDefaults(path()).string(u"resultPopupSize"_s), u"{360, 240}"_s);
+}
+
+void UserDefaultsTest::damagedLinesCostNothingElse()
+{
+    put("[General]\noutputMode=popup\nthis line is none\n]]][\nshutterSound=false\n");
+    UserDefaults defaults(path());
+    QCOMPARE(defaults.string(u"outputMode"_s), u"popup"_s);
+    QVERIFY(defaults.contains(u"shutterSound"_s));
+    defaults.set(u"hotkeyEnabled"_s, true);
+    const UserDefaults again(path());
+    QCOMPARE(again.string(u"outputMode"_s), u"popup"_s);
+    QVERIFY(again.boolean(u"hotkeyEnabled"_s));
+}
+
+void UserDefaultsTest::damagedFileIsCopiedOnce()
+{
+    const QByteArray damaged = "[General]\noutputMode=popup\nthis line is none\n";
+    put(damaged);
+    UserDefaults defaults(path());
+    QVERIFY2(content(u".damaged"_s).isEmpty(), "reading copies nothing");
+    defaults.set(u"a"_s, true);
+    QCOMPARE(content(u".damaged"_s), damaged);
+    defaults.set(u"b"_s, true);
+    QCOMPARE(content(u".damaged"_s), damaged);
+}
+
+void UserDefaultsTest::binaryFileReadsAsEmpty()
+{
+    QByteArray noise;
+    for (int i = 0; i < 100'000; ++i) {
+        noise.append(static_cast<char>((i * 7919) >> 3));
+    }
+    put(noise);
+    UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"outputMode"_s));
+    defaults.set(u"outputMode"_s, u"both"_s);
+    QCOMPARE(UserDefaults(path()).string(u"outputMode"_s), u"both"_s);
+}
+
+void UserDefaultsTest::unreadableFileReadsAsEmpty()
+{
+    if (geteuid() == 0) {
+        QSKIP("nothing is forbidden to the superuser");
+    }
+    put("[General]\noutputMode=popup\n");
+    QVERIFY(QFile::setPermissions(path(), {}));
+    QVERIFY(!UserDefaults(path()).contains(u"outputMode"_s));
+}
+
+void UserDefaultsTest::readOnlyFolderChangesNothing()
+{
+    // A path that cannot be written, for the superuser too: its folder is a file.
+    QFile blocker(m_folder->filePath(u"vellora"_s));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"outputMode"_s));
+    defaults.set(u"outputMode"_s, u"both"_s);
+    QVERIFY2(defaults.string(u"outputMode"_s) == u"both"_s, "kept for this run");
+    QVERIFY(!QFileInfo::exists(path()));
+    QVERIFY(QFileInfo(blocker).isFile());
+}
+
+void UserDefaultsTest::folderInPlaceOfTheFile()
+{
+    QVERIFY(QDir().mkpath(path() + u"/inside"_s));
+    UserDefaults defaults(path());
+    QVERIFY(!defaults.contains(u"outputMode"_s));
+    defaults.set(u"outputMode"_s, u"both"_s);
+    QVERIFY(QFileInfo(path() + u"/inside"_s).isDir());
+}
+
+QTEST_GUILESS_MAIN(UserDefaultsTest)
+#include "UserDefaultsTest.moc"
