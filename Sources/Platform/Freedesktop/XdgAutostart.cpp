@@ -42,7 +42,7 @@ QString escaped(const QString &text)
     return value;
 }
 
-/// `program` as the one argument of an Exec key, before the escapes of every string.
+/// `program` as the command of an Exec key, before the escapes of every string.
 QString quoted(const QString &program)
 {
     QString argument;
@@ -54,7 +54,9 @@ QString quoted(const QString &program)
         }
         argument += character;
     }
-    return u'"' + argument + u'"';
+    argument = u'"' + argument + u'"';
+    // GLib looks for the program before it reads the doubled per-cent sign.
+    return program.contains(u'%') ? u"/usr/bin/env "_s + argument : argument;
 }
 
 } // namespace
