@@ -119,6 +119,11 @@ class Pointer:
         cls.release(button)
 
     @classmethod
+    def rest(cls):
+        """Goes where nothing reacts to it."""
+        cls.move(SCREENS[0].right - 5, 5)
+
+    @classmethod
     def drag(cls, start, end, release=True):
         """From one corner to the other in a few steps, as a hand does."""
         cls.move(*start)
@@ -166,10 +171,13 @@ def title_of(window):
 
 def find_tray_icon():
     """The one icon in the panel's tray, once it is drawn and has its place; else None."""
-    tree = tool("xwininfo", "-root", "-tree")
+    # A window may go while the tree is read; the next look will tell.
+    tree = tool("xwininfo", "-root", "-tree", check=False)
     trays = [Box(int(x), int(y), int(width), int(height)) for width, height, x, y in re.findall(
         r'"(?:Wrapper-2.0|trayer)"\) +(\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)]
-    trays = [tray for tray in trays if min(tray.width, tray.height) >= 16 and tray.x > 16]
+    # The tool tips of the panel are windows of the same class.
+    trays = [tray for tray in trays if min(tray.width, tray.height) >= 16
+             and tray.y >= SCREENS[0].bottom - points(30)]
     if len(trays) != 1:
         return None
     picture = trays[0].of(screenshot())

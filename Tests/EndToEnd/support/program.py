@@ -44,14 +44,15 @@ class Program:
     `settings` is stored before the start; None leaves the file as it is.
     `environment` is added; a value of None removes the name.
     `expected_log` are patterns of the lines that are expected besides.
+    `command` starts the program in another way.
     """
 
-    def __init__(self, settings=None, environment=None, expected_log=(), executable=None):
+    def __init__(self, settings=None, environment=None, expected_log=(), command=None):
         if settings is not None:
             write_settings({**QUIET, **settings})
         self.expected_log = list(expected_log)
         self.log = []
-        self._executable = executable or binary()
+        self._command = command or [binary()]
         self._environment = dict(os.environ)
         for name, value in (environment or {}).items():
             if value is None:
@@ -75,7 +76,7 @@ class Program:
         self.check()
 
     def start(self):
-        self.process = subprocess.Popen([self._executable], env=self._environment,
+        self.process = subprocess.Popen(self._command, env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True, errors="replace")
         self._reader = threading.Thread(target=self._read, daemon=True)
@@ -155,7 +156,9 @@ class Program:
         return self.status_item()
 
     def click(self, button=1):
+        """A click on the icon. The pointer does not stay, or the panel would show its tool tip."""
         Pointer.click(*self.status_item().middle, button)
+        Pointer.rest()
 
     # The overlay
 
@@ -219,17 +222,3 @@ def activate_action(action):
     desktop.tool("gdbus", "call", "--session", "--dest", APPLICATION_ID, "--object-path",
                  OBJECT_PATH, "--method", "org.freedesktop.Application.ActivateAction", action,
                  "[]", "{}")
-
-
-def status_notifier_property(name):
-    """A property of the program's item as the panel's host reads it."""
-    watcher = desktop.tool("gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
-                           "--object-path", "/StatusNotifierWatcher", "--method",
-                           "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
-                           "RegisteredStatusNotifierItems")
-    items = re.findall(r"'([^']+)'", watcher)
-    assert len(items) == 1, f"one status item was expected: {watcher}"
-    service, _, path = items[0].partition("/")
-    return desktop.tool("gdbus", "call", "--session", "--dest", service, "--object-path",
-                        "/" + (path or "StatusNotifierItem"), "--method",
-                        "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", name)

@@ -1,0 +1,39 @@
+# SPDX-License-Identifier: MIT
+"""The program's status item as a panel meets it on the session bus (StatusNotifierItem)."""
+
+import dbus
+
+PROPERTIES = "org.freedesktop.DBus.Properties"
+
+
+def _item():
+    """The bus name and object of the one item that the panel knows."""
+    bus = dbus.SessionBus()
+    watcher = bus.get_object("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher")
+    items = watcher.Get("org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems",
+                        dbus_interface=PROPERTIES)
+    assert len(items) == 1, f"one status item was expected: {items}"
+    service, _, path = items[0].partition("/")
+    return service, bus.get_object(service, "/" + (path or "StatusNotifierItem"))
+
+
+def read(name):
+    _, item = _item()
+    return item.Get("org.kde.StatusNotifierItem", name, dbus_interface=PROPERTIES)
+
+
+def tool_tip():
+    """Icon name, icon, title and text; both texts together."""
+    _, _, title, text = read("ToolTip")
+    return f"{title}{text}"
+
+
+def menu_titles():
+    """The entries of the menu that the panel is to draw; a separator is empty."""
+    service, _ = _item()
+    menu = dbus.SessionBus().get_object(service, read("Menu"))
+    interface = dbus.Interface(menu, "com.canonical.dbusmenu")
+    interface.AboutToShow(0)
+    _, (_, _, entries) = interface.GetLayout(0, -1, ["label", "type"])
+    return ["" if properties.get("type") == "separator"
+            else str(properties["label"]).replace("_", "") for _, properties, _ in entries]
