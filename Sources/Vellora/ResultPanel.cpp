@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ResultPanel.h"
 
+#include "AppIcon.h"
 #include "TextDirection.h"
 
 #include <QPushButton>
@@ -25,6 +26,7 @@ ResultPanel::ResultPanel(const QString &text, QSizeF contentSize)
     , m_button(new QPushButton(tr("Copy"), this))
 {
     setWindowTitle(tr("Vellora — Recognized Text"));
+    setWindowIcon(loadedAppIcon());
 
     QFont font = m_textView->font();
     font.setPixelSize(textSize);

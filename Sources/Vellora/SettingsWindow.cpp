@@ -92,6 +92,7 @@ std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
                      Qt::WindowCloseButtonHint);
     window->setWindowTitle(tr("Vellora Settings"));
     window->setWindowIcon(loadedAppIcon());
+    window->setWindowIcon(loadedAppIcon());
     window->setMinimumSize(minimumSize);
     window->resize(contentSize);
 
