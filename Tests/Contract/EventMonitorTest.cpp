@@ -38,7 +38,7 @@ void EventMonitorTest::initTestCase()
     m_platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
     addX11Services(m_platform);
     m_peer = std::make_unique<Peer>();
-    m_peer->ask(u"window 600 300 300 200"_s);
+    m_peer->showWindow({600, 300, 300, 200});
 }
 
 void EventMonitorTest::click(QPoint pixels, int button)

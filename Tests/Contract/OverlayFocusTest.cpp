@@ -43,13 +43,13 @@ void OverlayFocusTest::initTestCase()
     m_platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
     addX11Services(m_platform);
     m_peer = std::make_unique<Peer>();
-    m_peer->ask(u"window 200 200 400 300"_s);
+    m_peer->showWindow({200, 200, 400, 300});
 }
 
 void OverlayFocusTest::init()
 {
     // Each test begins with another program in front.
-    m_peer->ask(u"activate"_s);
+    m_peer->activate();
     QTRY_VERIFY(QGuiApplication::focusWindow() == nullptr);
     outputOf(u"xdotool"_s, {u"key"_s, u"a"_s});
     QVERIFY(m_peer->says(u"key a"_s));
@@ -151,7 +151,7 @@ void OverlayFocusTest::deactivation()
     QElapsedTimer timer;
     timer.start();
     // What a window switcher of the window manager does, or a click on a task bar.
-    m_peer->ask(u"activate"_s);
+    m_peer->activate();
     QTRY_COMPARE(resigned, 1);
     qInfo("told of deactivation within %lld ms", static_cast<long long>(timer.elapsed()));
     // Ordering out does not take the keyboard away from who has it now.
@@ -167,7 +167,7 @@ void OverlayFocusTest::noDeactivationAmongOwnWindows()
     const auto observer =
         m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
     // We have not had the keyboard yet.
-    m_peer->ask(u"activate"_s);
+    m_peer->activate();
     QTest::qWait(200);
     QCOMPARE(resigned, 0);
 
@@ -195,7 +195,7 @@ void OverlayFocusTest::grabbedKeysAreNoDeactivation()
     QTest::qWait(200);
     QCOMPARE(resigned, 0);
     // And nothing of it stays behind.
-    m_peer->ask(u"activate"_s);
+    m_peer->activate();
     QTRY_COMPARE(resigned, 1);
 }
 

@@ -65,8 +65,7 @@ void PopupPlacementTest::initTestCase()
     m_platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
     addX11Services(m_platform);
     m_peer = std::make_unique<Peer>();
-    m_peer->ask(u"window 600 300 300 200"_s);
-    m_peer->ask(u"activate"_s);
+    m_peer->showWindow({600, 300, 300, 200});
 }
 
 QRect PopupPlacementTest::pixels(const CocoaRect &rect) const
@@ -134,7 +133,7 @@ void PopupPlacementTest::becomesActive()
 {
     for (int cycle = 0; cycle < 5; ++cycle) {
         // The user works in another program.
-        m_peer->ask(u"activate"_s);
+        m_peer->activate();
         outputOf(u"xdotool"_s, {u"mousemove"_s, u"700"_s, u"400"_s, u"click"_s, u"1"_s});
         QVERIFY(m_peer->says(u"press 700 400"_s));
         QTRY_VERIFY(QGuiApplication::focusWindow() == nullptr);

@@ -62,6 +62,28 @@ Peer::~Peer()
     m_process.waitForFinished(longestAnswer);
 }
 
+void Peer::showWindow(const QRect &place)
+{
+    m_window = ask(u"window %1 %2 %3 %4"_s.arg(place.x())
+                       .arg(place.y())
+                       .arg(place.width())
+                       .arg(place.height()));
+    activate();
+}
+
+void Peer::activate()
+{
+    // Without a window manager nobody but the server itself can be asked.
+    const bool isManaged = qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1;
+    outputOf(u"xdotool"_s, {isManaged ? u"windowactivate"_s : u"windowfocus"_s, m_window});
+    const bool isActive = QTest::qWaitFor(
+        [this] { return outputOf(u"xdotool"_s, {u"getwindowfocus"_s}).trimmed() == m_window; },
+        longestAnswer);
+    if (!isActive) {
+        QTest::qFail("the peer does not become active", __FILE__, __LINE__);
+    }
+}
+
 bool Peer::awaitLine()
 {
     // Not waitForReadyRead, because our own windows have to live meanwhile.

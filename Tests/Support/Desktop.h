@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 
@@ -25,6 +26,10 @@ public:
     Peer();
     ~Peer();
 
+    /// Shows its window there (client area) and makes it the active one.
+    void showWindow(const QRect &place);
+    /// Makes its window the active one, as a window switcher does, and waits until keys go there.
+    void activate();
     /// Sends a command and gives the answer's rest, once it has come.
     QString ask(const QString &command);
     /// Whether it has said such a line since it was last asked, waiting for it if need be.
@@ -34,5 +39,6 @@ private:
     bool awaitLine();
 
     QProcess m_process;
+    QString m_window;
     QStringList m_lines;
 };

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Another program on the desktop, for tests: covers the desktop with a known pattern, has a window
-// of its own, and takes the keyboard when told to. One command a line on the standard input:
+// of its own, and grabs input when told to. One command a line on the standard input:
 //   background     shows the pattern; answers "background"
 //   window X Y W H shows a window there (client area, pixels); answers "window ID"
-//   activate       makes that window the active one; answers "activate" once it is
 //   grab           takes keyboard and pointer for itself, as an open menu does; answers "grab"
 //   ungrab         gives them back; answers "ungrab"
-// Tells "focus in", "focus out", "press X Y" (root pixels) and "key TEXT" of that window.
+// Tells "press X Y" (root pixels) and "key TEXT" of that window.
 #include <QApplication>
 #include <QImage>
 #include <QKeyEvent>
@@ -20,7 +19,6 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -60,40 +58,13 @@ private:
 
 class Window : public QWidget
 {
-public:
-    void activate()
-    {
-        m_isAsked = true;
-        if (hasFocus()) {
-            answer();
-        } else {
-            activateWindow();
-        }
-    }
-
 protected:
-    void focusInEvent(QFocusEvent *) override
-    {
-        say(u"focus in"_s);
-        answer();
-    }
-    void focusOutEvent(QFocusEvent *) override { say(u"focus out"_s); }
     void keyPressEvent(QKeyEvent *event) override { say(u"key "_s + event->text()); }
     void mousePressEvent(QMouseEvent *event) override
     {
         const QPoint place = event->globalPosition().toPoint();
         say(u"press %1 %2"_s.arg(place.x()).arg(place.y()));
     }
-
-private:
-    void answer()
-    {
-        if (std::exchange(m_isAsked, false)) {
-            say(u"activate"_s);
-        }
-    }
-
-    bool m_isAsked = false;
 };
 
 QSize desktopSize()
@@ -133,8 +104,6 @@ int main(int argc, char **argv)
                                words[4].toInt());
             window.show();
             say(u"window %1"_s.arg(window.winId()));
-        } else if (words.first() == "activate"_L1) {
-            window.activate();
         } else if (words.first() == "grab"_L1) {
             window.windowHandle()->setKeyboardGrabEnabled(true);
             window.windowHandle()->setMouseGrabEnabled(true);

@@ -72,13 +72,13 @@ X11FrameMarker::X11FrameMarker(const X11Connection &connection, X11RootImage &ro
     , m_place(placeFor(covered, avoid))
     , m_pattern(static_cast<std::size_t>(blockSize.width() * blockSize.height()))
 {
-    // Another one each time: the block of the grab before may still be on the screen.
-    std::generate(m_pattern.begin(), m_pattern.end(),
-                  [] { return QRandomGenerator::global()->bounded(2) == 1; });
 }
 
 bool X11FrameMarker::show(QDeadlineTimer deadline)
 {
+    // Another one each time: the block before may still be on the screen.
+    std::generate(m_pattern.begin(), m_pattern.end(),
+                  [] { return QRandomGenerator::global()->bounded(2) == 1; });
     m_before = brightness();
     draw();
     return awaitRootChange(m_connection, deadline,

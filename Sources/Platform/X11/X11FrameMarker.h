@@ -12,8 +12,10 @@
 /// Finds out when a compositing manager has shown what was drawn before.
 ///
 /// A small block of random black and white pixels is drawn into a translucent window on top of
-/// all others; once the root window shows it, it shows everything that was drawn earlier too,
-/// because compositing managers present in order. Main thread only.
+/// all others; once the root window shows it, it shows everything else that was drawn earlier into
+/// that window, because compositing managers present in order. What was drawn earlier into other
+/// windows is sure to be shown only once a second block is seen: the first may have come in the
+/// middle of a frame, after those windows were painted. Main thread only.
 class X11FrameMarker
 {
 public:
@@ -25,7 +27,8 @@ public:
     /// The place of the block, in the root window's pixels.
     QRect place() const { return m_place; }
 
-    /// Draws the block and blocks until it is seen; false once `deadline` has passed.
+    /// Draws a block, another one each time, and blocks until it is seen; false once `deadline`
+    /// has passed.
     bool show(QDeadlineTimer deadline);
     /// Takes the block away, without waiting.
     void erase();

@@ -49,10 +49,8 @@ CocoaRect X11PopupPlacement::frame(const QWidget &window) const
     }
     const xcb_window_t native = nativeWindow(window);
     const QMargins extents = m_windowManager->frameExtents(native);
-    QPoint topLeft = m_windowManager->clientGeometry(native).topLeft();
-    if (m_windowManager->isMapped(native)) {
-        topLeft -= QPoint(extents.left(), extents.top());
-    }
+    const QPoint topLeft =
+        m_windowManager->clientGeometry(native).topLeft() - QPoint(extents.left(), extents.top());
     const CocoaPoint corner = m_screens.fromPixels(topLeft);
     const CocoaSize size = frameSize(window);
     return {{corner.x, corner.y - size.height}, size};
@@ -61,11 +59,19 @@ CocoaRect X11PopupPlacement::frame(const QWidget &window) const
 void X11PopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 {
     const CocoaPoint topLeft{origin.x, origin.y + frameSize(window).height};
-    // Tells Qt and the window manager that the place is wanted, in whole points.
-    window.move(m_screens.toQt(topLeft).toPoint());
-    if (qtXcbConnection()) {
-        m_windowManager->moveFrame(nativeWindow(window), m_screens.toPixels(topLeft).toPoint());
+    if (!qtXcbConnection()) {
+        window.move(m_screens.toQt(topLeft).toPoint());
+        return;
     }
+    const xcb_window_t native = nativeWindow(window);
+    const QMargins extents = m_windowManager->frameExtents(native);
+    const QPoint client =
+        m_screens.toPixels(topLeft).toPoint() + QPoint(extents.left(), extents.top());
+    // Tells Qt and the window manager that the place is wanted, and that it is the client area's.
+    window.setGeometry(
+        QRect(m_screens.toQt(m_screens.fromPixels(client)).toPoint(), window.size()));
+    // Qt's places are whole points.
+    m_windowManager->moveClient(native, client);
 }
 
 void X11PopupPlacement::makeKeyAndOrderFront(QWidget &window)

@@ -106,14 +106,15 @@ QImage X11ScreenRecording::readUncovered(const QRect &pixels,
     }
     const auto retired = std::find_if(covering.begin(), covering.end(),
                                       [](const X11Overlay &overlay) { return overlay.isRetired; });
-    return readPresented(pixels, retired == covering.end() ? covering.front() : *retired);
+    return readPresented(pixels, retired == covering.end() ? covering.front() : *retired,
+                         covering.size() > 1);
 }
 
-QImage X11ScreenRecording::readPresented(const QRect &pixels, const X11Overlay &top)
+QImage X11ScreenRecording::readPresented(const QRect &pixels, const X11Overlay &top, bool hasOthers)
 {
     const QDeadlineTimer deadline(longestWait);
     X11FrameMarker marker(*m_connection, m_rootImage, top.window, top.pixels, pixels);
-    bool isPresented = marker.show(deadline);
+    bool isPresented = marker.show(deadline) && (!hasOthers || marker.show(deadline));
     if (marker.place().intersects(pixels)) {
         marker.erase();
         isPresented = isPresented && marker.awaitGone(deadline);

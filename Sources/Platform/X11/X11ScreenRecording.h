@@ -29,7 +29,7 @@ public:
 
 private:
     QImage readUncovered(const QRect &pixels, const std::vector<X11Overlay> &covering);
-    QImage readPresented(const QRect &pixels, const X11Overlay &top);
+    QImage readPresented(const QRect &pixels, const X11Overlay &top, bool hasOthers);
 
     std::shared_ptr<X11Connection> m_connection;
     std::shared_ptr<X11Overlays> m_overlays;

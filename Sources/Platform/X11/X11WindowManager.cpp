@@ -118,17 +118,10 @@ QRect X11WindowManager::clientGeometry(xcb_window_t window) const
     return size && place ? QRect(place->dst_x, place->dst_y, size->width, size->height) : QRect();
 }
 
-bool X11WindowManager::isMapped(xcb_window_t window) const
+void X11WindowManager::moveClient(xcb_window_t window, QPoint topLeft)
 {
-    xcb_connection_t *qt = qtXcbConnection();
-    const XcbReply<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(qt, xcb_get_window_attributes(qt, window), nullptr));
-    return attributes && attributes->map_state != XCB_MAP_STATE_UNMAPPED;
-}
-
-void X11WindowManager::moveFrame(xcb_window_t window, QPoint topLeft)
-{
-    // With north-west gravity, which Qt's windows have, the place asked for is the frame's.
+    // Qt gives windows whose geometry was set static gravity: the place asked for is their own, not
+    // that of the frame.
     const uint32_t place[] = {static_cast<uint32_t>(topLeft.x()),
                               static_cast<uint32_t>(topLeft.y())};
     xcb_configure_window(qtXcbConnection(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,

@@ -25,11 +25,8 @@ public:
     /// The window inside its frame, where it is now or, not shown yet, where it was put.
     QRect clientGeometry(xcb_window_t window) const;
 
-    /// Whether the window is shown by the server.
-    bool isMapped(xcb_window_t window) const;
-
-    /// Puts the upper left corner of the window's frame there, shown or not.
-    void moveFrame(xcb_window_t window, QPoint topLeft);
+    /// Puts the upper left corner of the window inside its frame there, shown or not.
+    void moveClient(xcb_window_t window, QPoint topLeft);
 
     /// Keeps a window that is not shown yet out of taskbars and pagers.
     void skipTaskbar(xcb_window_t window);
