@@ -45,10 +45,11 @@ public:
 protected:
     void changeEvent(QEvent *event) override
     {
-        if (event->type() == QEvent::ApplicationPaletteChange) {
+        QLabel::changeEvent(event);
+        // Our own colour does not change a second time, and ends this.
+        if (event->type() == QEvent::PaletteChange) {
             apply();
         }
-        QLabel::changeEvent(event);
     }
 
 private:

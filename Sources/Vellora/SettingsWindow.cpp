@@ -12,6 +12,8 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,6 +22,9 @@ const QString frameKey = u"settingsWindowFrame"_s;
 // is scrolled in a window that is smaller.
 constexpr QSize contentSize(380, 420);
 constexpr QSize minimumSize(320, 220);
+// Window systems place windows no further away and make them no larger, in points.
+constexpr double furthest = 16000;
+constexpr double largest = 10000;
 
 /// Keeps the window, which is not destroyed when it is closed, until the next one replaces it.
 std::unique_ptr<QWidget> &slot()
@@ -52,9 +57,13 @@ void setFrame(QWidget &window, const CocoaRect &frame)
     PopupPlacement &placement = *Platform::current().popupPlacement;
     const CocoaSize outer = placement.frameSize(window);
     const QSizeF borders(outer.width - window.width(), outer.height - window.height());
-    window.resize(
-        (QSizeF(frame.size.width, frame.size.height) - borders).toSize().expandedTo({0, 0}));
-    placement.setFrameOrigin(window, frame.origin);
+    window.resize((QSizeF(std::clamp(frame.size.width, 0.0, largest),
+                          std::clamp(frame.size.height, 0.0, largest)) -
+                   borders)
+                      .toSize()
+                      .expandedTo({0, 0}));
+    placement.setFrameOrigin(window, {std::clamp(frame.origin.x, -furthest, furthest),
+                                      std::clamp(frame.origin.y, -furthest, furthest)});
 }
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "ResultPanel.h"
 #include "SelectorView.h"
 #include "Settings.h"
+#include "SettingsWindow.h"
 #include "Support/FakePlatform.h"
 
 #include <QTest>
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void deliversByOutputMode_data();
     void deliversByOutputMode();
+    void hidesTheSettingsBesideAPopup();
     void writesTheClipboardBeforeThePopupOpens();
     void marksACopyForAMomentIfWanted();
     void grabsWhatWasSelected();
@@ -138,6 +140,20 @@ void CaptureFlowTest::deliversByOutputMode()
     if (pops) {
         QCOMPARE(qobject_cast<ResultPanel *>(popup())->recognizedText(), u"Hello\nworld"_s);
     }
+}
+
+void CaptureFlowTest::hidesTheSettingsBesideAPopup()
+{
+    m_delegate->openSettings();
+    const QPointer<QWidget> settingsWindow = SettingsWindowController::window();
+    Settings::shared().setOutputMode(OutputMode::clipboardOnly);
+    capture();
+    QVERIFY(settingsWindow->isVisible());
+    Settings::shared().setOutputMode(OutputMode::popupOnly);
+    capture();
+    QVERIFY(popup());
+    QVERIFY(settingsWindow);
+    QVERIFY(!settingsWindow->isVisible());
 }
 
 void CaptureFlowTest::writesTheClipboardBeforeThePopupOpens()
