@@ -15,7 +15,7 @@ namespace {
 
 /// How long a call waits for a server that could not be reached before. An absent server is
 /// known within a millisecond; the main thread is to lose no more than five.
-constexpr std::chrono::milliseconds connectPatience{4};
+constexpr std::chrono::milliseconds connectPatience{3};
 
 /// Whether the file begins as what libcanberra can decode: Vorbis in Ogg, or WAVE.
 bool isPlayable(const QString &filePath)
@@ -68,10 +68,12 @@ bool CanberraSounds::play(const QString &filePath)
 
 void CanberraSounds::beep()
 {
-    for (const QString &name : {u"bell-window-system"_s, u"bell"_s}) {
-        const QString bell = file(name);
-        if (!bell.isEmpty() && play(bell)) {
-            return;
+    if (m_worker.connection() != SoundWorker::Connection::Down) {
+        for (const QString &name : {u"bell-window-system"_s, u"bell"_s}) {
+            const QString bell = file(name);
+            if (!bell.isEmpty() && play(bell)) {
+                return;
+            }
         }
     }
     windowSystemBell();
