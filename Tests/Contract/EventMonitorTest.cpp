@@ -45,6 +45,8 @@ void EventMonitorTest::click(QPoint pixels, int button)
 {
     outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(pixels.x()),
                             QString::number(pixels.y()), u"click"_s, QString::number(button)});
+    // As in life, the pointer stays where it is until the press has been told.
+    QTest::qWait(50);
 }
 
 void EventMonitorTest::pressInAnotherProgram()

@@ -77,7 +77,13 @@ void Peer::activate()
     const bool isManaged = qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1;
     outputOf(u"xdotool"_s, {isManaged ? u"windowactivate"_s : u"windowfocus"_s, m_window});
     const bool isActive = QTest::qWaitFor(
-        [this] { return outputOf(u"xdotool"_s, {u"getwindowfocus"_s}).trimmed() == m_window; },
+        [this] {
+            // It fails as long as nobody has the keyboard.
+            QProcess process;
+            process.start(u"xdotool"_s, {u"getwindowfocus"_s});
+            return process.waitForFinished(longestAnswer) &&
+                   QString::fromUtf8(process.readAllStandardOutput()).trimmed() == m_window;
+        },
         longestAnswer);
     if (!isActive) {
         QTest::qFail("the peer does not become active", __FILE__, __LINE__);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/X11PopupPlacement.h"
 
-#include <QWidget>
 #include <QWindow>
 
 #include <cmath>
@@ -49,8 +48,12 @@ CocoaRect X11PopupPlacement::frame(const QWidget &window) const
     }
     const xcb_window_t native = nativeWindow(window);
     const QMargins extents = m_windowManager->frameExtents(native);
-    const QPoint topLeft =
-        m_windowManager->clientGeometry(native).topLeft() - QPoint(extents.left(), extents.top());
+    // The server does not know yet where a window that is not shown will be: the window manager is
+    // told first.
+    const QPointF client = window.isVisible()
+                               ? QPointF(m_windowManager->clientGeometry(native).topLeft())
+                               : m_screens.toPixels(m_screens.fromQt(window.geometry().topLeft()));
+    const QPointF topLeft = client - QPointF(extents.left(), extents.top());
     const CocoaPoint corner = m_screens.fromPixels(topLeft);
     const CocoaSize size = frameSize(window);
     return {{corner.x, corner.y - size.height}, size};
@@ -70,8 +73,9 @@ void X11PopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
     // Tells Qt and the window manager that the place is wanted, and that it is the client area's.
     window.setGeometry(
         QRect(m_screens.toQt(m_screens.fromPixels(client)).toPoint(), window.size()));
-    // Qt's places are whole points.
+    // Qt's places are whole points, also when it shows the window.
     m_windowManager->moveClient(native, client);
+    m_wish = {&window, client};
 }
 
 void X11PopupPlacement::makeKeyAndOrderFront(QWidget &window)
@@ -79,6 +83,9 @@ void X11PopupPlacement::makeKeyAndOrderFront(QWidget &window)
     window.show();
     window.raise();
     if (qtXcbConnection()) {
+        if (m_wish.window == &window) {
+            m_windowManager->moveClient(nativeWindow(window), m_wish.pixels);
+        }
         // What Qt has sent so far is to reach the window manager first.
         xcb_flush(qtXcbConnection());
         m_windowManager->activate(nativeWindow(window));

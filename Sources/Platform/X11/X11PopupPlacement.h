@@ -6,6 +6,10 @@
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11WindowManager.h"
 
+#include <QPoint>
+#include <QPointer>
+#include <QWidget>
+
 #include <memory>
 
 /// Popups are dialogs of the window manager, which every one gives a title bar with a close
@@ -24,7 +28,15 @@ public:
     void makeKeyAndOrderFront(QWidget &window) override;
 
 private:
+    /// Where the client area of a window was to be put, exactly.
+    struct Wish
+    {
+        QPointer<QWidget> window;
+        QPoint pixels;
+    };
+
     std::shared_ptr<X11Connection> m_connection;
     const Screens &m_screens;
     std::unique_ptr<X11WindowManager> m_windowManager;
+    Wish m_wish;
 };

@@ -22,7 +22,7 @@ public:
     /// where no window manager runs or it does not answer within `longestAnswer`.
     QMargins frameExtents(xcb_window_t window);
 
-    /// The window inside its frame, where it is now or, not shown yet, where it was put.
+    /// The shown window inside its frame, where it is now.
     QRect clientGeometry(xcb_window_t window) const;
 
     /// Puts the upper left corner of the window inside its frame there, shown or not.
