@@ -88,6 +88,46 @@ std::optional<QMargins> X11WindowManager::requestedExtents(xcb_window_t window)
     return knownExtents(window);
 }
 
+/// From a window that is shown for a moment, out of sight: some window managers, KWin 5.27 among
+/// them, do not tell in advance.
+std::optional<QMargins> X11WindowManager::probedExtents()
+{
+    xcb_connection_t *xcb = m_connection.xcb();
+    const xcb_window_t probe = xcb_generate_id(xcb);
+    const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    constexpr int16_t outOfSight = -4000;
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, probe, m_connection.root(), outOfSight, outOfSight,
+                      100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                      XCB_CW_EVENT_MASK, &events);
+    const auto set = [&](const char *name, xcb_atom_t type, const QList<quint32> &items) {
+        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, probe, m_connection.atom(name), type, 32,
+                            static_cast<uint32_t>(items.size()), items.constData());
+    };
+    set("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {m_connection.atom("_NET_WM_WINDOW_TYPE_DIALOG")});
+    set("_NET_WM_STATE", XCB_ATOM_ATOM,
+        {m_connection.atom("_NET_WM_STATE_SKIP_TASKBAR"),
+         m_connection.atom("_NET_WM_STATE_SKIP_PAGER")});
+    // Neither seen, where there is a compositing manager, nor given the keyboard.
+    set("_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL, {0});
+    set("_NET_WM_USER_TIME", XCB_ATOM_CARDINAL, {0});
+    constexpr quint32 hasInput = 1;
+    set("WM_HINTS", XCB_ATOM_WM_HINTS, {hasInput, 0, 0, 0, 0, 0, 0, 0, 0});
+    constexpr quint32 userPosition = 1;
+    QList<quint32> sizeHints(18, 0);
+    sizeHints[0] = userPosition;
+    set("WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS, sizeHints);
+
+    xcb_map_window(xcb, probe);
+    const xcb_atom_t extents = m_connection.atom("_NET_FRAME_EXTENTS");
+    m_connection.awaitEvent(
+        [&](const xcb_generic_event_t &event) { return propertyChange(event, extents) != nullptr; },
+        longestAnswer);
+    const auto answer = knownExtents(probe);
+    xcb_destroy_window(xcb, probe);
+    xcb_flush(xcb);
+    return answer;
+}
+
 QMargins X11WindowManager::frameExtents(xcb_window_t window)
 {
     const xcb_window_t manager = supportingWindow();
@@ -98,9 +138,9 @@ QMargins X11WindowManager::frameExtents(xcb_window_t window)
         return *known;
     }
     if (m_answeredBy != manager) {
-        m_answer = supports("_NET_REQUEST_FRAME_EXTENTS")
-                       ? requestedExtents(window).value_or(QMargins())
-                       : QMargins();
+        m_answer =
+            (supports("_NET_REQUEST_FRAME_EXTENTS") ? requestedExtents(window) : probedExtents())
+                .value_or(QMargins());
         m_answeredBy = manager;
     }
     return m_answer;

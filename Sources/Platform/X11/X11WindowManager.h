@@ -42,6 +42,7 @@ private:
     xcb_window_t supportingWindow() const;
     std::optional<QMargins> knownExtents(xcb_window_t window) const;
     std::optional<QMargins> requestedExtents(xcb_window_t window);
+    std::optional<QMargins> probedExtents();
 
     const X11Connection &m_connection;
     /// The window manager that gave the last answer, and the answer, for a window not shown yet.
