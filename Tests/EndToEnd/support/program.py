@@ -9,6 +9,8 @@ import sys
 import threading
 from pathlib import Path
 
+import support
+
 from . import desktop
 from .desktop import Box, Pointer, screenshot
 from .waiting import wait_until
@@ -109,7 +111,7 @@ class Program:
         """What the screens show when a test fails, before anything is cleaned up."""
         folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
         folder.mkdir(parents=True, exist_ok=True)
-        file = folder / f"{Path(sys.argv[0]).stem}@{desktop.NAME}-{os.getpid()}.png"
+        file = folder / f"{support.current_test}@{desktop.NAME}-{os.getpid()}.png"
         desktop.save(screenshot(), file)
         print(f"screenshot: {file}", file=sys.stderr)
 
