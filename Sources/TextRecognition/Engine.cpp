@@ -108,6 +108,7 @@ Reading Engine::read(const GreyImage &picture, ReadMode mode)
             if (word.text.isEmpty())
                 continue;
             word.confidence = at->Confidence(words);
+            word.startsLine = at->IsAtBeginningOf(tesseract::RIL_TEXTLINE);
             at->BoundingBox(words, &word.box.left, &word.box.top, &word.box.right,
                             &word.box.bottom);
             reading.words.append(word);

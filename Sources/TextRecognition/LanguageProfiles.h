@@ -8,7 +8,8 @@
 namespace recognition {
 
 /// The languages that a group has its letters for, in their order.
-inline constexpr std::array<std::string_view, 8> profileLanguages{"eng", "fra", "deu", "spa", "ita", "por", "tur", "nld"};
+inline constexpr std::array<std::string_view, 8> profileLanguages{"eng", "fra", "deu", "spa",
+                                                                  "ita", "por", "tur", "nld"};
 
 /// Groups of three letters, each followed by one letter per language: 'a' for never, the
 /// next for each doubling of its frequency.

@@ -157,7 +157,7 @@ private:
             second = Languages::scriptOf(m_main) == Script::Latin ? QString() : m_main;
         if (second.isEmpty())
             return;
-        const Reading merged = mergedReading(task.best, task.read(m_pool, second));
+        const Reading merged = mergedReading(task.best, task.read(m_pool, second), task.script);
         if (merged.confidence() > task.best.confidence())
             task.best = merged;
     }

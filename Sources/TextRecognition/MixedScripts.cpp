@@ -13,6 +13,11 @@ namespace {
 /// misread in the other at 83 is common, the reverse of a foreign word is not.
 constexpr double advantage = 6;
 
+/// Confidences that a foreign word must reach, and below which one's own is doubted.
+constexpr double leastOther = 65;
+constexpr double sureOther = 88;
+constexpr double weakBase = 55;
+
 /// Words of both readings that stand on the same place.
 struct Place
 {
@@ -69,11 +74,19 @@ bool hasLetters(const QList<ReadWord> &words)
     return false;
 }
 
-bool takesOther(const Place &place)
+/// Whether the other reading is right where the base reading, of a line in `script`, is not.
+bool takesOther(const Place &place, Script script)
 {
     if (place.base.isEmpty() || !hasLetters(place.other))
         return false;
-    return confidence(place.other) > confidence(place.base) + advantage;
+    const double other = confidence(place.other);
+    const double base = confidence(place.base);
+    if (other < leastOther || other < base + advantage)
+        return false;
+    // What holds letters of the line's own script is rarely all wrong.
+    const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
+    return script == Script::Latin || 2 * own.own <= own.all() || base < weakBase ||
+           other >= sureOther;
 }
 
 enum class Direction { LeftToRight, RightToLeft, None };
@@ -123,12 +136,12 @@ void sortLogically(QList<ReadWord> &words)
 
 } // namespace
 
-Reading mergedReading(const Reading &base, const Reading &other)
+Reading mergedReading(const Reading &base, const Reading &other, Script script)
 {
     Reading merged{base.model, {}};
     bool changed = false;
     for (const Place &place : placesOf(base, other)) {
-        const bool takes = takesOther(place);
+        const bool takes = takesOther(place, script);
         changed = changed || takes;
         merged.words += takes ? place.other : place.base;
     }

@@ -6,6 +6,7 @@
 #include "NoiseFilter.h"
 #include "ReadingOrder.h"
 #include "TextRepair.h"
+#include "VerticalText.h"
 
 #include <algorithm>
 
@@ -14,9 +15,10 @@ namespace recognition {
 namespace {
 
 /// The lines that may be text, longest first: what is read first decides how the rest is read.
-std::vector<LineTask> lineTasks(const GreyImage &page, Workers &workers)
+std::vector<LineTask> lineTasks(const GreyImage &page, const std::vector<Mark> &marks,
+                                Workers &workers)
 {
-    std::vector<TextLine> lines = findLines(findMarks(page));
+    std::vector<TextLine> lines = findLines(marks);
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &a, const TextLine &b) {
         return a.box.width() * b.letterHeight > b.box.width() * a.letterHeight;
     });
@@ -66,8 +68,16 @@ PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
                                Workers &workers)
 {
-    std::vector<LineTask> tasks = lineTasks(page, workers);
-    if (tasks.empty() || languages.isEmpty())
+    const std::vector<Mark> marks = findMarks(page);
+    if (marks.empty() || languages.isEmpty())
+        return {};
+    if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
+        std::vector<PageLine> columns = readVertical(page, marks, pool);
+        if (!columns.empty())
+            return columns;
+    }
+    std::vector<LineTask> tasks = lineTasks(page, marks, workers);
+    if (tasks.empty())
         return {};
     readLines(tasks, languages, pool, workers);
     dropNoise(tasks);

@@ -107,12 +107,9 @@ private:
     {
         if (left.size() < 2 || right.size() < 2)
             return false;
-        const bool prose = isProse(left) && isProse(right);
-        if (prose && std::max(left.size(), right.size()) >= 3)
-            return true;
-        // Cells of one row stand on one line; the lines of two panes do not.
         const Indices &fewer = left.size() < right.size() ? left : right;
         const Indices &more = left.size() < right.size() ? right : left;
+        // Cells of one row stand on one line; the lines of two panes do not.
         std::size_t matched = 0;
         for (const std::size_t i : fewer) {
             for (const std::size_t k : more) {
@@ -123,11 +120,21 @@ private:
                 }
             }
         }
-        return fewer.size() >= 3 && 10 * matched < 7 * fewer.size();
+        const bool aligned = 10 * matched >= 7 * fewer.size();
+        const bool severalLines = fewer.size() >= 2 && more.size() >= 3;
+        if (aligned)
+            return severalLines && isProse(left, alignedProse) && isProse(right, alignedProse);
+        return fewer.size() >= 3 ||
+               (severalLines && isProse(left, looseProse) && isProse(right, looseProse));
     }
 
+    /// How wide columns of prose are at least, in letter heights: dates and file names in the
+    /// rows of a table are narrower than sentences.
+    static constexpr int alignedProse = 18;
+    static constexpr int looseProse = 9;
+
     /// Lines that fill their column: sentences, not labels.
-    bool isProse(const Indices &members) const
+    bool isProse(const Indices &members, int least) const
     {
         const int width = bounds(members).width();
         std::vector<int> widths;
@@ -135,7 +142,7 @@ private:
             widths.push_back(box(i).width());
         const auto middle = widths.begin() + std::ptrdiff_t(widths.size() / 2);
         std::nth_element(widths.begin(), middle, widths.end());
-        return *middle >= 0.6 * width && *middle >= 9 * letterHeight(members);
+        return *middle >= 0.6 * width && *middle >= least * letterHeight(members);
     }
 
     void region(Indices members, int depth)
