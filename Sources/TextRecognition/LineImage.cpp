@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <optional>
 
 namespace recognition {
 
@@ -22,115 +21,154 @@ constexpr int margin = 6;
 /// The longest prepared line, in pixels: what a line of 9 px type across an 8K screen needs.
 constexpr int longest = 30000;
 
+/// Letters are looked at together in pieces of this many letter heights.
+constexpr int longestStretch = 3;
+
+/// A change of the background by more grey levels is a border, not a shade.
+constexpr int mostDrift = 90;
+
 struct Tones
 {
     int background = 255;
     int ink = 0;
 
     int contrast() const { return std::abs(ink - background); }
-    bool isLike(const Tones &other) const
-    {
-        return (ink < background) == (other.ink < other.background) &&
-               std::abs(background - other.background) <= 16;
-    }
+    bool isDarkOnBright() const { return ink < background; }
 };
 
 using Histogram = std::array<int, 256>;
 
-/// The background is the commonest grey; ink is the far end of what is left.
-Tones tonesOf(const Histogram &histogram)
+/// The grey that `share` of the counted pixels do not exceed.
+int percentile(const Histogram &histogram, double share)
 {
-    int total = 0;
+    long total = 0;
     for (const int count : histogram)
         total += count;
-    const auto around = [&histogram](int value) {
-        int sum = 0;
-        for (int v = std::max(0, value - 2); v <= std::min(255, value + 2); ++v)
-            sum += histogram[std::size_t(v)];
-        return sum;
-    };
-    Tones tones;
-    int most = -1;
+    const auto wanted = long(double(total) * share);
+    long seen = 0;
     for (int value = 0; value < 256; ++value) {
-        const int count = around(value);
-        if (count > most) {
-            most = count;
-            tones.background = value;
+        seen += histogram[std::size_t(value)];
+        if (seen > wanted)
+            return value;
+    }
+    return 255;
+}
+
+/// Some letters of the line that share a background.
+struct Stretch
+{
+    Box box;
+    /// All pixels of the letters' boxes, and those on the boxes' rims: just outside the ink.
+    Histogram inside{};
+    Histogram rim{};
+    Tones tones;
+
+    double centre() const { return (box.left + box.right) / 2.0; }
+};
+
+void count(const GreyImage &page, const Box &mark, Stretch &stretch)
+{
+    for (int y = mark.top; y < mark.bottom; ++y) {
+        const std::uint8_t *line = page.row(y);
+        const bool edge = y == mark.top || y == mark.bottom - 1;
+        for (int x = mark.left; x < mark.right; ++x) {
+            ++stretch.inside[line[x]];
+            if (edge || x == mark.left || x == mark.right - 1)
+                ++stretch.rim[line[x]];
         }
     }
-    // Half a percent at either end may be anything.
-    const int spare = std::max(1, total / 200);
-    int dark = 0;
-    for (int seen = 0; dark < 255 && (seen += histogram[std::size_t(dark)]) < spare;)
-        ++dark;
-    int bright = 255;
-    for (int seen = 0; bright > 0 && (seen += histogram[std::size_t(bright)]) < spare;)
-        --bright;
+}
+
+/// The background is what surrounds the letters; ink is what is farthest from it. Half a percent
+/// at either end may be anything.
+Tones tonesOf(const Stretch &stretch)
+{
+    Tones tones;
+    tones.background = percentile(stretch.rim, 0.5);
+    const int dark = percentile(stretch.inside, 0.005);
+    const int bright = percentile(stretch.inside, 0.995);
     tones.ink = bright - tones.background > tones.background - dark ? bright : dark;
     return tones;
 }
 
-/// Columns of a line that share background and ink.
-struct Stretch
+bool areAlike(const Stretch &a, const Stretch &b)
 {
-    int left = 0;
-    int right = 0;
-    Histogram histogram{};
-    Tones tones;
-};
-
-Histogram histogramOf(const GreyImage &page, const Box &box)
-{
-    Histogram histogram{};
-    for (int y = box.top; y < box.bottom; ++y) {
-        const std::uint8_t *line = page.row(y);
-        // The rim of a line is background: it counts twice, for heavy type.
-        const int weight = y < box.top + 2 || y >= box.bottom - 2 ? 2 : 1;
-        for (int x = box.left; x < box.right; ++x)
-            histogram[line[x]] += weight;
-    }
-    return histogram;
+    return a.tones.isDarkOnBright() == b.tones.isDarkOnBright() &&
+           std::abs(a.tones.background - b.tones.background) <= 10;
 }
 
-/// The words' stretches, neighbours of like tones joined. They cover `box` without holes.
-std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line, const Box &box)
+/// The line's letters from the left, cut where there is a gap or after `longestStretch` letter
+/// heights, then joined again where the background stays the same.
+std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
 {
     const int gap = std::max(3, line.letterHeight * 3 / 10);
+    const int most = line.letterHeight * longestStretch;
     std::vector<Stretch> stretches;
-    int end = line.marks.front().box.left;
-    int begin = end;
-    const auto add = [&](int left, int right) {
-        Stretch stretch{std::clamp(left - 1, box.left, box.right),
-                        std::clamp(right + 1, box.left, box.right),
-                        {},
-                        {}};
-        stretch.histogram = histogramOf(page, {stretch.left, box.top, stretch.right, box.bottom});
-        stretch.tones = tonesOf(stretch.histogram);
-        if (!stretches.empty() && stretches.back().tones.isLike(stretch.tones)) {
-            Stretch &last = stretches.back();
-            for (std::size_t i = 0; i < last.histogram.size(); ++i)
-                last.histogram[i] += stretch.histogram[i];
-            last.right = stretch.right;
-            last.tones = tonesOf(last.histogram);
-        } else {
-            stretches.push_back(stretch);
-        }
-    };
     for (const Mark &mark : line.marks) {
-        if (mark.box.left > end + gap) {
-            add(begin, end);
-            begin = mark.box.left;
+        const bool follows = !stretches.empty() &&
+                             mark.box.left <= stretches.back().box.right + gap &&
+                             mark.box.right - stretches.back().box.left <= most;
+        if (follows)
+            stretches.back().box.unite(mark.box);
+        else
+            stretches.push_back({mark.box, {}, {}, {}});
+        count(page, mark.box, stretches.back());
+    }
+    std::vector<Stretch> joined;
+    for (Stretch &stretch : stretches) {
+        stretch.tones = tonesOf(stretch);
+        if (joined.empty() || !areAlike(joined.back(), stretch)) {
+            joined.push_back(stretch);
+            continue;
         }
-        end = std::max(end, mark.box.right);
+        Stretch &last = joined.back();
+        for (std::size_t i = 0; i < last.inside.size(); ++i) {
+            last.inside[i] += stretch.inside[i];
+            last.rim[i] += stretch.rim[i];
+        }
+        last.box.unite(stretch.box);
+        last.tones = tonesOf(last);
     }
-    add(begin, end);
-    for (std::size_t i = 1; i < stretches.size(); ++i) {
-        const int middle = (stretches[i - 1].right + stretches[i].left) / 2;
-        stretches[i - 1].right = stretches[i].left = middle;
+    return joined;
+}
+
+/// The tones at column `x`: those of its stretch, but where the background of like letters
+/// changes, as on a photograph, they change steadily from one stretch's middle to the next's.
+Tones tonesAt(const std::vector<Stretch> &stretches, int x)
+{
+    std::size_t i = 0;
+    while (i + 1 < stretches.size() &&
+           x >= (stretches[i].box.right + stretches[i + 1].box.left) / 2)
+        ++i;
+    const Stretch &mine = stretches[i];
+    const bool before = x < mine.centre();
+    if ((before && i == 0) || (!before && i + 1 == stretches.size()))
+        return mine.tones;
+    const Stretch &other = stretches[before ? i - 1 : i + 1];
+    if (other.tones.isDarkOnBright() != mine.tones.isDarkOnBright() ||
+        std::abs(other.tones.background - mine.tones.background) > mostDrift)
+        return mine.tones;
+    const double share = (x - mine.centre()) / (other.centre() - mine.centre());
+    const auto mix = [share](int a, int b) {
+        return int(std::lround(a + (b - a) * share));
+    };
+    return {mix(mine.tones.background, other.tones.background),
+            mix(mine.tones.ink, other.tones.ink)};
+}
+
+/// 1 where a letter is near, 0 where only the ends of a selection, a border or a neighbouring line
+/// can be.
+GreyImage closeness(const TextLine &line, const Box &box)
+{
+    GreyImage near(box.width(), box.height(), 0);
+    for (const Mark &mark : line.marks) {
+        const int left = std::max(box.left, mark.box.left - 2);
+        const int right = std::min(box.right, mark.box.right + 2);
+        for (int y = std::max(box.top, mark.box.top - 1);
+             y < std::min(box.bottom, mark.box.bottom + 1); ++y)
+            std::fill_n(near.row(y - box.top) + (left - box.left), right - left, std::uint8_t(1));
     }
-    stretches.front().left = box.left;
-    stretches.back().right = box.right;
-    return stretches;
+    return near;
 }
 
 } // namespace
@@ -144,28 +182,26 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
         return {};
 
     LineImage result;
-    GreyImage flat(box.width(), box.height(), 255);
-    for (const Stretch &stretch : stretchesOf(page, line, box)) {
-        const Tones &tones = stretch.tones;
-        result.contrast = std::max(result.contrast, tones.contrast());
-        if (tones.contrast() < leastContrast)
-            continue;
-        std::array<std::uint8_t, 256> map{};
-        for (int value = 0; value < 256; ++value) {
-            const double ink =
-                double(value - tones.background) / double(tones.ink - tones.background);
-            map[std::size_t(value)] =
-                std::uint8_t(std::lround(255 * (1 - std::clamp(ink, 0.0, 1.0))));
-        }
-        for (int y = box.top; y < box.bottom; ++y) {
-            const std::uint8_t *in = page.row(y);
-            std::uint8_t *out = flat.row(y - box.top) - box.left;
-            for (int x = stretch.left; x < stretch.right; ++x)
-                out[x] = map[in[x]];
-        }
-    }
+    const std::vector<Stretch> stretches = stretchesOf(page, line);
+    for (const Stretch &stretch : stretches)
+        result.contrast = std::max(result.contrast, stretch.tones.contrast());
     if (result.contrast < leastContrast)
         return {};
+
+    const GreyImage near = closeness(line, box);
+    GreyImage flat(box.width(), box.height(), 255);
+    for (int x = box.left; x < box.right; ++x) {
+        const Tones tones = tonesAt(stretches, x);
+        if (tones.contrast() < leastContrast)
+            continue;
+        const double slope = 255.0 / (tones.ink - tones.background);
+        for (int y = box.top; y < box.bottom; ++y) {
+            if (!near.at(x - box.left, y - box.top))
+                continue;
+            const double ink = std::clamp((page.at(x, y) - tones.background) * slope, 0.0, 255.0);
+            flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - int(ink + 0.5));
+        }
+    }
 
     double scale = letterHeight / std::max(4, line.letterHeight);
     scale = std::min({scale, 6.0, double(longest) / box.width()});

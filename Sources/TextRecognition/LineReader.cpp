@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LineReader.h"
 
+#include "IconFilter.h"
 #include "LanguageGuess.h"
 #include "MixedScripts.h"
 #include "ScriptChooser.h"
@@ -23,8 +24,17 @@ double gateOf(Script script)
 /// A line whose surest words are below this may hold words of another script.
 constexpr double mixedGate = 84;
 
+/// Another script's model must be this sure of a line.
+constexpr double leastForeign = 72;
+
 /// A line is taken for another language when that is this much likelier, as a power of two.
 constexpr double languageBits = 10;
+
+bool isHanScript(Script script)
+{
+    return script == Script::Japanese || script == Script::SimplifiedHan ||
+           script == Script::TraditionalHan;
+}
 
 class Reader
 {
@@ -49,6 +59,8 @@ public:
             for (LineTask &task : m_tasks)
                 lines.push_back(&task);
             useLatin(latinModel(lines, m_languages, m_pool, m_workers));
+        } else if (isHanScript(Languages::scriptOf(m_main))) {
+            chooseHan();
         }
         forEachLine([this](LineTask &task) { readLine(task); });
         if (Languages::scriptOf(m_main) != Script::Latin)
@@ -57,6 +69,7 @@ public:
             if (task.script == Script::Latin)
                 checkLanguage(task);
             checkMixed(task);
+            task.best = withoutIcons(task);
         });
     }
 
@@ -75,6 +88,19 @@ private:
         m_latin = model;
     }
 
+    /// Chinese of one kind or Japanese for the whole page: on single words the models are about
+    /// equally sure.
+    void chooseHan()
+    {
+        QStringList models = m_candidates;
+        models.removeIf([](const QString &m) { return !isHanScript(Languages::scriptOf(m)); });
+        std::vector<LineTask *> lines;
+        for (LineTask &task : m_tasks)
+            lines.push_back(&task);
+        m_main = hanModel(lines, models, m_pool, m_workers);
+        m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
+    }
+
     void readLine(LineTask &task)
     {
         take(task, task.read(m_pool, m_main));
@@ -82,20 +108,35 @@ private:
             return;
         if (!m_latin.isEmpty() && m_main != m_latin) {
             const Reading reading = task.read(m_pool, m_latin);
-            if (reading.confidence() > task.best.confidence() + 3)
+            const bool native = 10 * ownCharacters(task) >= 3 * task.best.characters();
+            if (reading.confidence() >= sureConfidence ||
+                (!native && reading.confidence() > task.best.confidence() + 3))
                 take(task, reading);
-            if (reading.confidence() >= sureConfidence)
+            if (reading.confidence() >= sureConfidence || native)
                 return;
         }
         QStringList others = m_candidates;
         others.removeAll(m_main);
-        const QString other =
-            otherScript(task, others, task.best.confidence() + 8, m_pool, nullptr);
+        // By a few letters any model may chance to be sure of something.
+        const int doubt = task.best.characters() <= 8 ? 25 : 8;
+        const double least = std::max(task.best.confidence() + doubt, leastForeign);
+        const QString other = otherScript(task, others, least, m_pool, nullptr);
         if (other.isEmpty())
             return;
         const Reading reading = task.read(m_pool, other);
         if (reading.confidence() > task.best.confidence() + 3)
             take(task, reading);
+    }
+
+    /// Characters of words that the line's model is sure of and that are in its own script.
+    static int ownCharacters(const LineTask &task)
+    {
+        int count = 0;
+        for (const ReadWord &word : task.best.words) {
+            if (word.confidence >= 70 && countLetters(word.text, task.script).own > 0)
+                count += int(word.text.size());
+        }
+        return count;
     }
 
     void take(LineTask &task, const Reading &reading)

@@ -251,6 +251,20 @@ void attach(std::vector<TextLine> &lines, const std::vector<Mark> &small)
     }
 }
 
+/// Drops the ends of selections and borders between letters: thin, and taller than any letter.
+void dropBars(std::vector<TextLine> &lines)
+{
+    for (TextLine &line : lines) {
+        std::vector<Mark> letters;
+        for (const Mark &mark : line.marks) {
+            if (mark.box.width() > 4 || 2 * mark.box.height() < 3 * line.letterHeight)
+                letters.push_back(mark);
+        }
+        if (!letters.empty() && letters.size() < line.marks.size())
+            line = lineOf(std::move(letters));
+    }
+}
+
 /// Joins pieces of one line that letters alone did not tie: across a dash, an ellipsis, a small
 /// word beside a big one.
 void joinPieces(std::vector<TextLine> &lines)
@@ -308,6 +322,7 @@ std::vector<TextLine> findLines(const std::vector<Mark> &marks)
         (mark.box.height() >= smallestLetter ? letters : small).push_back(mark);
     std::vector<TextLine> lines = linesOfLetters(letters, small);
     splitRows(lines);
+    dropBars(lines);
     attach(lines, small);
     joinPieces(lines);
     std::erase_if(lines, [](const TextLine &line) {

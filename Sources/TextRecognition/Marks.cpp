@@ -165,7 +165,7 @@ private:
             }
             if (4 * pixels < component.pixels)
                 break;
-            if (letters >= 4 && 20 * highest <= 11 * box.height()) {
+            if (letters >= 4 && 20 * highest <= 12 * box.height()) {
                 level = next;
                 return parts;
             }

@@ -15,8 +15,8 @@ constexpr double advantage = 6;
 
 /// Confidences that a foreign word must reach, and below which one's own is doubted.
 constexpr double leastOther = 65;
-constexpr double sureOther = 88;
-constexpr double weakBase = 55;
+constexpr double sureOther = 85;
+constexpr double weakBase = 65;
 
 /// Words of both readings that stand on the same place.
 struct Place
@@ -74,6 +74,22 @@ bool hasLetters(const QList<ReadWord> &words)
     return false;
 }
 
+/// Whether words are capitals that look alike in Cyrillic and Latin script, with one more that a
+/// model may have put in their place: GTK read as СТК, MMMM as ММММ.
+bool isAlike(const QList<ReadWord> &words)
+{
+    static const QString alike = QStringLiteral("АВСЕНКМОРТХУИФ");
+    int letters = 0;
+    for (const ReadWord &word : words) {
+        for (const QChar c : word.text) {
+            if (c.isLetter() && !alike.contains(c))
+                return false;
+            letters += c.isLetter();
+        }
+    }
+    return letters >= 2;
+}
+
 /// Whether the other reading is right where the base reading, of a line in `script`, is not.
 bool takesOther(const Place &place, Script script)
 {
@@ -81,7 +97,11 @@ bool takesOther(const Place &place, Script script)
         return false;
     const double other = confidence(place.other);
     const double base = confidence(place.base);
-    if (other < leastOther || other < base + advantage)
+    if (other < leastOther)
+        return false;
+    if (script == Script::Cyrillic && isAlike(place.base))
+        return true;
+    if (other < base + advantage)
         return false;
     // What holds letters of the line's own script is rarely all wrong.
     const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
@@ -103,17 +123,8 @@ Direction directionOf(const ReadWord &word)
 }
 
 /// From places on the line to the order they are read in.
-void sortLogically(QList<ReadWord> &words)
+void sortLogically(QList<ReadWord> &words, bool fromRight)
 {
-    int balance = 0;
-    for (const ReadWord &word : words) {
-        const Direction direction = directionOf(word);
-        const auto weight = int(word.text.size());
-        balance += direction == Direction::RightToLeft   ? weight
-                   : direction == Direction::LeftToRight ? -weight
-                                                         : 0;
-    }
-    const bool fromRight = balance > 0;
     const Direction against = fromRight ? Direction::LeftToRight : Direction::RightToLeft;
     std::stable_sort(words.begin(), words.end(), [fromRight](const ReadWord &a, const ReadWord &b) {
         return fromRight ? a.box.centreX2() > b.box.centreX2()
@@ -138,16 +149,28 @@ void sortLogically(QList<ReadWord> &words)
 
 Reading mergedReading(const Reading &base, const Reading &other, Script script)
 {
+    std::vector<Place> places = placesOf(base, other);
+    std::sort(places.begin(), places.end(),
+              [](const Place &a, const Place &b) { return a.box.left < b.box.left; });
+    std::vector<bool> takes;
+    for (const Place &place : places)
+        takes.push_back(takesOther(place, script));
+    // Numbers and brackets go with the foreign word that they stand beside.
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool beside = (i > 0 && takes[i - 1]) || (i + 1 < places.size() && takes[i + 1]);
+        if (!takes[i] && beside && !hasLetters(places[i].base) && !places[i].other.isEmpty() &&
+            confidence(places[i].other) + advantage > confidence(places[i].base))
+            takes[i] = true;
+    }
     Reading merged{base.model, {}};
     bool changed = false;
-    for (const Place &place : placesOf(base, other)) {
-        const bool takes = takesOther(place, script);
-        changed = changed || takes;
-        merged.words += takes ? place.other : place.base;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        changed = changed || takes[i];
+        merged.words += takes[i] ? places[i].other : places[i].base;
     }
     if (!changed)
         return base;
-    sortLogically(merged.words);
+    sortLogically(merged.words, script == Script::Arabic);
     return merged;
 }
 

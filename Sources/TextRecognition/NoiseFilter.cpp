@@ -36,6 +36,11 @@ double leastConfidence(const LineTask &task, const Evidence &page)
     const int characters = task.best.characters();
     if (letters == 0)
         return 80;
+    // A switch or an icon set apart from its label is one mark, about twice as wide as high.
+    const Box &box = task.line().box;
+    if (characters <= 3 && task.line().marks.size() == 1 && 10 * box.width() >= 13 * box.height() &&
+        box.width() <= 3 * box.height())
+        return 85;
     if (characters <= 2)
         return page.goodCharacters > 8 ? 60 : 80;
     if (characters <= 4)

@@ -18,14 +18,29 @@ constexpr int sampleLength = 12;
 constexpr int languageLetters = 60;
 constexpr std::size_t languageLines = 3;
 
+/// Lines, and letters of each, that tell Chinese from Japanese, and how much kana make it surer.
+constexpr std::size_t hanLines = 3;
+constexpr int hanSampleLength = 15;
+constexpr double kanaBonus = 10;
+
 /// A language this many times likelier (as a power of two) than the next is taken for granted.
 constexpr double clearBits = 8;
+
+/// Whether a text has Cyrillic letters other than those that look like Latin ones.
+bool hasOwnShapes(const QString &text)
+{
+    static const QString alike = u"АВЕЗІКМНОРСТУХЬавеіорсухтмкнг"_s;
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar c) { return isCyrillic(c.unicode()) && !alike.contains(c); });
+}
 
 /// How sure a model is of a sample of its own script, less what few letters may be by chance.
 double scriptScore(const Reading &reading, Script script)
 {
     const LetterCount letters = countLetters(reading.text(), script);
-    if (letters.own < std::max(1, letters.latin))
+    if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits)
+        return 0;
+    if (script == Script::Cyrillic && !hasOwnShapes(reading.text()))
         return 0;
     const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
     return reading.confidence() - few;
@@ -96,6 +111,29 @@ QString mainModel(LineTask &task, const QStringList &candidates, EnginePool &poo
     if (!other.isEmpty())
         return other;
     return latin != candidates.end() ? *latin : candidates.first();
+}
+
+QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models, EnginePool &pool,
+                 Workers &workers)
+{
+    const std::size_t lines = std::min(tasks.size(), hanLines);
+    const auto count = std::size_t(models.size());
+    std::vector<double> scores(lines * count, 0);
+    workers.forEach(scores.size(), [&](std::size_t i) {
+        const QString &model = models[qsizetype(i % count)];
+        const Reading reading = tasks[i / count]->sample(pool, model, hanSampleLength, false);
+        const QString text = reading.text();
+        const auto kana =
+            std::count_if(text.cbegin(), text.cend(), [](QChar c) { return isKana(c.unicode()); });
+        // A Chinese model cannot read kana, and the Japanese one sees few in Chinese.
+        const bool japanese = Languages::scriptOf(model) == Script::Japanese;
+        const double bonus = japanese && 5 * kana > reading.characters() ? kanaBonus : 0;
+        scores[i] = (reading.confidence() + bonus) * std::min(20, reading.characters());
+    });
+    std::vector<double> sums(count, 0);
+    for (std::size_t i = 0; i < scores.size(); ++i)
+        sums[i % count] += scores[i];
+    return models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
 }
 
 QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
