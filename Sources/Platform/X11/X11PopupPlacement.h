@@ -21,7 +21,7 @@ public:
     X11PopupPlacement(std::shared_ptr<X11Connection> connection, const Screens &screens);
 
     void makeFloating(QWidget &window) override;
-    /// May block until the window manager has answered, 100 ms at most, once for each one.
+    /// May block until the window manager has answered, 300 ms at most, once for each one.
     CocoaSize frameSize(const QWidget &window) const override;
     CocoaRect frame(const QWidget &window) const override;
     void setFrameOrigin(QWidget &window, CocoaPoint origin) override;

@@ -5,6 +5,10 @@ namespace {
 /// Window managers answer within a few milliseconds; a hung one must not hold up the popup.
 constexpr std::chrono::milliseconds longestAnswer(100);
 
+/// The same for a window that has to be framed first: KWin, drawing in software on a busy machine,
+/// was seen to need more than 100 ms.
+constexpr std::chrono::milliseconds longestFraming(300);
+
 /// Listens to changes of a window's properties while it exists, on a connection that otherwise
 /// gets no events of that window.
 class PropertyEvents
@@ -121,7 +125,7 @@ std::optional<QMargins> X11WindowManager::probedExtents()
     const xcb_atom_t extents = m_connection.atom("_NET_FRAME_EXTENTS");
     m_connection.awaitEvent(
         [&](const xcb_generic_event_t &event) { return propertyChange(event, extents) != nullptr; },
-        longestAnswer);
+        longestFraming);
     const auto answer = knownExtents(probe);
     xcb_destroy_window(xcb, probe);
     xcb_flush(xcb);
@@ -134,16 +138,19 @@ QMargins X11WindowManager::frameExtents(xcb_window_t window)
     if (manager == XCB_WINDOW_NONE) {
         return {};
     }
-    if (const auto known = knownExtents(window)) {
-        return *known;
+    auto extents = knownExtents(window);
+    if (!extents && m_answeredBy == manager) {
+        return m_answer;
     }
-    if (m_answeredBy != manager) {
-        m_answer =
-            (supports("_NET_REQUEST_FRAME_EXTENTS") ? requestedExtents(window) : probedExtents())
-                .value_or(QMargins());
+    if (!extents) {
+        extents =
+            supports("_NET_REQUEST_FRAME_EXTENTS") ? requestedExtents(window) : probedExtents();
+    }
+    if (extents) {
+        m_answer = *extents;
         m_answeredBy = manager;
     }
-    return m_answer;
+    return extents.value_or(QMargins());
 }
 
 QRect X11WindowManager::clientGeometry(xcb_window_t window) const
