@@ -75,6 +75,8 @@ void CanberraSounds::beep()
                 return;
             }
         }
+    } else {
+        m_worker.connect(); // for the next time
     }
     windowSystemBell();
 }

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+// The status item in Xfce's panel, which shows StatusNotifierItems and draws their menus itself.
+
+#include "Platform/Freedesktop/StatusNotifierPanel.h"
+#include "Platform/Qt/PanelStatusBar.h"
+#include "Platform/SystemSymbol.h"
+#include "Platform/X11/XEmbedTray.h"
+#include "Support/Desktop.h"
+
+#include <QGuiApplication>
+#include <QMenu>
+#include <QScreen>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QImage seen()
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
+        QImage::Format_RGB32);
+}
+
+QRect difference(const QImage &one, const QImage &other)
+{
+    QRect changed;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (one.pixel(x, y) != other.pixel(x, y)) {
+                changed |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return changed;
+}
+
+void click(const QPoint &position, int button)
+{
+    outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(position.x()),
+                            QString::number(position.y()), u"click"_s, QString::number(button)});
+}
+
+} // namespace
+
+class StatusItemXfceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void showsOneCrispIconInThePanelsColour();
+    void leftClickIsAClick();
+    void panelShowsTheMenu();
+
+private:
+    /// Where `area` of the screen has changed against `before`, once it changes no more.
+    static QRect settled(const QImage &before, const QRect &area);
+
+    bool opensOurMenu();
+
+    QImage m_bare;
+    QRect m_place;
+    std::unique_ptr<StatusItem> m_item;
+    std::shared_ptr<StatusItemButton> m_button;
+    int m_leftClicks = 0;
+    int m_chosen = 0;
+    int m_menusMade = 0;
+};
+
+QRect StatusItemXfceTest::settled(const QImage &before, const QRect &area)
+{
+    QRect found;
+    const bool isSteady = QTest::qWaitFor([&] {
+        const QRect now =
+            difference(before.copy(area), seen().copy(area)).translated(area.topLeft());
+        const bool isSame = now == found && !now.isEmpty();
+        found = now;
+        return isSame;
+    });
+    return isSteady ? found : QRect();
+}
+
+void StatusItemXfceTest::init()
+{
+    outputOf(u"xdotool"_s, {u"mousemove"_s, u"5"_s, u"5"_s});
+    m_leftClicks = m_chosen = m_menusMade = 0;
+    // The panel may still be drawing itself.
+    m_bare = seen();
+    QTRY_VERIFY(areAlike(m_bare, std::exchange(m_bare, seen())));
+
+    PanelStatusBar bar([] {
+        const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME));
+        PanelStatusBar::Panels panels;
+        panels.push_back(std::make_unique<StatusNotifierPanel>(
+            StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork));
+        panels.push_back(std::make_unique<XEmbedTray>(u"Test"_s, artwork));
+        return panels;
+    });
+    m_item = bar.makeStatusItem();
+    m_button = m_item->button();
+    m_button->setImage(systemSymbol(u"text.viewfinder"_s, {}));
+    m_button->setAction([this](const StatusItemEvent &event) {
+        if (event.type == StatusItemEvent::Type::LeftMouseUp) {
+            ++m_leftClicks;
+            return;
+        }
+        ++m_menusMade;
+        auto menu = std::make_unique<QMenu>();
+        menu->addAction(u"Capture Text"_s, this, [this] { ++m_chosen; });
+        menu->addAction(u"Quit"_s);
+        m_button->popUpContextMenu(std::move(menu), event);
+    });
+    // A separator in the middle of the panel moves when an item comes.
+    const QRect screen = m_bare.rect();
+    m_place = settled(m_bare, screen.adjusted(screen.width() - 100, 0, 0, 0));
+    QVERIFY(!m_place.isEmpty());
+}
+
+void StatusItemXfceTest::cleanup()
+{
+    m_button.reset();
+    m_item.reset();
+    QTRY_VERIFY(areAlike(seen(), m_bare));
+}
+
+void StatusItemXfceTest::showsOneCrispIconInThePanelsColour()
+{
+    // 16 pixels on the 22 of the panel's icons; two icons would be wider.
+    QCOMPARE(m_place.size(), QSize(16, 16));
+    const QImage icon = seen().copy(m_place);
+    const bool isPanelDark = qGray(m_bare.pixel(m_place.center())) < 128;
+    int full = 0;
+    for (int y = 0; y < icon.height(); ++y) {
+        for (int x = 0; x < icon.width(); ++x) {
+            const int grey = qGray(icon.pixel(x, y));
+            full += (isPanelDark ? grey > 220 : grey < 70) ? 1 : 0;
+        }
+    }
+    QVERIFY2(full >= 80, qPrintable(QString::number(full)));
+    const QString windows = outputOf(u"xwininfo"_s, {u"-root"_s, u"-tree"_s});
+    QVERIFY2(!windows.contains(u"\"Test\": (\"vellora\""_s), "not in its system tray as well");
+}
+
+void StatusItemXfceTest::leftClickIsAClick()
+{
+    click(m_place.center(), 1);
+    QTRY_COMPARE(m_leftClicks, 1);
+    click(m_place.center(), 2);
+    click(m_place.center(), 1);
+    QTRY_COMPARE(m_leftClicks, 2);
+    QCOMPARE(m_chosen, 0);
+}
+
+bool StatusItemXfceTest::opensOurMenu()
+{
+    constexpr int longestAnswer = 1000;
+    const int made = m_menusMade;
+    click(m_place.center(), 3);
+    if (QTest::qWaitFor([&] { return m_menusMade > made; }, longestAnswer)) {
+        return true;
+    }
+    outputOf(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+    return false;
+}
+
+void StatusItemXfceTest::panelShowsTheMenu()
+{
+    for (int i = 1; i <= 2; ++i) {
+        const QImage before = seen();
+        // Until it has read the menu, the panel shows its own; it asks again before showing ours.
+        QTRY_VERIFY(opensOurMenu());
+        // Larger than what lights up around the icon.
+        QRect menu;
+        QTRY_VERIFY((menu = settled(before, before.rect())).height() > 40);
+        click(menu.topLeft() + QPoint(menu.width() / 3, 18), 1);
+        QTRY_COMPARE(m_chosen, i);
+        outputOf(u"xdotool"_s, {u"mousemove"_s, u"5"_s, u"5"_s});
+        QTRY_VERIFY(areAlike(seen(), before));
+    }
+    QCOMPARE(m_leftClicks, 0);
+}
+
+QTEST_MAIN(StatusItemXfceTest)
+#include "StatusItemXfceTest.moc"
