@@ -8,7 +8,7 @@ import unittest
 from support import desktop, main
 from support.desktop import Clipboard, Pointer, key, points
 from support.page import Page
-from support.program import Program, is_unchanged
+from support.program import Program, activate_action, is_dimmed, is_unchanged
 from support.waiting import holds_for, wait_until
 
 TEXT = "Not to be copied"
@@ -72,6 +72,22 @@ class CancelTest(unittest.TestCase):
             before = program.start_capture()
             window, = desktop.windows_titled("Text page")
             desktop.tool("xdotool", "windowactivate", window)
+            self.assert_cancelled(program, before)
+
+    def test_screens_come_and_go(self):
+        screen = desktop.SCREENS[0]
+        half = f"{screen.width // 2}/200x{screen.height}/200"
+        with Page(TEXT), Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            desktop.tool("xrandr", "--setmonitor", "left", f"{half}+0+0", "screen")
+            desktop.tool("xrandr", "--setmonitor", "right", f"{half}+{screen.width // 2}+0", "none")
+            self.assert_cancelled(program, before)
+            # The panel may have gone with its screen's edge, so not by a click.
+            activate_action("capture")
+            wait_until("the dim on both screens", lambda: is_dimmed(before))
+            desktop.tool("xrandr", "--delmonitor", "right")
+            desktop.tool("xrandr", "--delmonitor", "left")
             self.assert_cancelled(program, before)
 
     def test_being_ended(self):

@@ -89,6 +89,12 @@ class DamageTest(unittest.TestCase):
         self.addCleanup(folder.unlink)
         self.assert_works_with_defaults()
 
+    def test_no_sound_server(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard",
+                                          "shutterSound": "true"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+
     @unittest.skipUnless(can_hide_files(), "this system does not let a process hide files")
     def test_no_language_data(self):
         with Page(TEXT) as page, Program({}, command=[*WITHOUT_LANGUAGE_DATA, binary()]) as program:

@@ -47,6 +47,21 @@ class SessionTest(unittest.TestCase):
             self.assertEqual(program.wait_for_end(), 0)
             self.assertFalse(is_on_bus())
 
+    def test_windows_of_actions(self):
+        for action, title in (("settings", "Vellora Settings"),
+                              ("check-for-updates", "Vellora Update")):
+            with self.subTest(action=action), Program({}) as program:
+                program.status_item()
+                before = screenshot()
+                activate_action(action)
+                window, = wait_until("the window", lambda: desktop.windows_titled(title))
+                activate_action(action)
+                holds_for("one window", lambda: desktop.windows_titled(title) == [window], 0.3)
+                desktop.tool("xdotool", "windowactivate", window)
+                key("alt+F4")
+                wait_until("the window's end", lambda: is_unchanged(before))
+                self.assertTrue(program.is_running())
+
     def test_signals_end_it_in_order(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number), Program({}) as program:

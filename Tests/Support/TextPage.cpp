@@ -4,7 +4,8 @@
 //   text-page --place X,Y,W,H [--pixel-size N] [--title T] TEXT|FILE.html
 //
 // Everything is in pixels. Says "shown X Y W H" on standard output whenever it has been drawn at a
-// new place, "key K" for each key that reaches it, and "click X Y" for each press of a button.
+// new place, "active" when it gets the keyboard, "key K" for each key that reaches it, and
+// "click X Y" for each press of a button.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -58,6 +59,14 @@ protected:
         m_document.drawContents(&painter);
         painter.end();
         tellPlace();
+    }
+
+    void changeEvent(QEvent *event) override
+    {
+        QWidget::changeEvent(event);
+        if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+            say(u"active"_s);
+        }
     }
 
     void moveEvent(QMoveEvent * /*event*/) override { update(); }

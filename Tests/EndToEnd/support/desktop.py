@@ -18,6 +18,7 @@ NAME = os.environ["VELLORA_DESKTOP"]
 PANEL = os.environ["VELLORA_DESKTOP_PANEL"]
 SCALE = float(os.environ["VELLORA_DESKTOP_SCALE"])
 COMPOSITED = any(word in NAME for word in ("picom", "compositor"))
+HAS_MANAGER = NAME != "none"
 WALLPAPER = 0xC8
 
 
@@ -161,6 +162,12 @@ def windows_titled(title):
     """The visible windows with exactly this title."""
     found = tool("xdotool", "search", "--onlyvisible", "--name", re.escape(title), check=False)
     return [window for window in found.split() if title_of(window) == title]
+
+
+def active_window():
+    """The window that the window manager gave the keyboard, as a number."""
+    found = re.search(r"0x[0-9a-f]+", tool("xprop", "-root", "_NET_ACTIVE_WINDOW"))
+    return int(found[0], 16) if found else 0
 
 
 def title_of(window):

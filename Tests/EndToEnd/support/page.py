@@ -31,6 +31,10 @@ class Page:
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
         wait_until("the text page", lambda: self._place() and self._is_seen())
+        # A window manager gives a new window the focus when it gets to it; were that later, it
+        # would be another program that comes to the front.
+        if desktop.HAS_MANAGER:
+            wait_until("the text page's focus", lambda: "active" in self.lines)
         return self
 
     def __exit__(self, *_):

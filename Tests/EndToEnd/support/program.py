@@ -180,9 +180,10 @@ class Program:
 
     @staticmethod
     def popup():
-        """The result window, once it is there."""
-        return wait_until("the result window",
-                          lambda: desktop.windows_titled(POPUP_TITLE))[0]
+        """The result window, once it is there and has the keyboard."""
+        window = wait_until("the result window", lambda: desktop.windows_titled(POPUP_TITLE))[0]
+        wait_until("the result window's focus", lambda: desktop.active_window() == int(window))
+        return window
 
 
 def dimmed(picture):
