@@ -76,7 +76,16 @@ void Peer::activate()
 {
     // Without a window manager nobody but the server itself can be asked.
     const bool isManaged = qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1;
-    const QString request = isManaged ? u"windowactivate"_s : u"windowfocus"_s;
+    focusBy(isManaged ? u"windowactivate"_s : u"windowfocus"_s);
+}
+
+void Peer::takeKeyboard()
+{
+    focusBy(u"windowfocus"_s);
+}
+
+void Peer::focusBy(const QString &request)
+{
     const auto hasFocus = [this] {
         // It fails as long as nobody has the keyboard.
         QProcess process;

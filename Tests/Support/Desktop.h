@@ -30,12 +30,15 @@ public:
     void showWindow(const QRect &place);
     /// Makes its window the active one, as a window switcher does, and waits until keys go there.
     void activate();
+    /// Takes the keyboard without asking the window manager, and waits until keys go there.
+    void takeKeyboard();
     /// Sends a command and gives the answer's rest, once it has come.
     QString ask(const QString &command);
     /// Whether it has said such a line since it was last asked, waiting for it if need be.
     bool says(const QString &line);
 
 private:
+    void focusBy(const QString &request);
     bool awaitLine();
 
     QProcess m_process;
