@@ -13,7 +13,7 @@ import support
 
 from . import desktop
 from .desktop import Box, Pointer, screenshot
-from .waiting import wait_until
+from .waiting import TimedOut, wait_until
 
 APPLICATION_ID = "org.vellora.Vellora"
 OBJECT_PATH = "/org/vellora/Vellora"
@@ -169,7 +169,20 @@ class Program:
         self.status_item()
         before = screenshot()
         self.click()
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        seen = False
+
+        def all_dim():
+            nonlocal seen
+            now = screenshot()
+            seen = seen or not is_unchanged(before, now)
+            return is_dimmed(before, now)
+
+        try:
+            wait_until("the dim on every screen", all_dim)
+        except TimedOut as problem:
+            raise TimedOut(f"{problem}; there was {'something' if seen else 'never anything'}; the "
+                           f"item is at {desktop.find_tray_icon()}, clicked at {self._item}") \
+                from problem
         return before
 
     def capture(self, box):
@@ -200,16 +213,17 @@ def _compared(now, before):
         yield area.of(now), area.of(before)
 
 
-def is_dimmed(before, tolerance=2):
-    now = screenshot()
+def is_dimmed(before, now=None, tolerance=2):
+    now = screenshot() if now is None else now
     middle = desktop.SCREENS[0].width // 2
     panel = Box(middle, desktop.SCREENS[0].height - desktop.points(10), 4, 4)
     areas = [*_compared(now, before), (panel.of(now), panel.of(before))]
     return all((abs(screen - dimmed(was)) <= tolerance).all() for screen, was in areas)
 
 
-def is_unchanged(before):
-    return all((screen == was).all() for screen, was in _compared(screenshot(), before))
+def is_unchanged(before, now=None):
+    now = screenshot() if now is None else now
+    return all((screen == was).all() for screen, was in _compared(now, before))
 
 
 # The session bus
