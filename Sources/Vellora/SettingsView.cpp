@@ -58,6 +58,17 @@ FormSection *SettingsView::addSection(const QString &header)
     return section;
 }
 
+void SettingsView::bind(ToggleSwitch *control, bool (Settings::*value)() const,
+                        void (Settings::*assign)(bool))
+{
+    // Not the click: screen readers toggle without one.
+    connect(control, &QCheckBox::toggled, &m_settings, [this, value, assign](bool on) {
+        if (on != (m_settings.*value)()) {
+            (m_settings.*assign)(on);
+        }
+    });
+}
+
 void SettingsView::addOutput()
 {
     FormSection *section = addSection(tr("Output"));
@@ -74,10 +85,10 @@ void SettingsView::addCapture()
 {
     FormSection *section = addSection(tr("Capture"));
     m_shutterSound = new ToggleSwitch(tr("&Shutter sound"), section);
-    connect(m_shutterSound, &QCheckBox::clicked, &m_settings, &Settings::setShutterSound);
+    bind(m_shutterSound, &Settings::shutterSound, &Settings::setShutterSound);
     section->addRow(m_shutterSound);
     m_showNotification = new ToggleSwitch(tr("Show &notification when copied"), section);
-    connect(m_showNotification, &QCheckBox::clicked, &m_settings, &Settings::setShowNotification);
+    bind(m_showNotification, &Settings::showNotification, &Settings::setShowNotification);
     section->addRow(m_showNotification);
 }
 
@@ -85,7 +96,7 @@ void SettingsView::addKeyboardShortcut()
 {
     m_shortcutSection = addSection(tr("Keyboard Shortcut"));
     m_hotkeyEnabled = new ToggleSwitch(tr("&Enable global hotkey"), m_shortcutSection);
-    connect(m_hotkeyEnabled, &QCheckBox::clicked, &m_settings, &Settings::setHotkeyEnabled);
+    bind(m_hotkeyEnabled, &Settings::hotkeyEnabled, &Settings::setHotkeyEnabled);
     m_shortcutSection->addRow(m_hotkeyEnabled);
 }
 
@@ -111,7 +122,7 @@ void SettingsView::addGeneral()
 {
     FormSection *section = addSection(tr("General"));
     m_launchAtLogin = new ToggleSwitch(tr("&Launch at login"), section);
-    connect(m_launchAtLogin, &QCheckBox::clicked, &m_settings, &Settings::setLaunchAtLogin);
+    bind(m_launchAtLogin, &Settings::launchAtLogin, &Settings::setLaunchAtLogin);
     section->addRow(m_launchAtLogin);
 }
 

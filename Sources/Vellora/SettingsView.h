@@ -32,6 +32,9 @@ public:
 
 private:
     FormSection *addSection(const QString &header);
+    /// Ties a switch to a setting, which it writes when it is toggled.
+    void bind(ToggleSwitch *control, bool (Settings::*value)() const,
+              void (Settings::*assign)(bool));
     void addOutput();
     void addCapture();
     void addKeyboardShortcut();

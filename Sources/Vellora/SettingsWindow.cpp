@@ -10,9 +10,9 @@
 #include <QEvent>
 #include <QScrollArea>
 #include <QVBoxLayout>
-#include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -52,18 +52,22 @@ void center(QWidget &window)
                                              screen->visibleFrame.midY() - size.height / 2});
 }
 
+CocoaRect withinReach(const CocoaRect &frame)
+{
+    return {
+        {std::clamp(frame.origin.x, -furthest, furthest),
+         std::clamp(frame.origin.y, -furthest, furthest)},
+        {std::clamp(frame.size.width, 0.0, largest), std::clamp(frame.size.height, 0.0, largest)}};
+}
+
 void setFrame(QWidget &window, const CocoaRect &frame)
 {
     PopupPlacement &placement = *Platform::current().popupPlacement;
     const CocoaSize outer = placement.frameSize(window);
     const QSizeF borders(outer.width - window.width(), outer.height - window.height());
-    window.resize((QSizeF(std::clamp(frame.size.width, 0.0, largest),
-                          std::clamp(frame.size.height, 0.0, largest)) -
-                   borders)
-                      .toSize()
-                      .expandedTo({0, 0}));
-    placement.setFrameOrigin(window, {std::clamp(frame.origin.x, -furthest, furthest),
-                                      std::clamp(frame.origin.y, -furthest, furthest)});
+    window.resize(
+        (QSizeF(frame.size.width, frame.size.height) - borders).toSize().expandedTo({0, 0}));
+    placement.setFrameOrigin(window, frame.origin);
 }
 } // namespace
 
@@ -86,7 +90,7 @@ void SettingsWindowController::show(Updater *updater)
         return;
     }
     auto window = makeWindow(updater);
-    restoreFrame(*window);
+    shared().restoreFrame(*window);
     placement.makeKeyAndOrderFront(*window);
     static const bool emptiedAtEnd = (qAddPostRoutine(emptySlot), true);
     Q_UNUSED(emptiedAtEnd)
@@ -100,7 +104,6 @@ std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
                      Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
                      Qt::WindowCloseButtonHint);
     window->setWindowTitle(tr("Vellora Settings"));
-    window->setWindowIcon(loadedAppIcon());
     window->setWindowIcon(loadedAppIcon());
     window->setMinimumSize(minimumSize);
     window->resize(contentSize);
@@ -121,20 +124,34 @@ std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
 void SettingsWindowController::restoreFrame(QWidget &window)
 {
     const auto text = Platform::current().userDefaults->string(frameKey);
+    m_appeared = false;
+    m_restoredFrame.reset();
     if (text) {
-        setFrame(window, rectFromString(*text));
+        m_restoredFrame = withinReach(rectFromString(*text));
+        setFrame(window, *m_restoredFrame);
     } else {
         center(window);
     }
 }
 
+void SettingsWindowController::windowDidAppear()
+{
+    const auto wanted = std::exchange(m_restoredFrame, std::nullopt);
+    // Not every window manager tells beforehand how wide its borders will be.
+    if (wanted && window() && Platform::current().popupPlacement->frame(*window()) != *wanted) {
+        setFrame(*window(), *wanted);
+    }
+}
+
 bool SettingsWindowController::eventFilter(QObject *watched, QEvent *event)
 {
-    // Until it is seen, a window is moved and sized only by being placed, also by the window
+    if (event->type() == QEvent::WindowActivate && !m_appeared) {
+        m_appeared = true;
+        windowDidAppear();
+    }
+    // Until then the window is moved and sized only by being placed, by us and by the window
     // manager: nothing to be remembered.
-    const auto *moved = qobject_cast<QWidget *>(watched);
-    if (moved && moved == window() && moved->isVisible() && moved->windowHandle() &&
-        moved->windowHandle()->isExposed()) {
+    if (m_appeared && watched == window() && window()->isVisible()) {
         if (event->type() == QEvent::Resize) {
             windowDidResize();
         } else if (event->type() == QEvent::Move) {

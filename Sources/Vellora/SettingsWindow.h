@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/CocoaGeometry.h"
+
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 class QWidget;
 class Updater;
@@ -29,8 +32,14 @@ private:
 
     static SettingsWindowController &shared();
     static std::unique_ptr<QWidget> makeWindow(Updater *updater);
-    static void restoreFrame(QWidget &window);
+    void restoreFrame(QWidget &window);
+    /// The window has become the active one: the window manager has given it its frame and place.
+    void windowDidAppear();
     static void windowDidResize();
     static void windowDidMove();
     static void storeFrame();
+
+    /// The frame that the window is to have, until it has appeared.
+    std::optional<CocoaRect> m_restoredFrame;
+    bool m_appeared = false;
 };
