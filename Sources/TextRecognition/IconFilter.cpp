@@ -2,23 +2,25 @@
 #include "IconFilter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace recognition {
 
 namespace {
 
-/// An icon stands at least this many letter heights from its text; words are closer together in
-/// most type.
-constexpr double leastGap = 0.38;
+/// An icon stands at least this many letter heights from its text; the words of narrow type are
+/// hardly farther apart.
+constexpr double leastGap = 0.2;
 
-/// An icon is read as at most this many characters.
-constexpr int mostCharacters = 4;
+/// A word of this many letters is taken for an icon only below this confidence: the longer it is
+/// the rarer an icon is read so. Place 0 is for what has no letters.
+constexpr std::array iconConfidence{92.0, 78.0, 78.0, 65.0, 50.0};
 
-/// Words of letters are taken for icons only below this confidence, and only if what remains is
-/// surer by the margin; lone marks may be surer.
-constexpr double weakLetters = 75;
-constexpr double weakMarks = 92;
+/// The same of what is higher than its line's letters, as icons are and words are not.
+constexpr double tallConfidence = 88;
+
+/// What remains of the line has to be surer by this.
 constexpr double margin = 8;
 
 /// Marks that may well stand before or after words by themselves.
@@ -28,17 +30,34 @@ bool isUsualMark(const QString &text)
     return text.size() == 1 ? usual.contains(text) && text != QStringLiteral("*") : false;
 }
 
-bool looksLikeIcon(const ReadWord &word, const Reading &rest, Script script)
+/// Whether what stands on the page where `word` was read is higher than letters are.
+bool isTall(const LineTask &task, const ReadWord &word)
 {
-    if (word.text.size() > mostCharacters)
+    const double left = task.image().pageX(word.box.left);
+    const double right = task.image().pageX(word.box.right);
+    const int height = task.line().letterHeight;
+    for (const Mark &mark : task.line().marks) {
+        const double centre = mark.box.centreX2() / 2.0;
+        if (centre >= left && centre <= right && 5 * mark.box.height() >= 6 * height &&
+            mark.box.width() <= 2 * mark.box.height())
+            return true;
+    }
+    return false;
+}
+
+bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &rest)
+{
+    const auto length = std::size_t(word.text.size());
+    if (length >= iconConfidence.size())
         return false;
-    const LetterCount letters = countLetters(word.text, script);
-    const bool onlyDigits = letters.digits > 0 && letters.digits == int(word.text.size());
-    if (onlyDigits)
-        return word.confidence < 50;
+    const LetterCount letters = countLetters(word.text, task.script);
+    if (letters.digits > 0 && letters.digits == int(length))
+        return word.confidence < iconConfidence.back();
     if (letters.all() == 0)
-        return !isUsualMark(word.text) ? word.confidence < weakMarks : word.confidence < 60;
-    return word.confidence < std::min(weakLetters, rest.confidence() - margin);
+        return word.confidence < (isUsualMark(word.text) ? 60 : iconConfidence[0]);
+    const double limit =
+        length <= 3 && isTall(task, word) ? tallConfidence : iconConfidence[length];
+    return word.confidence < std::min(limit, rest.confidence() - margin);
 }
 
 /// The width of the gap between the marks of the page nearest to `x`, a place between two words
@@ -74,8 +93,7 @@ Reading withoutIcons(const LineTask &task)
         const auto end = atRight ? right : left;
         Reading rest = reading;
         rest.words.removeAt(end - reading.words.cbegin());
-        if (countLetters(rest.text(), task.script).all() < 2 ||
-            !looksLikeIcon(*end, rest, task.script))
+        if (countLetters(rest.text(), task.script).all() < 2 || !looksLikeIcon(task, *end, rest))
             continue;
         double inner = atRight ? 0 : 1e9;
         for (const ReadWord &word : std::as_const(rest.words)) {

@@ -156,19 +156,28 @@ Tones tonesAt(const std::vector<Stretch> &stretches, int x)
             mix(mine.tones.ink, other.tones.ink)};
 }
 
-/// 1 where a letter is near, 0 where only the ends of a selection, a border or a neighbouring line
-/// can be.
-GreyImage closeness(const TextLine &line, const Box &box)
+/// The rows of the line at a column, `bottom` just outside.
+struct Rows
 {
-    GreyImage near(box.width(), box.height(), 0);
+    int top = 0;
+    int bottom = 0;
+};
+
+/// For each column the rows that letters near it take up. Outside there is only what is no part
+/// of the line: the ends of a selection, a border, a neighbouring line.
+std::vector<Rows> rowsOf(const TextLine &line, const Box &box)
+{
+    std::vector<Rows> rows(std::size_t(box.width()), Rows{box.bottom, box.top});
     for (const Mark &mark : line.marks) {
-        const int left = std::max(box.left, mark.box.left - 2);
-        const int right = std::min(box.right, mark.box.right + 2);
-        for (int y = std::max(box.top, mark.box.top - 1);
-             y < std::min(box.bottom, mark.box.bottom + 1); ++y)
-            std::fill_n(near.row(y - box.top) + (left - box.left), right - left, std::uint8_t(1));
+        const int left = std::max(box.left, mark.box.left - line.letterHeight);
+        const int right = std::min(box.right, mark.box.right + line.letterHeight);
+        for (int x = left; x < right; ++x) {
+            Rows &at = rows[std::size_t(x - box.left)];
+            at.top = std::min(at.top, std::max(box.top, mark.box.top - 1));
+            at.bottom = std::max(at.bottom, std::min(box.bottom, mark.box.bottom + 1));
+        }
     }
-    return near;
+    return rows;
 }
 
 } // namespace
@@ -188,16 +197,15 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     if (result.contrast < leastContrast)
         return {};
 
-    const GreyImage near = closeness(line, box);
+    const std::vector<Rows> rows = rowsOf(line, box);
     GreyImage flat(box.width(), box.height(), 255);
     for (int x = box.left; x < box.right; ++x) {
         const Tones tones = tonesAt(stretches, x);
         if (tones.contrast() < leastContrast)
             continue;
         const double slope = 255.0 / (tones.ink - tones.background);
-        for (int y = box.top; y < box.bottom; ++y) {
-            if (!near.at(x - box.left, y - box.top))
-                continue;
+        const Rows &at = rows[std::size_t(x - box.left)];
+        for (int y = at.top; y < at.bottom; ++y) {
             const double ink = std::clamp((page.at(x, y) - tones.background) * slope, 0.0, 255.0);
             flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - int(ink + 0.5));
         }

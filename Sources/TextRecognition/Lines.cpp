@@ -265,6 +265,23 @@ void dropBars(std::vector<TextLine> &lines)
     }
 }
 
+/// Drops the shapes of a photograph that stand in line with letters on it but are fainter.
+void dropTexture(std::vector<TextLine> &lines)
+{
+    for (TextLine &line : lines) {
+        int strongest = 0;
+        for (const Mark &mark : line.marks)
+            strongest = std::max(strongest, mark.strength);
+        std::vector<Mark> letters;
+        for (const Mark &mark : line.marks) {
+            if (!mark.textured || 5 * mark.strength >= 3 * strongest)
+                letters.push_back(mark);
+        }
+        if (letters.size() < line.marks.size())
+            line = lineOf(std::move(letters));
+    }
+}
+
 /// Joins pieces of one line that letters alone did not tie: across a dash, an ellipsis, a small
 /// word beside a big one.
 void joinPieces(std::vector<TextLine> &lines)
@@ -321,6 +338,7 @@ std::vector<TextLine> findLines(const std::vector<Mark> &marks)
     for (const Mark &mark : marks)
         (mark.box.height() >= smallestLetter ? letters : small).push_back(mark);
     std::vector<TextLine> lines = linesOfLetters(letters, small);
+    dropTexture(lines);
     splitRows(lines);
     dropBars(lines);
     attach(lines, small);

@@ -133,16 +133,27 @@ private:
         }
         const bool tooBig = isTooBig(component);
         if (!tooBig && (!textured || isStable(component, level))) {
-            m_marks.push_back({component.box, textured});
+            add(component, textured);
             return;
         }
         if (level + 1 == thresholds.size()) {
             if (!tooBig)
-                m_marks.push_back({component.box, textured});
+                add(component, textured);
             return;
         }
         for (const Component &part : connectedComponents(above(component, thresholds[level + 1])))
             take(part, level + 1, true);
+    }
+
+    void add(const Component &component, bool textured)
+    {
+        int strength = 0;
+        for (const Run &run : component.runs) {
+            const std::uint8_t *line = m_strength.row(run.y);
+            for (int x = run.left; x < run.right; ++x)
+                strength = std::max(strength, int(line[x]));
+        }
+        m_marks.push_back({component.box, textured, strength});
     }
 
     /// The parts of a component in which lines have run together, as the ringing around letters in

@@ -14,6 +14,8 @@ struct Mark
     Box box;
     /// Found only after taking apart something bigger, as on a photograph.
     bool textured = false;
+    /// The strongest edge in it, in grey levels.
+    int strength = 0;
 };
 
 /// The marks of a picture: what has edges and is neither a rule, nor an outline around other

@@ -103,10 +103,14 @@ bool takesOther(const Place &place, Script script)
         return true;
     if (other < base + advantage)
         return false;
-    // What holds letters of the line's own script is rarely all wrong.
+    // What holds letters of the line's own script is rarely all wrong, and of Chinese and
+    // Japanese a word is as much as the model saw fit to put together.
     const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
-    return script == Script::Latin || 2 * own.own <= own.all() || base < weakBase ||
-           other >= sureOther;
+    if (script == Script::Latin || 2 * own.own <= own.all())
+        return true;
+    const bool writtenInWords =
+        script == Script::Arabic || script == Script::Cyrillic || script == Script::Korean;
+    return writtenInWords && (base < weakBase || other >= sureOther);
 }
 
 enum class Direction { LeftToRight, RightToLeft, None };

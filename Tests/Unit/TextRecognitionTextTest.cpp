@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+// What is made of the models' readings: scripts, languages, mixed lines, marks and icons.
+
+#include "TextRecognition/LanguageGuess.h"
+#include "TextRecognition/Languages.h"
+#include "TextRecognition/MixedScripts.h"
+#include "TextRecognition/Model.h"
+#include "TextRecognition/Reading.h"
+#include "TextRecognition/Script.h"
+#include "TextRecognition/TextRepair.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace recognition;
+
+namespace {
+
+ReadWord word(const QString &text, double confidence, int left, int right)
+{
+    ReadWord word;
+    word.text = text;
+    word.confidence = confidence;
+    word.box = {left, 0, right, 30};
+    return word;
+}
+
+Reading words(const QStringList &texts)
+{
+    Reading reading;
+    for (const QString &text : texts)
+        reading.words.append(word(text, 90, 0, 0));
+    return reading;
+}
+
+} // namespace
+
+class TextRecognitionTextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void lettersAreCountedByScript()
+    {
+        const LetterCount count = countLetters(u"Диск (USB 3.0) 語"_s, Script::Cyrillic);
+        QCOMPARE(count.own, 4);
+        QCOMPARE(count.latin, 3);
+        QCOMPARE(count.digits, 2);
+        QCOMPARE(count.other, 1);
+        QCOMPARE(count.all(), 10);
+        QCOMPARE(countLetters(u"كلمة ١٢"_s, Script::Arabic).own, 4);
+        QCOMPARE(countLetters(u"カナ漢"_s, Script::Japanese).own, 3);
+        QCOMPARE(countLetters(u"カナ漢"_s, Script::SimplifiedHan).own, 1);
+    }
+
+    void confidenceIsWeightedByLength()
+    {
+        Reading reading;
+        reading.words = {word(u"a"_s, 0, 0, 1), word(u"bcd"_s, 80, 2, 5)};
+        QCOMPARE(reading.confidence(), 60.0);
+        QCOMPARE(reading.leastConfidence(), 0.0);
+        QCOMPARE(reading.text(), u"a bcd"_s);
+        QCOMPARE(reading.characters(), 4);
+        QCOMPARE(Reading().confidence(), 0.0);
+    }
+
+    void wordsWithoutBlanksStayTogether()
+    {
+        Reading reading = words({u"漢字"_s, u"仮名"_s, u"PDF"_s});
+        reading.words[1].afterBlank = false;
+        QCOMPARE(reading.text(), u"漢字仮名 PDF"_s);
+    }
+
+    void languagesAreToldByTheirLetters_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("model");
+        QTest::newRow("eng") << u"The file could not be opened because it was removed"_s
+                             << u"eng"_s;
+        QTest::newRow("fra") << u"Le fichier n’a pas pu être ouvert car il a été supprimé"_s
+                             << u"fra"_s;
+        QTest::newRow("deu") << u"Die Datei konnte nicht geöffnet werden, weil sie gelöscht wurde"_s
+                             << u"deu"_s;
+        QTest::newRow("spa") << u"No se pudo abrir el archivo porque se ha eliminado la carpeta"_s
+                             << u"spa"_s;
+        QTest::newRow("ita") << u"Impossibile aprire il file perché la cartella è stata eliminata"_s
+                             << u"ita"_s;
+        QTest::newRow("por") << u"Não foi possível abrir o arquivo porque a pasta foi excluída"_s
+                             << u"por"_s;
+        QTest::newRow("tur") << u"Dosya silindiği için açılamadı, lütfen yeniden deneyin"_s
+                             << u"tur"_s;
+        QTest::newRow("nld") << u"Het bestand kon niet worden geopend omdat het is verwijderd"_s
+                             << u"nld"_s;
+    }
+
+    void languagesAreToldByTheirLetters()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, model);
+        QCOMPARE(guessLanguage(text).first().model, model);
+    }
+
+    void noLettersTellNothing()
+    {
+        const QList<LanguageScore> scores = guessLanguage(u"1234 — 漢字"_s);
+        QCOMPARE(scores.size(), 8);
+        QCOMPARE(scores.first().bits, scores.last().bits);
+    }
+
+    void surerForeignWordsAreTaken()
+    {
+        Reading russian;
+        russian.words = {word(u"Команда"_s, 95, 0, 100), word(u"{ор"_s, 40, 110, 150)};
+        Reading english;
+        english.words = {word(u"KomaHga"_s, 30, 0, 100), word(u"top"_s, 92, 110, 150)};
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), u"Команда top"_s);
+    }
+
+    void ownWordsAreKept()
+    {
+        Reading russian;
+        russian.words = {word(u"Сохранить"_s, 80, 0, 100), word(u"файл"_s, 78, 110, 150)};
+        Reading english;
+        english.words = {word(u"CoxpaHuTb"_s, 70, 0, 100), word(u"gain"_s, 80, 110, 150)};
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), russian.text());
+    }
+
+    void capitalsThatLookAlikeAreLatin()
+    {
+        Reading russian;
+        russian.words = {word(u"Флаги"_s, 95, 0, 100), word(u"СТК"_s, 90, 110, 150)};
+        Reading english;
+        english.words = {word(u"®nary"_s, 30, 0, 100), word(u"GTK"_s, 85, 110, 150)};
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), u"Флаги GTK"_s);
+    }
+
+    void foreignWordsInArabicKeepTheirOrder()
+    {
+        // On the screen: (USB 3.0) to the left of the Arabic word.
+        Reading arabic;
+        arabic.words = {word(u"مخطط"_s, 90, 200, 300), word(u"(3.0"_s, 70, 100, 160),
+                        word(u"058ا)"_s, 30, 0, 90)};
+        Reading english;
+        english.words = {word(u"(USB"_s, 90, 0, 90), word(u"3.0)"_s, 92, 100, 160),
+                         word(u"lala"_s, 20, 200, 300)};
+        QCOMPARE(mergedReading(arabic, english, Script::Arabic).text(), u"مخطط (USB 3.0)"_s);
+    }
+
+    void blanksBetweenIdeographsGo()
+    {
+        QCOMPARE(repairedText(words({u"漢字"_s, u"仮名"_s}), Script::Japanese), u"漢字仮名"_s);
+        QCOMPARE(repairedText(words({u"打开"_s, u"PDF"_s, u"文件"_s}), Script::SimplifiedHan),
+                 u"打开 PDF 文件"_s);
+        QCOMPARE(repairedText(words({u"파일"_s, u"열기"_s}), Script::Korean), u"파일 열기"_s);
+    }
+
+    void directionMarksGo()
+    {
+        QCOMPARE(repairedText(words({u"\u200fنص\u200e"_s}), Script::Arabic), u"نص"_s);
+    }
+
+    void tagsFollowTheModels()
+    {
+        const Languages languages({u"eng"_s, u"ara"_s, u"osd"_s, u"Latin"_s, u"jpn_vert"_s});
+        QCOMPARE(languages.tags(), (QStringList{u"ar-SA"_s, u"ars-SA"_s, u"en-US"_s}));
+        QCOMPARE(languages.scripts(), (QList<Script>{Script::Arabic, Script::Latin}));
+        QVERIFY(Languages({u"osd"_s}).isEmpty());
+    }
+
+    void unknownTagsRestrictNothing()
+    {
+        const Languages all({u"eng"_s, u"deu"_s, u"rus"_s});
+        QCOMPARE(all.restrictedTo({u"xx-XX"_s}).tags(), all.tags());
+        QCOMPARE(all.restrictedTo({}).tags(), all.tags());
+        QCOMPARE(all.restrictedTo({u"de-DE"_s, u"fr-FR"_s}).tags(), QStringList{u"de-DE"_s});
+    }
+
+    void modelsAreSeenWhenTheyAppear()
+    {
+        const QTemporaryDir folder;
+        const ModelFolder models(folder.path());
+        QVERIFY(models.installed().isEmpty());
+        QVERIFY(!models.has(u"eng"_s));
+        QFile file(folder.filePath(u"eng.traineddata"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("not a model");
+        file.close();
+        QCOMPARE(models.installed(), QStringList{u"eng"_s});
+        QVERIFY(models.has(u"eng"_s));
+        QVERIFY(models.read(u"eng"_s, Dictionary::Without).empty());
+        QVERIFY(models.read(u"deu"_s, Dictionary::With).empty());
+    }
+
+    void dictionariesAreLeftOut()
+    {
+        const ModelFolder models;
+        if (!models.has(u"eng"_s))
+            QSKIP("needs the English model");
+        const auto whole = models.read(u"eng"_s, Dictionary::With);
+        const auto small = models.read(u"eng"_s, Dictionary::Without);
+        QVERIFY(!small.empty());
+        QVERIFY(small.size() * 3 < whole.size());
+    }
+};
+
+QTEST_GUILESS_MAIN(TextRecognitionTextTest)
+#include "TextRecognitionTextTest.moc"
