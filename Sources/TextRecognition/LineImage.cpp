@@ -58,7 +58,9 @@ int percentile(const Histogram &histogram, double share)
 struct Stretch
 {
     Box box;
-    /// All pixels of the letters' boxes, and those on the boxes' rims: just outside the ink.
+    /// Boxes of what stands one above the other or touches: letters or whole words.
+    std::vector<Box> words;
+    /// All pixels of these boxes, and those on their rims: just outside the ink.
     Histogram inside{};
     Histogram rim{};
     Tones tones;
@@ -66,15 +68,26 @@ struct Stretch
     double centre() const { return (box.left + box.right) / 2.0; }
 };
 
-void count(const GreyImage &page, const Box &mark, Stretch &stretch)
+void add(const Box &mark, Stretch &stretch)
 {
-    for (int y = mark.top; y < mark.bottom; ++y) {
-        const std::uint8_t *line = page.row(y);
-        const bool edge = y == mark.top || y == mark.bottom - 1;
-        for (int x = mark.left; x < mark.right; ++x) {
-            ++stretch.inside[line[x]];
-            if (edge || x == mark.left || x == mark.right - 1)
-                ++stretch.rim[line[x]];
+    stretch.box.unite(mark);
+    if (!stretch.words.empty() && mark.left <= stretch.words.back().right + 1)
+        stretch.words.back().unite(mark);
+    else
+        stretch.words.push_back(mark);
+}
+
+void count(const GreyImage &page, Stretch &stretch)
+{
+    for (const Box &word : stretch.words) {
+        for (int y = word.top; y < word.bottom; ++y) {
+            const std::uint8_t *line = page.row(y);
+            const bool edge = y == word.top || y == word.bottom - 1;
+            for (int x = word.left; x < word.right; ++x) {
+                ++stretch.inside[line[x]];
+                if (edge || x == word.left || x == word.right - 1)
+                    ++stretch.rim[line[x]];
+            }
         }
     }
 }
@@ -108,14 +121,13 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         const bool follows = !stretches.empty() &&
                              mark.box.left <= stretches.back().box.right + gap &&
                              mark.box.right - stretches.back().box.left <= most;
-        if (follows)
-            stretches.back().box.unite(mark.box);
-        else
-            stretches.push_back({mark.box, {}, {}, {}});
-        count(page, mark.box, stretches.back());
+        if (!follows)
+            stretches.push_back({mark.box, {}, {}, {}, {}});
+        add(mark.box, stretches.back());
     }
     std::vector<Stretch> joined;
     for (Stretch &stretch : stretches) {
+        count(page, stretch);
         stretch.tones = tonesOf(stretch);
         if (joined.empty() || !areAlike(joined.back(), stretch)) {
             joined.push_back(stretch);

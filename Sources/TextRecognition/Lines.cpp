@@ -254,10 +254,18 @@ void attach(std::vector<TextLine> &lines, const std::vector<Mark> &small)
 /// Drops the ends of selections and borders between letters: thin, and taller than any letter.
 void dropBars(std::vector<TextLine> &lines)
 {
+    const auto isThin = [](const Mark &mark, int height) {
+        return mark.box.width() <= 4 && 2 * mark.box.height() >= 3 * height;
+    };
     for (TextLine &line : lines) {
+        int highest = 0;
+        for (const Mark &mark : line.marks) {
+            if (!isThin(mark, line.letterHeight))
+                highest = std::max(highest, mark.box.height());
+        }
         std::vector<Mark> letters;
         for (const Mark &mark : line.marks) {
-            if (mark.box.width() > 4 || 2 * mark.box.height() < 3 * line.letterHeight)
+            if (!isThin(mark, line.letterHeight) || 8 * mark.box.height() <= 9 * highest)
                 letters.push_back(mark);
         }
         if (!letters.empty() && letters.size() < line.marks.size())

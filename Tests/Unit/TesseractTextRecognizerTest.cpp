@@ -115,8 +115,8 @@ private Q_SLOTS:
             QVERIFY(error.localizedDescription().endsWith(u'.'));
         }
         QVERIFY(!called);
-        QVERIFY_EXCEPTION_THROWN(recognizer.supportedRecognitionLanguages(request),
-                                 RecognitionError);
+        QVERIFY_THROWS_EXCEPTION(RecognitionError,
+                                 recognizer.supportedRecognitionLanguages(request));
     }
 
     void theSupportedListIsWhatIsInstalledNow()
