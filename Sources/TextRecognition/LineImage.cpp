@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 
 namespace recognition {
 
@@ -24,6 +25,12 @@ constexpr int longest = 30000;
 /// Letters are looked at together in pieces of this many letter heights.
 constexpr int longestStretch = 3;
 
+/// Letters whose contrast is this many times lower than that of others in the line are none.
+constexpr int faintest = 4;
+
+/// The edge of a selection lies within this many pixels of its letters.
+constexpr int patchEdge = 4;
+
 /// A change of the background by more grey levels is a border, not a shade.
 constexpr int mostDrift = 90;
 
@@ -31,6 +38,8 @@ struct Tones
 {
     int background = 255;
     int ink = 0;
+    /// Whether the letters stand on a patch hardly bigger than they: what is at its edge is no ink.
+    bool onPatch = false;
 
     int contrast() const { return std::abs(ink - background); }
     bool isDarkOnBright() const { return ink < background; }
@@ -41,9 +50,7 @@ using Histogram = std::array<int, 256>;
 /// The grey that `share` of the counted pixels do not exceed.
 int percentile(const Histogram &histogram, double share)
 {
-    long total = 0;
-    for (const int count : histogram)
-        total += count;
+    const long total = std::accumulate(histogram.begin(), histogram.end(), 0L);
     const auto wanted = long(double(total) * share);
     long seen = 0;
     for (int value = 0; value < 256; ++value) {
@@ -92,12 +99,35 @@ void count(const GreyImage &page, Stretch &stretch)
     }
 }
 
-/// The background is what surrounds the letters; ink is what is farthest from it. Half a percent
-/// at either end may be anything.
+long all(const Histogram &histogram)
+{
+    return std::accumulate(histogram.begin(), histogram.end(), 0L);
+}
+
+/// How many pixels are about as grey as `value`.
+long around(const Histogram &histogram, int value)
+{
+    long sum = 0;
+    for (int v = std::max(0, value - 6); v <= std::min(255, value + 6); ++v)
+        sum += histogram[std::size_t(v)];
+    return sum;
+}
+
+/// The background is what surrounds the letters, unless that is of several greys, as around a
+/// selection, and most of what is between them is of one; ink is what is farthest from it. Half a
+/// percent at either end may be anything.
 Tones tonesOf(const Stretch &stretch)
 {
     Tones tones;
     tones.background = percentile(stretch.rim, 0.5);
+    if (10 * around(stretch.rim, tones.background) < 7 * all(stretch.rim)) {
+        const auto commonest = std::max_element(stretch.inside.begin(), stretch.inside.end());
+        const int value = int(commonest - stretch.inside.begin());
+        if (10 * around(stretch.inside, value) >= 3 * all(stretch.inside)) {
+            tones.background = value;
+            tones.onPatch = true;
+        }
+    }
     const int dark = percentile(stretch.inside, 0.005);
     const int bright = percentile(stretch.inside, 0.995);
     tones.ink = bright - tones.background > tones.background - dark ? bright : dark;
@@ -125,10 +155,18 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
             stretches.push_back({mark.box, {}, {}, {}, {}});
         add(mark.box, stretches.back());
     }
-    std::vector<Stretch> joined;
+    int strongest = 0;
     for (Stretch &stretch : stretches) {
         count(page, stretch);
         stretch.tones = tonesOf(stretch);
+        strongest = std::max(strongest, stretch.tones.contrast());
+    }
+    // Specks between letters, as of a JPEG picture, have no background of their own.
+    std::erase_if(stretches, [strongest](const Stretch &stretch) {
+        return faintest * stretch.tones.contrast() < strongest;
+    });
+    std::vector<Stretch> joined;
+    for (Stretch &stretch : stretches) {
         if (joined.empty() || !areAlike(joined.back(), stretch)) {
             joined.push_back(stretch);
             continue;
@@ -165,7 +203,7 @@ Tones tonesAt(const std::vector<Stretch> &stretches, int x)
         return int(std::lround(a + (b - a) * share));
     };
     return {mix(mine.tones.background, other.tones.background),
-            mix(mine.tones.ink, other.tones.ink)};
+            mix(mine.tones.ink, other.tones.ink), mine.tones.onPatch};
 }
 
 /// The rows of the line at a column, `bottom` just outside.
@@ -190,6 +228,39 @@ std::vector<Rows> rowsOf(const TextLine &line, const Box &box)
         }
     }
     return rows;
+}
+
+/// Whites what shows of the edges of the patch that `stretch` stands on: rows at the top and bottom
+/// and columns at the ends that are dark nearly throughout.
+void eraseEdges(GreyImage &flat, const Stretch &stretch, const Box &box)
+{
+    const int left = std::max(0, stretch.box.left - box.left);
+    const int right = std::min(flat.width, stretch.box.right - box.left);
+    const auto darkShare = [&flat](int x0, int x1, int y0, int y1) {
+        int dark = 0;
+        for (int y = y0; y < y1; ++y) {
+            for (int x = x0; x < x1; ++x)
+                dark += flat.at(x, y) < 128;
+        }
+        return double(dark) / std::max(1, (x1 - x0) * (y1 - y0));
+    };
+    const auto whiten = [&flat](int x0, int x1, int y0, int y1) {
+        for (int y = y0; y < y1; ++y)
+            std::fill(flat.row(y) + x0, flat.row(y) + x1, std::uint8_t(255));
+    };
+    const int deepest = std::min(patchEdge, flat.height / 2);
+    for (int y = 0; y < deepest; ++y) {
+        for (const int row : {y, flat.height - 1 - y}) {
+            if (darkShare(left, right, row, row + 1) > 0.5)
+                whiten(left, right, row, row + 1);
+        }
+    }
+    for (int x = 0; x < std::min(patchEdge, (right - left) / 2); ++x) {
+        for (const int column : {left + x, right - 1 - x}) {
+            if (darkShare(column, column + 1, 0, flat.height) > 0.7)
+                whiten(column, column + 1, 0, flat.height);
+        }
+    }
 }
 
 } // namespace
@@ -221,6 +292,11 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
             const double ink = std::clamp((page.at(x, y) - tones.background) * slope, 0.0, 255.0);
             flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - int(ink + 0.5));
         }
+    }
+
+    for (const Stretch &stretch : stretches) {
+        if (stretch.tones.onPatch)
+            eraseEdges(flat, stretch, box);
     }
 
     double scale = letterHeight / std::max(4, line.letterHeight);

@@ -146,32 +146,29 @@ std::vector<TextLine> linesOfLetters(const std::vector<Mark> &marks, std::vector
     return lines;
 }
 
-/// Where the rows of `marks` part, if marks of two lines are among them: the boundary between two
-/// clusters of centres, else nothing.
+/// Where two rows of letters that were taken for one line part: at the row in the middle that the
+/// fewest letters cross, if there are many above and below. Nothing for a single row.
 bool rowBoundary(const TextLine &line, int &boundary)
 {
-    if (line.box.height() < 1.6 * line.letterHeight || line.marks.size() < 3)
+    const Box &box = line.box;
+    if (box.height() < 1.6 * line.letterHeight || line.marks.size() < 3)
         return false;
-    std::vector<const Mark *> normal;
+    std::vector<int> covered(std::size_t(box.height()), 0);
     for (const Mark &mark : line.marks) {
-        if (mark.box.height() < 1.45 * line.letterHeight &&
-            mark.box.height() > 0.5 * line.letterHeight)
-            normal.push_back(&mark);
+        // What is as high as both rows tells nothing.
+        if (5 * mark.box.height() > 3 * box.height())
+            continue;
+        for (int y = mark.box.top; y < mark.box.bottom; ++y)
+            covered[std::size_t(y - box.top)] += mark.box.width();
     }
-    if (normal.size() < 2)
-        return false;
-    std::sort(normal.begin(), normal.end(),
-              [](const Mark *a, const Mark *b) { return a->box.centreY2() < b->box.centreY2(); });
-    int widest = 0;
-    for (std::size_t i = 1; i < normal.size(); ++i) {
-        const int gap = normal[i]->box.centreY2() - normal[i - 1]->box.centreY2();
-        if (gap > widest) {
-            widest = gap;
-            boundary = (normal[i]->box.centreY2() + normal[i - 1]->box.centreY2()) / 4;
-        }
-    }
-    // Centres of one line differ by less than half a letter, those of two lines by one.
-    return widest > 1.3 * line.letterHeight;
+    const auto begin = covered.begin();
+    const auto height = std::ptrdiff_t(covered.size());
+    const auto lowest = std::min_element(begin + height * 3 / 10, begin + height * 7 / 10);
+    const int above = *std::max_element(begin, lowest);
+    const int below = *std::max_element(lowest, covered.end());
+    const int most = std::max(above, below);
+    boundary = box.top + int(lowest - begin);
+    return 4 * *lowest <= std::min(above, below) && 4 * std::min(above, below) >= most;
 }
 
 /// Takes lines apart that descenders and ascenders tied together.
@@ -251,28 +248,6 @@ void attach(std::vector<TextLine> &lines, const std::vector<Mark> &small)
     }
 }
 
-/// Drops the ends of selections and borders between letters: thin, and taller than any letter.
-void dropBars(std::vector<TextLine> &lines)
-{
-    const auto isThin = [](const Mark &mark, int height) {
-        return mark.box.width() <= 4 && 2 * mark.box.height() >= 3 * height;
-    };
-    for (TextLine &line : lines) {
-        int highest = 0;
-        for (const Mark &mark : line.marks) {
-            if (!isThin(mark, line.letterHeight))
-                highest = std::max(highest, mark.box.height());
-        }
-        std::vector<Mark> letters;
-        for (const Mark &mark : line.marks) {
-            if (!isThin(mark, line.letterHeight) || 8 * mark.box.height() <= 9 * highest)
-                letters.push_back(mark);
-        }
-        if (!letters.empty() && letters.size() < line.marks.size())
-            line = lineOf(std::move(letters));
-    }
-}
-
 /// Drops the shapes of a photograph that stand in line with letters on it but are fainter.
 void dropTexture(std::vector<TextLine> &lines)
 {
@@ -348,9 +323,10 @@ std::vector<TextLine> findLines(const std::vector<Mark> &marks)
     std::vector<TextLine> lines = linesOfLetters(letters, small);
     dropTexture(lines);
     splitRows(lines);
-    dropBars(lines);
     attach(lines, small);
     joinPieces(lines);
+    // A column of icons joins the rows beside it.
+    splitRows(lines);
     std::erase_if(lines, [](const TextLine &line) {
         return line.box.height() < smallestLetter || line.box.width() < 3;
     });

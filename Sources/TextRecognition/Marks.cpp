@@ -98,6 +98,44 @@ bool isTooBig(const Component &component)
     return box.height() > tallest || (box.width() > 12 * box.height() && box.width() > 600);
 }
 
+/// Whether rows that hardly any part crosses lie across the middle of `box`: between two lines,
+/// not within the strokes of big letters.
+bool haveValley(const std::vector<Component> &parts, const Box &box)
+{
+    std::vector<int> covered(std::size_t(box.height()), 0);
+    for (const Component &part : parts) {
+        for (int y = part.box.top; y < part.box.bottom; ++y)
+            covered[std::size_t(y - box.top)] += part.box.width();
+    }
+    const auto begin = covered.begin();
+    const auto height = std::ptrdiff_t(covered.size());
+    const int most = *std::max_element(begin, covered.end());
+    return 6 * *std::min_element(begin + height / 4, begin + height * 3 / 4) <= most;
+}
+
+/// Removes what goes around other marks without being a plain outline: a button with a shadow, a
+/// badge of which only the ends stand out.
+void dropFrames(std::vector<Mark> &marks)
+{
+    std::vector<std::size_t> frames;
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        const Box &box = marks[i].box;
+        if (box.height() < 14 || 10 * box.width() < 22 * box.height())
+            continue;
+        int inside = 0;
+        for (const Mark &other : marks) {
+            const Box &o = other.box;
+            if (o.left > box.left && o.right < box.right && o.top > box.top &&
+                o.bottom < box.bottom && 3 * o.height() >= box.height())
+                inside += o.width();
+        }
+        if (4 * inside >= box.width())
+            frames.push_back(i);
+    }
+    for (auto i = frames.rbegin(); i != frames.rend(); ++i)
+        marks.erase(marks.begin() + std::ptrdiff_t(*i));
+}
+
 class MarkFinder
 {
 public:
@@ -113,6 +151,7 @@ public:
         const auto runs = edgeRuns(m_strength, thresholds[0]);
         for (const Component &component : connectedComponents(runs))
             take(component, 0, false);
+        dropFrames(m_marks);
         return std::move(m_marks);
     }
 
@@ -122,8 +161,10 @@ private:
         if (isOutline(component))
             return;
         if (level == 0 && hasRules(component)) {
-            for (const Component &part : connectedComponents(withoutRules(component)))
-                take(part, level, textured);
+            for (const Component &part : connectedComponents(withoutRules(component))) {
+                if (!joinsRules(part))
+                    take(part, level, textured);
+            }
             return;
         }
         if (const auto parts = fusedParts(component, level); !parts.empty()) {
@@ -176,7 +217,7 @@ private:
             }
             if (4 * pixels < component.pixels)
                 break;
-            if (letters >= 4 && 20 * highest <= 12 * box.height()) {
+            if (letters >= 4 && 20 * highest <= 12 * box.height() && haveValley(parts, box)) {
                 level = next;
                 return parts;
             }
@@ -199,6 +240,27 @@ private:
             split(
                 run, [rule = rules(run.y)](int x) { return !rule[x]; }, runs);
         return runs;
+    }
+
+    /// Whether what is left of a component without its rules is the short side of a frame or the
+    /// end of a selection: thin, with a rule at either end.
+    bool joinsRules(const Component &part) const
+    {
+        const Box &box = part.box;
+        if (box.width() > 6 || box.height() < 8)
+            return false;
+        const auto hasRule = [&](int first, int last) {
+            for (int y = std::max(0, first); y <= std::min(last, m_image.height - 1); ++y) {
+                const std::uint8_t *rule = rules(y);
+                const int right = std::min(m_image.width, box.right + 2);
+                for (int x = std::max(0, box.left - 2); x < right; ++x) {
+                    if (rule[x])
+                        return true;
+                }
+            }
+            return false;
+        };
+        return hasRule(box.top - 2, box.top + 1) && hasRule(box.bottom - 2, box.bottom + 1);
     }
 
     const std::uint8_t *rules(int y) const
