@@ -9,8 +9,8 @@ from support import accessibility, desktop, main
 from support.accessibility import control, controls, has_control
 from support.desktop import Pointer, frame_box, key, screenshot, tool, window_box
 from support.page import Page
-from support.program import (APPLICATION_ID, Program, activate_action, is_dimmed, is_unchanged,
-                             settings_file)
+from support.program import (APPLICATION_ID, Program, activate_action, is_dimmed, is_on_bus,
+                             is_unchanged, settings_file)
 from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               is_taken, wait_until_taken)
 from support.waiting import holds_for, wait_until
@@ -25,27 +25,18 @@ NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
 
 
 def open_settings():
-    wait_until("the settings window", lambda: _asked() and desktop.windows_titled(TITLE))
-    window, = desktop.windows_titled(TITLE)
+    wait_until("the program on the session bus", is_on_bus)
+    # Asked once: what is asked again may be done when the window has been closed meanwhile.
+    activate_action("settings")
+    window, = wait_until("the settings window", lambda: desktop.windows_titled(TITLE))
     wait_until("the settings window in front",
                lambda: tool("xdotool", "getactivewindow", check=False).strip() == window)
     return window
 
 
-def _asked():
-    try:
-        activate_action("settings")
-    except AssertionError:
-        # Not on the bus yet.
-        return False
-    return True
-
-
 def close():
-    """By the window managers' own key for it."""
     window, = desktop.windows_titled(TITLE)
-    tool("xdotool", "windowactivate", "--sync", window)
-    key("alt+F4")
+    tool(os.environ["VELLORA_CLOSE_WINDOW"], window)
     wait_until("the window's end", lambda: not desktop.windows_titled(TITLE))
 
 
