@@ -61,6 +61,8 @@ private Q_SLOTS:
     void locksDoNotMatter();
     void bareKey();
     void heldKeyRepeats();
+    void anotherProgramHoldsTheKeyboard();
+    void givesTheKeyboardBackAtOnce();
     void takenCombination();
     void takenUnderOneLockOnly();
     void unknownKey();
@@ -205,6 +207,33 @@ void X11KeyTapTest::heldKeyRepeats()
     }
     QVERIFY2(repeated, qPrintable(QString::number(m_heard.size())));
     QVERIFY(!m_keys->pressesSeen().contains(X11KeyCode::o));
+}
+
+void X11KeyTapTest::anotherProgramHoldsTheKeyboard()
+{
+    const auto running = tap(commandShiftO);
+    QVERIFY(running);
+    QVERIFY(m_keys->grabKeyboard());
+    QCOMPARE(heardOf(shortcutKeys), 0);
+    QCOMPARE(m_keys->pressesSeen(), shortcutKeys);
+    m_keys->ungrabKeyboard();
+    QCOMPARE(heardOf(shortcutKeys), 1);
+}
+
+void X11KeyTapTest::givesTheKeyboardBackAtOnce()
+{
+    const auto running = tap(commandShiftO);
+    QVERIFY(running);
+    for (const xcb_keycode_t key : shortcutKeys) {
+        m_keys->press(key);
+    }
+    QTRY_COMPARE(m_heard.size(), 1);
+    // While the shortcut is still held, what it opened may take the keyboard.
+    QTRY_VERIFY(m_keys->grabKeyboard());
+    m_keys->ungrabKeyboard();
+    for (const xcb_keycode_t key : shortcutKeys) {
+        m_keys->release(key);
+    }
 }
 
 void X11KeyTapTest::takenCombination()

@@ -76,6 +76,22 @@ void X11Keys::ungrab(xcb_keycode_t key, quint16 modifiers)
     sync();
 }
 
+bool X11Keys::grabKeyboard()
+{
+    const XcbReply<xcb_grab_keyboard_reply_t> reply(
+        xcb_grab_keyboard_reply(m_connection.xcb(),
+                                xcb_grab_keyboard(m_connection.xcb(), 1, m_window, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void X11Keys::ungrabKeyboard()
+{
+    xcb_ungrab_keyboard(m_connection.xcb(), XCB_CURRENT_TIME);
+    sync();
+}
+
 QList<xcb_keycode_t> X11Keys::pressesSeen()
 {
     sync();

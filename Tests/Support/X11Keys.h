@@ -39,6 +39,10 @@ public:
     bool grab(xcb_keycode_t key, quint16 modifiers);
     void ungrab(xcb_keycode_t key, quint16 modifiers);
 
+    /// Takes the whole keyboard, as screen lockers and open menus do, until `ungrabKeyboard`.
+    bool grabKeyboard();
+    void ungrabKeyboard();
+
     /// The keys pressed in the focused window of this program since it was asked last.
     QList<xcb_keycode_t> pressesSeen();
 
