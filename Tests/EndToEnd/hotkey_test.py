@@ -5,9 +5,10 @@ import signal
 import unittest
 
 from support import desktop, main
-from support.desktop import key, screenshot, tool
+from support.desktop import key, tool
 from support.page import Page
-from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
+from support.program import (Program, activate_action, is_dimmed, is_on_bus, is_unchanged,
+                             settled_screenshot)
 from support.shortcut import (ALT, CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               wait_until_free, wait_until_taken)
 from support.waiting import holds_for, wait_until
@@ -23,7 +24,7 @@ NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
 
 class HotkeyTest(unittest.TestCase):
     def assert_captures(self, shortcut=SHORTCUT):
-        before = screenshot()
+        before = settled_screenshot()
         key(shortcut)
         wait_until("the dim on every screen", lambda: is_dimmed(before))
         key("Escape")
@@ -31,7 +32,7 @@ class HotkeyTest(unittest.TestCase):
 
     def assert_reaches(self, page, shortcut):
         """The shortcut goes to the window in front, and only there."""
-        before, count = screenshot(), len(page.said(f"key {QT_O}"))
+        before, count = settled_screenshot(), len(page.said(f"key {QT_O}"))
         key(shortcut)
         wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
         holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
@@ -92,7 +93,7 @@ class HotkeyTest(unittest.TestCase):
             self.assertTrue(other.granted)
             with Program(ON) as program:
                 program.logged(NOT_CREATED)
-                before = screenshot()
+                before = settled_screenshot()
                 key(SHORTCUT)
                 wait_until("the press in the other program", lambda: other.presses == 1)
                 self.assertTrue(is_unchanged(before))
@@ -136,7 +137,7 @@ class HotkeyTest(unittest.TestCase):
                                  lambda: desktop.windows_titled("Vellora Settings"))
             wait_until("the settings window in front",
                        lambda: tool("xdotool", "getactivewindow", check=False).strip() == window)
-            before = screenshot()
+            before = settled_screenshot()
             key(SHORTCUT)
             wait_until("the dim on every screen", lambda: is_dimmed(before))
             key("Escape")

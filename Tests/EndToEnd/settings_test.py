@@ -7,10 +7,10 @@ from pathlib import Path
 
 from support import accessibility, desktop, main
 from support.accessibility import control, controls, has_control
-from support.desktop import Pointer, frame_box, key, screenshot, tool, window_box
+from support.desktop import Pointer, frame_box, key, tool, window_box
 from support.page import Page
 from support.program import (APPLICATION_ID, Program, activate_action, is_dimmed, is_on_bus,
-                             is_unchanged, settings_file)
+                             is_unchanged, settings_file, settled_screenshot)
 from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               is_taken, wait_until_taken)
 from support.waiting import holds_for, wait_until
@@ -56,20 +56,6 @@ def record(keys, shown):
     wait_until("the prompt", lambda: control(TITLE, *RECORDER).text == "Type shortcut…")
     key(keys)
     wait_until(f"{shown} in the recorder", lambda: control(TITLE, *RECORDER).text == shown)
-
-
-def settled_screenshot():
-    """What the screens show, once that no longer changes."""
-    def settled():
-        # Two pictures a while apart; a repaint is done within a few milliseconds.
-        picture = screenshot()
-        try:
-            holds_for("at rest", lambda: is_unchanged(picture), 0.3)
-        except AssertionError:
-            return None
-        return (picture,)
-
-    return wait_until("the screens at rest", settled)[0]
 
 
 class SettingsTest(unittest.TestCase):

@@ -16,6 +16,9 @@ int main(int argc, char **argv)
     constexpr quint32 byThePager = 2;
     connection.sendToRoot(static_cast<xcb_window_t>(std::strtoul(argv[1], nullptr, 0)),
                           "_NET_CLOSE_WINDOW", {now, byThePager});
-    xcb_flush(connection.xcb());
+    // The server drops what a client has sent when it finds that the client has gone: an answer
+    // shows that it has read everything.
+    const XcbReply<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
+        connection.xcb(), xcb_get_input_focus(connection.xcb()), nullptr));
     return 0;
 }

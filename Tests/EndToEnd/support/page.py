@@ -8,7 +8,7 @@ import threading
 
 from . import desktop
 from .desktop import Box
-from .waiting import wait_until
+from .waiting import TimedOut, wait_until
 
 
 class Page:
@@ -30,7 +30,10 @@ class Page:
         self._process = subprocess.Popen(self._command, stdout=subprocess.PIPE, text=True)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
-        wait_until("the text page", lambda: self._place() and self._is_seen())
+        try:
+            wait_until("the text page", lambda: self._place() and self._is_seen())
+        except TimedOut as error:
+            raise TimedOut(f"{error}, which said {self.lines}") from error
         # A window manager gives a new window the focus when it gets to it; were that later, it
         # would be another program that comes to the front.
         if desktop.HAS_MANAGER:

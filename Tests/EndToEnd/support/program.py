@@ -13,7 +13,7 @@ import support
 
 from . import desktop
 from .desktop import Box, Pointer, screenshot
-from .waiting import TimedOut, wait_until
+from .waiting import TimedOut, holds_for, wait_until
 
 APPLICATION_ID = "org.vellora.Vellora"
 OBJECT_PATH = "/org/vellora/Vellora"
@@ -224,6 +224,20 @@ def is_dimmed(before, now=None, tolerance=2):
 def is_unchanged(before, now=None):
     now = screenshot() if now is None else now
     return all((screen == was).all() for screen, was in _compared(now, before))
+
+
+def settled_screenshot():
+    """What the screens show, once that no longer changes."""
+    def settled():
+        # Two pictures a while apart; a repaint is done within a few milliseconds.
+        picture = screenshot()
+        try:
+            holds_for("at rest", lambda: is_unchanged(picture), 0.3)
+        except AssertionError:
+            return None
+        return (picture,)
+
+    return wait_until("the screens at rest", settled)[0]
 
 
 # The session bus
