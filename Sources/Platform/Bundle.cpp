@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -15,9 +17,9 @@ bool isReadableFolder(const QString &path)
 }
 } // namespace
 
-Bundle::Bundle(const QString &bundlePath, const QString &resourcePath)
-    : m_bundlePath(bundlePath)
-    , m_resourcePath(resourcePath)
+Bundle::Bundle(QString bundlePath, QString resourcePath)
+    : m_bundlePath(std::move(bundlePath))
+    , m_resourcePath(std::move(resourcePath))
 {
 }
 

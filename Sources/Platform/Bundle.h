@@ -30,7 +30,7 @@ public:
     std::optional<QString> information(const QString &key) const;
 
 private:
-    Bundle(const QString &bundlePath, const QString &resourcePath);
+    Bundle(QString bundlePath, QString resourcePath);
 
     QString m_bundlePath;
     QString m_resourcePath;
