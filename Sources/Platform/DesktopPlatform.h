@@ -44,4 +44,4 @@ public:
 
 /// The services of the desktop that the process runs on, each the first of its candidates that
 /// works here. Needs the QApplication. Main thread only. Throws `UnsupportedDesktop`.
-std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &options);
+std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given);

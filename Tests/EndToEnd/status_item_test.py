@@ -22,6 +22,7 @@ class StatusItemTest(unittest.TestCase):
         before = screenshot()
         program.click(button=3)
         wait_until("the menu", lambda: not is_unchanged(before))
+        Pointer.rest()
         return before
 
     def test_menu_opens_again_and_again(self):

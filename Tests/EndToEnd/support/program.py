@@ -158,9 +158,9 @@ class Program:
         return self.status_item()
 
     def click(self, button=1):
-        """A click on the icon. The pointer does not stay, or the panel would show its tool tip."""
+        """A click on the icon. The pointer must not stay when what it brought has come, or the
+        panel shows its tool tip."""
         Pointer.click(*self.status_item().middle, button)
-        Pointer.rest()
 
     # The overlay
 
@@ -183,6 +183,7 @@ class Program:
             raise TimedOut(f"{problem}; there was {'something' if seen else 'never anything'}; the "
                            f"item is at {desktop.find_tray_icon()}, clicked at {self._item}") \
                 from problem
+        Pointer.rest()
         return before
 
     def capture(self, box):
