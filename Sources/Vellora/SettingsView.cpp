@@ -58,11 +58,11 @@ FormSection *SettingsView::addSection(const QString &header)
     return section;
 }
 
-void SettingsView::bind(ToggleSwitch *control, bool (Settings::*value)() const,
-                        void (Settings::*assign)(bool))
+template <bool (Settings::*value)() const, void (Settings::*assign)(bool)>
+void SettingsView::bind(ToggleSwitch *control)
 {
     // Not the click: screen readers toggle without one.
-    connect(control, &QCheckBox::toggled, &m_settings, [this, value, assign](bool on) {
+    connect(control, &QCheckBox::toggled, &m_settings, [this](bool on) {
         if (on != (m_settings.*value)()) {
             (m_settings.*assign)(on);
         }
@@ -85,10 +85,10 @@ void SettingsView::addCapture()
 {
     FormSection *section = addSection(tr("Capture"));
     m_shutterSound = new ToggleSwitch(tr("&Shutter sound"), section);
-    bind(m_shutterSound, &Settings::shutterSound, &Settings::setShutterSound);
+    bind<&Settings::shutterSound, &Settings::setShutterSound>(m_shutterSound);
     section->addRow(m_shutterSound);
     m_showNotification = new ToggleSwitch(tr("Show &notification when copied"), section);
-    bind(m_showNotification, &Settings::showNotification, &Settings::setShowNotification);
+    bind<&Settings::showNotification, &Settings::setShowNotification>(m_showNotification);
     section->addRow(m_showNotification);
 }
 
@@ -96,7 +96,7 @@ void SettingsView::addKeyboardShortcut()
 {
     m_shortcutSection = addSection(tr("Keyboard Shortcut"));
     m_hotkeyEnabled = new ToggleSwitch(tr("&Enable global hotkey"), m_shortcutSection);
-    bind(m_hotkeyEnabled, &Settings::hotkeyEnabled, &Settings::setHotkeyEnabled);
+    bind<&Settings::hotkeyEnabled, &Settings::setHotkeyEnabled>(m_hotkeyEnabled);
     m_shortcutSection->addRow(m_hotkeyEnabled);
 }
 
@@ -122,7 +122,7 @@ void SettingsView::addGeneral()
 {
     FormSection *section = addSection(tr("General"));
     m_launchAtLogin = new ToggleSwitch(tr("&Launch at login"), section);
-    bind(m_launchAtLogin, &Settings::launchAtLogin, &Settings::setLaunchAtLogin);
+    bind<&Settings::launchAtLogin, &Settings::setLaunchAtLogin>(m_launchAtLogin);
     section->addRow(m_launchAtLogin);
 }
 

@@ -33,8 +33,8 @@ public:
 private:
     FormSection *addSection(const QString &header);
     /// Ties a switch to a setting, which it writes when it is toggled.
-    void bind(ToggleSwitch *control, bool (Settings::*value)() const,
-              void (Settings::*assign)(bool));
+    template <bool (Settings::*value)() const, void (Settings::*assign)(bool)>
+    void bind(ToggleSwitch *control);
     void addOutput();
     void addCapture();
     void addKeyboardShortcut();

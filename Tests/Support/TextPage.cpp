@@ -66,6 +66,9 @@ protected:
         QWidget::changeEvent(event);
         if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
             say(u"active"_s);
+            // Drawn before the window manager had placed it, the page has told a place in its
+            // frame; Qt tells of no move where that is the place asked for.
+            update();
         }
     }
 
