@@ -23,7 +23,13 @@ X11Keys::X11Keys()
             return (event.response_type & 0x7f) == XCB_MAP_NOTIFY;
         },
         std::chrono::seconds(5));
-    xcb_set_input_focus(xcb, XCB_INPUT_FOCUS_POINTER_ROOT, m_window, XCB_CURRENT_TIME);
+    takeFocus();
+}
+
+void X11Keys::takeFocus()
+{
+    xcb_set_input_focus(m_connection.xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, m_window,
+                        XCB_CURRENT_TIME);
     sync();
 }
 

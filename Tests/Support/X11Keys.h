@@ -26,6 +26,9 @@ class X11Keys
 public:
     X11Keys();
 
+    /// Gives this program's window the keyboard; window managers take it away as they start.
+    void takeFocus();
+
     /// Presses the keys in their order, then releases them in the opposite one.
     void type(const QList<xcb_keycode_t> &keys);
     void press(xcb_keycode_t key);
