@@ -12,6 +12,7 @@
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/Qt/StandardErrorLog.h"
+#include "Platform/WaylandDesktop.h"
 #include "Platform/X11/X11Platform.h"
 #include "Platform/X11/XEmbedTray.h"
 #include "TextRecognition/TesseractTextRecognizer.h"
@@ -51,6 +52,20 @@ void addWindowSystem(Platform &platform, const QString &displayName)
         platform.pasteboard = std::make_unique<QtPasteboard>();
         return;
     }
+    if (isWaylandDesktop()) {
+        platform.screens = std::make_unique<QtScreens>();
+        const QStringList missing = addWaylandServices(platform);
+        if (missing.isEmpty()) {
+            return;
+        }
+        throw UnsupportedDesktop(
+            QCoreApplication::translate(
+                "DesktopPlatform",
+                "%1 cannot work on this Wayland desktop, which lets no program %2. Log in to an "
+                "X11 session (often called “Xorg” on the login screen), or to sway or another "
+                "desktop based on wlroots.")
+                .arg(displayName, missing.join(u", "_s)));
+    }
     throw UnsupportedDesktop(
         QCoreApplication::translate(
             "DesktopPlatform",
@@ -72,6 +87,11 @@ PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options)
 }
 
 } // namespace
+
+void prepareDesktopPlatform()
+{
+    prepareWaylandDesktop();
+}
 
 std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given)
 {

@@ -42,6 +42,9 @@ public:
     QString message() const { return QString::fromUtf8(what()); }
 };
 
+/// What has to be done before the application object is made.
+void prepareDesktopPlatform();
+
 /// The services of the desktop that the process runs on, each the first of its candidates that
 /// works here. Needs the QApplication. Main thread only. Throws `UnsupportedDesktop`.
 std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given);

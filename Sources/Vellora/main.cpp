@@ -53,6 +53,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(u"Vellora"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(VELLORA_VERSION));
 
+    prepareDesktopPlatform();
     app = std::make_unique<QApplication>(argc, argv);
     installTranslations();
     QGuiApplication::setQuitOnLastWindowClosed(false);

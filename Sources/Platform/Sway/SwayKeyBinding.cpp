@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Sway/SwayKeyBinding.h"
+
+#include "Platform/Wayland/WaylandKeyboard.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+/// Sway compares the locks too, under which a shortcut has to work.
+const QList<QStringList> &lockVariants()
+{
+    static const QList<QStringList> variants{{}, {u"Lock"_s}, {u"Mod2"_s}, {u"Lock"_s, u"Mod2"_s}};
+    return variants;
+}
+
+QString nextCommand()
+{
+    static int number = 0;
+    return u"nop vellora %1 %2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
+}
+} // namespace
+
+SwayKeyBinding::SwayKeyBinding(KeyTap::Callback callback)
+    : m_callback(std::move(callback))
+    , m_command(nextCommand())
+    , m_events({SwayEvents::Type::Binding, SwayEvents::Type::Workspace},
+               [this](SwayEvents::Type type, const QJsonObject &event) { handle(type, event); })
+{
+}
+
+SwayKeyBinding::~SwayKeyBinding()
+{
+    unbind();
+}
+
+bool SwayKeyBinding::setCombination(const KeyCombination &combination)
+{
+    unbind();
+    m_combination = combination;
+    return m_events.isUsable() && bind();
+}
+
+bool SwayKeyBinding::bind()
+{
+    const WaylandKeyboard keyboard;
+    const auto keycode = keyboard.keycode(m_combination.keyCode);
+    if (!keycode) {
+        return false;
+    }
+    const SwayKey key{m_combination.flags & KeyFlags::mask, *keycode,
+                      keyboard.keysymNames(m_combination.keyCode)};
+    if (isTaken(key)) {
+        return false;
+    }
+    m_bound = key;
+    for (const QStringList &locks : lockVariants()) {
+        // By the key's place: what a layout prints on it does not matter.
+        if (!m_connection.run(
+                u"bindcode --no-warn %1 %2"_s.arg(swayKeyText(key, locks), m_command))) {
+            unbind();
+            return false;
+        }
+    }
+    return true;
+}
+
+void SwayKeyBinding::unbind()
+{
+    const auto bound = std::exchange(m_bound, std::nullopt);
+    if (!bound) {
+        return;
+    }
+    for (const QStringList &locks : lockVariants()) {
+        // Where there is none, after a reload, sway answers with an error that concerns nobody.
+        m_connection.run(u"unbindcode %1"_s.arg(swayKeyText(*bound, locks)));
+    }
+}
+
+bool SwayKeyBinding::isTaken(const SwayKey &key)
+{
+    const QString config = m_connection.request(SwayConnection::Request::GetConfig)
+                               .object()
+                               .value("config"_L1)
+                               .toString();
+    return swayConfigBinds(config, key);
+}
+
+void SwayKeyBinding::handle(SwayEvents::Type type, const QJsonObject &event)
+{
+    const QString change = event.value("change"_L1).toString();
+    if (type == SwayEvents::Type::Workspace && change == u"reload") {
+        m_bound.reset();
+        bind();
+    } else if (type == SwayEvents::Type::Binding &&
+               event.value("binding"_L1).toObject().value("command"_L1).toString() == m_command) {
+        m_callback(m_combination);
+    }
+}

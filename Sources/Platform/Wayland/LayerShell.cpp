@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Wayland/LayerShell.h"
+
+#include "Platform/Wayland/QtWayland.h"
+
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+
+#include <wayland-client.h>
+
+// The header names an argument after a keyword.
+#define namespace namespace_
+#include <wayland-wlr-layer-shell-unstable-v1.h>
+#undef namespace
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+constexpr auto withoutRole = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+/// One is what a compositor needs; a busy one may answer with the next.
+constexpr int mostRoundtrips = 10;
+/// Panels and docks do not push the layer aside.
+constexpr int32_t beneathPanelsToo = -1;
+constexpr uint32_t everyEdge =
+    ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
+    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
+
+const wl_registry_listener registryListener{
+    .global =
+        [](void *data, wl_registry *registry, uint32_t name, const char *interface,
+           uint32_t version) {
+            if (std::strcmp(interface, zwlr_layer_shell_v1_interface.name) == 0) {
+                // 3 is the first that can be destroyed.
+                *static_cast<zwlr_layer_shell_v1 **>(data) =
+                    static_cast<zwlr_layer_shell_v1 *>(wl_registry_bind(
+                        registry, name, &zwlr_layer_shell_v1_interface, std::min(version, 3U)));
+            }
+        },
+    .global_remove = [](void *, wl_registry *, uint32_t) {},
+};
+} // namespace
+
+LayerSurface::LayerSurface(zwlr_layer_surface_v1 *role, QWidget &window)
+    : m_role(role)
+    , m_window(&window)
+{
+}
+
+LayerSurface::~LayerSurface()
+{
+    zwlr_layer_surface_v1_destroy(m_role);
+}
+
+void LayerSurface::configure(quint32 serial, QSize size)
+{
+    zwlr_layer_surface_v1_ack_configure(m_role, serial);
+    m_size = size;
+    if (m_window && !size.isEmpty()) {
+        m_window->resize(size);
+    }
+}
+
+LayerShell::LayerShell()
+{
+    wl_display *display = qtWaylandDisplay();
+    if (!display) {
+        return;
+    }
+    m_queue = wl_display_create_queue(display);
+    auto *wrapper = static_cast<wl_display *>(wl_proxy_create_wrapper(display));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(wrapper), m_queue);
+    wl_registry *registry = wl_display_get_registry(wrapper);
+    wl_proxy_wrapper_destroy(wrapper);
+    wl_registry_add_listener(registry, &registryListener, &m_shell);
+    roundtrip();
+    wl_registry_destroy(registry);
+}
+
+LayerShell::~LayerShell()
+{
+    if (m_shell && zwlr_layer_shell_v1_get_version(m_shell) >= 3) {
+        zwlr_layer_shell_v1_destroy(m_shell);
+    } else if (m_shell) {
+        wl_proxy_destroy(reinterpret_cast<wl_proxy *>(m_shell));
+    }
+    if (m_queue) {
+        wl_event_queue_destroy(m_queue);
+    }
+}
+
+bool LayerShell::isUsable() const
+{
+    return m_shell && qEnvironmentVariableIntValue(withoutRole) != 0;
+}
+
+std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen)
+{
+    window.setScreen(&screen);
+    window.winId();
+    QWindow *native = window.windowHandle();
+    native->setScreen(&screen);
+    wl_surface *surface = qtWaylandSurface(*native);
+    wl_output *output = qtWaylandOutput(screen);
+    if (!isUsable() || !surface || !output) {
+        return nullptr;
+    }
+    static const zwlr_layer_surface_v1_listener listener{
+        .configure =
+            [](void *data, zwlr_layer_surface_v1 *, uint32_t serial, uint32_t width,
+               uint32_t height) {
+                static_cast<LayerSurface *>(data)->configure(
+                    serial, QSize(static_cast<int>(width), static_cast<int>(height)));
+            },
+        // The output is gone: the screens have changed, and the selection ends with that.
+        .closed = [](void *, zwlr_layer_surface_v1 *) {},
+    };
+    zwlr_layer_surface_v1 *role = zwlr_layer_shell_v1_get_layer_surface(
+        m_shell, surface, output, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "vellora-overlay");
+    auto layer = std::make_unique<LayerSurface>(role, window);
+    zwlr_layer_surface_v1_add_listener(role, &listener, layer.get());
+    zwlr_layer_surface_v1_set_anchor(role, everyEdge);
+    zwlr_layer_surface_v1_set_exclusive_zone(role, beneathPanelsToo);
+    // 1 is "exclusive" in later versions: the keyboard at once, and no other window gets it.
+    zwlr_layer_surface_v1_set_keyboard_interactivity(role, 1);
+    wl_surface_commit(surface);
+    for (int i = 0; i < mostRoundtrips && layer->size().isEmpty(); ++i) {
+        roundtrip();
+    }
+    if (layer->size().isEmpty()) {
+        return nullptr;
+    }
+    // From here on the main thread handles its events with those of Qt's.
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(role), nullptr);
+    return layer;
+}
+
+void LayerShell::roundtrip()
+{
+    if (m_queue) {
+        wl_display_roundtrip_queue(qtWaylandDisplay(), m_queue);
+    }
+}
+
+void LayerShell::leaveWindowsWithoutRole()
+{
+    qputenv(withoutRole, "1");
+}

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Wayland/LayerShellOverlaySurface.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+QScreen &qtScreen(const Screen &screen)
+{
+    const auto all = QGuiApplication::screens();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const QScreen *each) {
+        return each->geometry() == screen.geometry;
+    });
+    return found == all.end() ? *QGuiApplication::primaryScreen() : **found;
+}
+} // namespace
+
+LayerShellOverlaySurface::LayerShellOverlaySurface() = default;
+
+QPixmap LayerShellOverlaySurface::cover(QWidget &panel, const Screen &screen)
+{
+    panel.setWindowFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+    panel.setAttribute(Qt::WA_TranslucentBackground);
+    panel.setAttribute(Qt::WA_NoSystemBackground);
+    panel.setGeometry(screen.geometry);
+    if (auto layer = m_shell.cover(panel, qtScreen(screen))) {
+        m_overlays.push_back({&panel, std::move(layer)});
+    }
+    return {};
+}
+
+void LayerShellOverlaySurface::orderFront(QWidget &panel)
+{
+    const bool isCovering =
+        std::ranges::find(m_overlays, &panel, &Overlay::panel) != m_overlays.end();
+    if (isCovering) {
+        panel.show();
+    }
+}
+
+void LayerShellOverlaySurface::makeKey(QWidget & /*panel*/)
+{
+    // The layer has asked for the keyboard already; a program cannot take it.
+}
+
+void LayerShellOverlaySurface::orderOut(QWidget &panel)
+{
+    std::erase_if(m_overlays, [&](const Overlay &overlay) { return overlay.panel == &panel; });
+    panel.hide();
+    m_shell.roundtrip();
+}

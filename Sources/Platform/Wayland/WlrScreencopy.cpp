@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Wayland/WlrScreencopy.h"
+
+#include "Platform/Wayland/ShmBuffer.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTransform>
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <vector>
+#include <wayland-wlr-screencopy-unstable-v1.h>
+
+namespace {
+/// When a compositor that shows no frame is given up on, such as one whose output is switched off.
+constexpr std::chrono::milliseconds longestWait(2000);
+/// The first version of wl_output that tells its name.
+constexpr quint32 versionWithName = 4;
+
+/// One output, bound for as long as a grab takes: so none is ever out of date.
+struct Output
+{
+    explicit Output(wl_output *bound)
+        : proxy(bound)
+    {
+    }
+
+    WaylandPointer<wl_output, wl_output_destroy> proxy;
+    QString name;
+    QPoint origin;
+    int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
+};
+
+const wl_output_listener outputListener{
+    .geometry =
+        [](void *data, wl_output *, int32_t x, int32_t y, int32_t, int32_t, int32_t, const char *,
+           const char *, int32_t transform) {
+            static_cast<Output *>(data)->origin = {x, y};
+            static_cast<Output *>(data)->transform = transform;
+        },
+    .mode = [](void *, wl_output *, uint32_t, int32_t, int32_t, int32_t) {},
+    .done = [](void *, wl_output *) {},
+    .scale = [](void *, wl_output *, int32_t) {},
+    .name = [](void *data, wl_output *,
+               const char *name) { static_cast<Output *>(data)->name = QString::fromUtf8(name); },
+    .description = [](void *, wl_output *, const char *) {},
+};
+
+using Outputs = std::vector<std::unique_ptr<Output>>;
+
+Outputs bindOutputs(WaylandConnection &connection, QDeadlineTimer deadline)
+{
+    Outputs outputs;
+    for (const WaylandConnection::Global &global : connection.globals()) {
+        if (global.interface == wl_output_interface.name) {
+            outputs.push_back(std::make_unique<Output>(
+                connection.bind<wl_output>(global, wl_output_interface, versionWithName)));
+            wl_output_add_listener(outputs.back()->proxy.get(), &outputListener,
+                                   outputs.back().get());
+        }
+    }
+    connection.roundtrip(deadline);
+    return outputs;
+}
+
+/// The output that Qt's screen stands for: of the same name, or else in the same place.
+const Output *outputOf(const QScreen &screen, const Outputs &outputs)
+{
+    const auto find = [&](auto matches) {
+        const auto found = std::ranges::find_if(outputs, matches);
+        return found == outputs.end() ? nullptr : found->get();
+    };
+    const Output *named = find([&](const auto &each) { return each->name == screen.name(); });
+    return named ? named : find([&](const auto &each) {
+        return each->name.isEmpty() && each->origin == screen.geometry().topLeft();
+    });
+}
+
+const QScreen *qtScreen(const Screens &screens, quint32 display)
+{
+    for (const Screen &screen : screens.screens()) {
+        if (screen.displayNumber != display) {
+            continue;
+        }
+        const auto all = QGuiApplication::screens();
+        const auto found = std::ranges::find(all, screen.geometry, &QScreen::geometry);
+        return found == all.end() ? nullptr : *found;
+    }
+    return nullptr;
+}
+
+/// The compositor's answers to one request for a picture.
+struct Frame
+{
+    ShmLayout layout;
+    bool hasLayout = false;
+    bool isLayoutComplete = false;
+    bool isUpsideDown = false;
+    bool isReady = false;
+    bool hasFailed = false;
+};
+
+Frame &frameOf(void *data)
+{
+    return *static_cast<Frame *>(data);
+}
+
+const zwlr_screencopy_frame_v1_listener frameListener{
+    .buffer =
+        [](void *data, zwlr_screencopy_frame_v1 *proxy, uint32_t format, uint32_t width,
+           uint32_t height, uint32_t stride) {
+            Frame &frame = frameOf(data);
+            if (!frame.hasLayout && imageFormat(format)) {
+                frame.layout = {format, QSize(static_cast<int>(width), static_cast<int>(height)),
+                                stride};
+                frame.hasLayout = true;
+            }
+            frame.isLayoutComplete = zwlr_screencopy_frame_v1_get_version(proxy) <
+                                     ZWLR_SCREENCOPY_FRAME_V1_BUFFER_DONE_SINCE_VERSION;
+        },
+    .flags =
+        [](void *data, zwlr_screencopy_frame_v1 *, uint32_t flags) {
+            frameOf(data).isUpsideDown = flags & ZWLR_SCREENCOPY_FRAME_V1_FLAGS_Y_INVERT;
+        },
+    .ready = [](void *data, zwlr_screencopy_frame_v1 *, uint32_t, uint32_t,
+                uint32_t) { frameOf(data).isReady = true; },
+    .failed = [](void *data, zwlr_screencopy_frame_v1 *) { frameOf(data).hasFailed = true; },
+    .damage = [](void *, zwlr_screencopy_frame_v1 *, uint32_t, uint32_t, uint32_t, uint32_t) {},
+    .linux_dmabuf = [](void *, zwlr_screencopy_frame_v1 *, uint32_t, uint32_t, uint32_t) {},
+    .buffer_done = [](void *data,
+                      zwlr_screencopy_frame_v1 *) { frameOf(data).isLayoutComplete = true; },
+};
+
+/// Turns a picture as the output's hardware shows it upright, as wl_output.transform tells.
+QImage upright(const QImage &image, int32_t transform)
+{
+    QTransform turn;
+    // The numbers count counter-clockwise quarter turns; 4 is added for a flip around the
+    // vertical axis, which the compositor does first.
+    const bool isFlipped = transform >= WL_OUTPUT_TRANSFORM_FLIPPED;
+    turn.rotate(90.0 * (transform % 4));
+    if (isFlipped) {
+        turn.scale(-1, 1);
+    }
+    return turn.isIdentity() ? image : image.transformed(turn);
+}
+
+/// `region` of whole points around `rect` was grabbed as `image`: the pixels of `rect` alone.
+QImage cropped(const QImage &image, const QRect &region, const QRectF &rect)
+{
+    const double across = double(image.width()) / region.width();
+    const double down = double(image.height()) / region.height();
+    // Rounding errors of the scale must not add a row: 1/1000 of a pixel is none.
+    constexpr double slack = 0.001;
+    const QRectF inside = rect.translated(-region.topLeft());
+    const int left = static_cast<int>(std::floor(inside.left() * across + slack));
+    const int top = static_cast<int>(std::floor(inside.top() * down + slack));
+    const int right = static_cast<int>(std::ceil(inside.right() * across - slack));
+    const int bottom = static_cast<int>(std::ceil(inside.bottom() * down - slack));
+    const QRect pixels = QRect(left, top, right - left, bottom - top) & image.rect();
+    return pixels == image.rect() ? image : image.copy(pixels);
+}
+} // namespace
+
+WlrScreencopy::WlrScreencopy(const Screens &screens)
+    : m_screens(screens)
+{
+    m_manager =
+        m_connection.bindFirst<zwlr_screencopy_manager_v1>(zwlr_screencopy_manager_v1_interface, 3);
+    m_shm = m_connection.bindFirst<wl_shm>(wl_shm_interface, 1);
+    m_connection.listen();
+}
+
+WlrScreencopy::~WlrScreencopy()
+{
+    if (m_manager) {
+        zwlr_screencopy_manager_v1_destroy(m_manager);
+    }
+    if (m_shm) {
+        wl_shm_destroy(m_shm);
+    }
+}
+
+bool WlrScreencopy::preflightAccess() const
+{
+    return m_manager && m_shm && m_connection.isUsable();
+}
+
+bool WlrScreencopy::requestAccess()
+{
+    return preflightAccess();
+}
+
+QImage WlrScreencopy::createImage(quint32 display, const QRectF &rect)
+{
+    const QScreen *screen = qtScreen(m_screens, display);
+    if (!screen || !preflightAccess()) {
+        return {};
+    }
+    const QRectF within = rect & QRectF(QPointF(0, 0), QSizeF(screen->size()));
+    if (within.isEmpty()) {
+        return {};
+    }
+    const QDeadlineTimer deadline(longestWait);
+    const Outputs outputs = bindOutputs(m_connection, deadline);
+    const Output *output = outputOf(*screen, outputs);
+    if (!output) {
+        return {};
+    }
+    const QRect region = within.toAlignedRect();
+    Frame frame;
+    const WaylandPointer<zwlr_screencopy_frame_v1, zwlr_screencopy_frame_v1_destroy> proxy(
+        zwlr_screencopy_manager_v1_capture_output_region(m_manager, 0, output->proxy.get(),
+                                                         region.x(), region.y(), region.width(),
+                                                         region.height()));
+    zwlr_screencopy_frame_v1_add_listener(proxy.get(), &frameListener, &frame);
+    m_connection.dispatchUntil([&] { return frame.isLayoutComplete || frame.hasFailed; }, deadline);
+    if (frame.hasFailed || !frame.isLayoutComplete || !frame.hasLayout) {
+        return {};
+    }
+    const ShmBuffer buffer(m_shm, frame.layout);
+    if (!buffer.buffer()) {
+        return {};
+    }
+    zwlr_screencopy_frame_v1_copy(proxy.get(), buffer.buffer());
+    m_connection.dispatchUntil([&] { return frame.isReady || frame.hasFailed; }, deadline);
+    if (!frame.isReady) {
+        return {};
+    }
+    QImage image = buffer.image();
+    if (frame.isUpsideDown) {
+        image = image.mirrored();
+    }
+    return cropped(upright(image, output->transform), region, within);
+}
