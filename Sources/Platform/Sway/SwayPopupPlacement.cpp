@@ -72,9 +72,12 @@ void SwayPopupPlacement::makeFloating(QWidget &window)
     window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     m_window = &window;
     m_container.reset();
-    // Sway keeps one rule, however often it is given the same.
-    m_connection.run(u"for_window [app_id=%1 title=%2] floating enable, opacity 0"_s.arg(
-        exactly(QGuiApplication::desktopFileName()), exactly(window.windowTitle())));
+    const QString criteria = u"[app_id=%1 title=%2]"_s.arg(
+        exactly(QGuiApplication::desktopFileName()), exactly(window.windowTitle()));
+    // Sway keeps one rule, however often it is given the same. Two of them, because a comma would
+    // end the rule.
+    m_connection.run(u"for_window %1 floating enable"_s.arg(criteria));
+    m_connection.run(u"for_window %1 opacity 0"_s.arg(criteria));
 }
 
 CocoaSize SwayPopupPlacement::frameSize(const QWidget &window) const

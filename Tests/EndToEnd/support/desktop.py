@@ -4,114 +4,26 @@
 All places are pixels of the whole desktop, origin top-left, y down.
 """
 
-import os
-import re
-import subprocess
-from typing import NamedTuple
+from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, SCALE, SCREENS, WALLPAPER, Box,
+                       difference, on_screens, points, save, tool)
 
-import numpy
-from PIL import Image, ImageGrab
+if NAME == "sway":
+    from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
+                       frame_box, key, listed_windows, page_box, place_page, screenshot, title_of, window_box,
+                       windows_titled)
+else:
+    from .x11 import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
+                      frame_box, key, listed_windows, page_box, place_page, screenshot, title_of, window_box,
+                      windows_titled)
 
-from .waiting import wait_until
-
-NAME = os.environ["VELLORA_DESKTOP"]
-PANEL = os.environ["VELLORA_DESKTOP_PANEL"]
-SCALE = float(os.environ["VELLORA_DESKTOP_SCALE"])
-COMPOSITED = any(word in NAME for word in ("picom", "compositor"))
-HAS_MANAGER = NAME != "none"
-WALLPAPER = 0xC8
-
-
-class Box(NamedTuple):
-    x: int
-    y: int
-    width: int
-    height: int
-
-    @property
-    def right(self):
-        return self.x + self.width
-
-    @property
-    def bottom(self):
-        return self.y + self.height
-
-    @property
-    def middle(self):
-        return self.x + self.width // 2, self.y + self.height // 2
-
-    def inset(self, margin):
-        return Box(self.x + margin, self.y + margin, self.width - 2 * margin,
-                   self.height - 2 * margin)
-
-    def of(self, picture):
-        """This part of a screenshot."""
-        return picture[max(self.y, 0):self.bottom, max(self.x, 0):self.right]
+__all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PAGE_UNIT", "PANEL", "SCALE", "SCREENS", "WALLPAPER", "Box",
+           "Clipboard", "Pointer", "activate", "active_window", "difference", "find_tray_icon", "frame_box", "key",
+           "listed_windows", "on_screens", "page_box", "place_page", "points", "save",
+           "screenshot", "title_of", "tool", "window_box", "windows_titled"]
 
 
-def _screens():
-    left, boxes = 0, []
-    for size in os.environ["VELLORA_DESKTOP_SCREENS"].split(","):
-        width, height = (int(side) for side in size.split("x"))
-        boxes.append(Box(left, 0, width, height))
-        left += width
-    return boxes
-
-
-SCREENS = _screens()
-
-
-def points(count):
-    """Points as the program counts them, in pixels."""
-    return round(count * SCALE)
-
-
-def screenshot():
-    """What all screens show, read from the X server by this process: rows of (r, g, b)."""
-    picture = ImageGrab.grab(xdisplay=os.environ["DISPLAY"]).convert("RGB")
-    return numpy.asarray(picture).astype(numpy.int16)
-
-
-def save(picture, path):
-    Image.fromarray(picture.astype(numpy.uint8)).save(path)
-
-
-def difference(one, other):
-    """The box around the pixels that are not the same, or None."""
-    rows, columns = numpy.nonzero(numpy.any(one != other, axis=2))
-    if len(rows) == 0:
-        return None
-    return Box(int(columns.min()), int(rows.min()), int(columns.max() - columns.min() + 1),
-               int(rows.max() - rows.min() + 1))
-
-
-def on_screens(picture):
-    """A picture less what lies on no screen, when screens differ in height."""
-    return [screen.of(picture) for screen in SCREENS]
-
-
-def tool(*command, given=None, check=True):
-    done = subprocess.run(command, input=given, capture_output=True, text=True, timeout=20,
-                          check=False)
-    if check and done.returncode:
-        raise AssertionError(f"{' '.join(command)}: {done.stderr.strip() or done.returncode}")
-    return done.stdout
-
-
-class Pointer:
-    """Real input events, through the server's test extension."""
-
-    @staticmethod
-    def move(x, y):
-        tool("xdotool", "mousemove", str(round(x)), str(round(y)))
-
-    @staticmethod
-    def press(button=1):
-        tool("xdotool", "mousedown", str(button))
-
-    @staticmethod
-    def release(button=1):
-        tool("xdotool", "mouseup", str(button))
+class Pointer(Device):
+    """What a hand does with the mouse."""
 
     @classmethod
     def click(cls, x, y, button=1):
@@ -133,97 +45,3 @@ class Pointer:
             cls.move(start[0] + (end[0] - start[0]) * step, start[1] + (end[1] - start[1]) * step)
         if release:
             cls.release()
-
-
-def key(name):
-    tool("xdotool", "key", name)
-
-
-class Clipboard:
-    """The clipboard as another program meets it."""
-
-    @staticmethod
-    def text():
-        """What xclip reads, or None when there is no text."""
-        done = subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True,
-                              timeout=20, check=False)
-        return done.stdout.decode() if done.returncode == 0 else None
-
-    @staticmethod
-    def put(text):
-        # xclip stays behind to serve the text; it must not hold our pipes open.
-        subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(),
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
-                       check=True)
-        wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
-
-
-def windows_titled(title):
-    """The visible windows with exactly this title."""
-    found = tool("xdotool", "search", "--onlyvisible", "--name", re.escape(title), check=False)
-    return [window for window in found.split() if title_of(window) == title]
-
-
-def active_window():
-    """The window that the window manager gave the keyboard, as a number."""
-    found = re.search(r"0x[0-9a-f]+", tool("xprop", "-root", "_NET_ACTIVE_WINDOW"))
-    return int(found[0], 16) if found else 0
-
-
-def title_of(window):
-    """The title that is in the window's title bar, and in a task bar."""
-    text = tool("xprop", "-id", window, "-notype", "_NET_WM_NAME", check=False)
-    return text.partition('= "')[2].rstrip().removesuffix('"')
-
-
-def find_tray_icon():
-    """The one icon in the panel's tray, once it is drawn and has its place; else None."""
-    # A window may go while the tree is read; the next look will tell.
-    tree = tool("xwininfo", "-root", "-tree", check=False)
-    trays = [Box(int(x), int(y), int(width), int(height)) for width, height, x, y in re.findall(
-        r'"(?:Wrapper-2.0|trayer)"\) +(\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)]
-    # The tool tips of the panel are windows of the same class.
-    trays = [tray for tray in trays if min(tray.width, tray.height) >= 16
-             and tray.y >= SCREENS[0].bottom - points(30)]
-    if len(trays) != 1:
-        return None
-    picture = trays[0].of(screenshot())
-    if difference(picture, trays[0].of(screenshot())):
-        return None
-    # The tray is plain where the icon is not.
-    rows, columns = (abs(picture - picture[0, -1]).max(axis=2) > 60).nonzero()
-    if len(rows) < 20:
-        return None
-    return Box(trays[0].x + int(columns.min()), trays[0].y + int(rows.min()),
-               int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
-
-
-def window_box(window):
-    """Where the window's content is."""
-    lines = tool("xwininfo", "-id", window)
-    return Box(*(int(re.search(rf"{name}: +(-?\d+)", lines)[1])
-                 for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")))
-
-
-def frame_box(window):
-    """The window with the border and title bar that the window manager gave it."""
-    box = window_box(window)
-    extents = re.findall(r"\d+", tool("xprop", "-id", window, "_NET_FRAME_EXTENTS",
-                                      check=False).partition("=")[2])
-    if len(extents) != 4:
-        return box
-    left, right, top, bottom = (int(side) for side in extents)
-    return Box(box.x - left, box.y - top, box.width + left + right, box.height + top + bottom)
-
-
-def listed_windows():
-    """The windows that the window manager lists, as a task bar sees them: {id: its properties}.
-
-    Those that ask not to be in a task bar are left out.
-    """
-    listed = re.findall(r"0x[0-9a-f]+", tool("xprop", "-root", "_NET_CLIENT_LIST"))
-    properties = {window: tool("xprop", "-id", window, check=False) for window in listed}
-    return {window: text for window, text in properties.items()
-            if "_NET_WM_STATE_SKIP_TASKBAR" not in text
-            and "_NET_WM_WINDOW_TYPE_DOCK" not in text
-            and "_NET_WM_WINDOW_TYPE_DESKTOP" not in text}

@@ -15,9 +15,11 @@ class Page:
     """Use as a context manager; `box` is where it stands."""
 
     def __init__(self, text, box=None, pixel_size=None):
+        self._wanted = box or self.usual_box()
+        unit = desktop.PAGE_UNIT
         self._command = [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size",
-                         str(pixel_size or desktop.points(36)), "--place",
-                         ",".join(str(side) for side in (box or self.usual_box())), text]
+                         str(round((pixel_size or desktop.points(36)) / unit)), "--place",
+                         ",".join(str(round(side / unit)) for side in self._wanted), text]
         self.lines = []
 
     @staticmethod
@@ -31,7 +33,9 @@ class Page:
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
         try:
-            wait_until("the text page", lambda: self._place() and self._is_seen())
+            wait_until("the text page's window", lambda: self._place()
+                       and desktop.place_page(self._process.pid, self._wanted))
+            wait_until("the text page", self._is_seen)
         except TimedOut as error:
             raise TimedOut(f"{error}, which said {self.lines}") from error
         # A window manager gives a new window the focus when it gets to it; were that later, it
@@ -52,7 +56,8 @@ class Page:
 
     def _place(self):
         shown = [line for line in self.lines if line.startswith("shown ")]
-        return Box(*(int(side) for side in shown[-1].split()[1:])) if shown else None
+        said = Box(*(int(side) for side in shown[-1].split()[1:])) if shown else None
+        return said and desktop.page_box(self._process.pid, said)
 
     def _is_seen(self):
         corners = self.box.of(desktop.screenshot())
