@@ -12,7 +12,7 @@ NOBODY = 65534
 
 CONFIGURATION = """
 xwayland disable
-default_border none
+default_border normal
 default_floating_border normal
 floating_modifier Mod1 normal
 focus_follows_mouse no
@@ -126,8 +126,12 @@ class SwaySession:
         return len([each for each in outputs if each["active"]]) == len(self._session.screens)
 
     def _shows_wallpaper(self):
-        picture = self._tell("grim", "-t", "ppm", "-")
-        return picture[-3:] == bytes(self._pixel)
+        lefts, left = [], 0
+        for width, _ in self._session.screens:
+            lefts.append(left)
+            left += round(width / self._session.scale)
+        return all(self._tell("grim", "-t", "ppm", "-g", f"{left + 5},5 1x1", "-")[-3:]
+                   == bytes(self._pixel) for left in lefts)
 
     def start_panel(self):
         session = self._session

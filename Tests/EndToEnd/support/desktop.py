@@ -9,17 +9,18 @@ from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, SCALE, SCREENS, WAL
 
 if NAME == "sway":
     from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                       frame_box, key, listed_windows, page_box, place_page, screenshot, title_of, window_box,
-                       windows_titled)
+                       frame_box, key, listed_windows, page_box, place_page, screenshot,
+                       title_of, window_box, windows_titled)
 else:
     from .x11 import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                      frame_box, key, listed_windows, page_box, place_page, screenshot, title_of, window_box,
-                      windows_titled)
+                      frame_box, key, listed_windows, page_box, place_page, screenshot, title_of,
+                      window_box, windows_titled)
 
-__all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PAGE_UNIT", "PANEL", "SCALE", "SCREENS", "WALLPAPER", "Box",
-           "Clipboard", "Pointer", "activate", "active_window", "difference", "find_tray_icon", "frame_box", "key",
-           "listed_windows", "on_screens", "page_box", "place_page", "points", "save",
-           "screenshot", "title_of", "tool", "window_box", "windows_titled"]
+__all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PAGE_UNIT", "PANEL", "SCALE", "SCREENS",
+           "WALLPAPER", "Box", "Clipboard", "Pointer", "activate", "active_window", "difference",
+           "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens", "page_box",
+           "place_page", "points", "save", "screenshot", "title_of", "tool", "window_box",
+           "windows_titled"]
 
 
 class Pointer(Device):

@@ -54,9 +54,14 @@ class _Input:
 
 
 _input = _Input()
-# A new window has the size that it wants only where it floats from the beginning.
-for rule in ("floating enable", "border none"):
-    tool("swaymsg", f"for_window [title=\"^Text page$\"] {rule}")
+
+def float_pages():
+    """Lets text pages have the size that they want; to be told again after a reload."""
+    for rule in ("floating enable", "border none"):
+        tool("swaymsg", f"for_window [title=\"^Text page$\"] {rule}")
+
+
+float_pages()
 
 
 class Device:
@@ -174,12 +179,13 @@ def listed_windows():
 
 
 def place_page(process, box):
-    """Puts the text page of this process there, once it is; whether it was there."""
+    """Puts the text page of this process there, once it is; whether that worked."""
+    x, y = round(box.x / SCALE), round(box.y / SCALE)
     pages = [each["id"] for each in _windows() if each["pid"] == process]
     for page in pages:
-        command(f"[con_id={page}] move absolute position "
-                f"{round(box.x / SCALE)} px {round(box.y / SCALE)} px")
-    return bool(pages)
+        # Not while it is just being shown.
+        tool("swaymsg", f"[con_id={page}] move absolute position {x} px {y} px", check=False)
+    return any((box.x, box.y) == page_box(process, None)[:2] for _ in pages)
 
 
 def page_box(process, _said):

@@ -1,0 +1,159 @@
+# SPDX-License-Identifier: MIT
+"""What is different on sway: keys, menu, clipboard, screens and windows that Wayland guards."""
+
+import subprocess
+import unittest
+
+from support import desktop, main
+from support.desktop import Clipboard, Pointer, key, points, screenshot
+from support.page import Page
+from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
+from support.sway import command, float_pages
+from support.waiting import holds_for, wait_until
+
+TEXT = "Between two worlds"
+SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
+NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
+               "Accessibility permission likely denied")
+QT_O = 79
+
+
+def wait_until_launched():
+    """Until the program has done what it had to by now."""
+    wait_until("the program on the session bus", is_on_bus)
+    # What it is asked is answered by its event loop: the second answer comes after the launch.
+    for _ in range(2):
+        activate_action("no-such-action")
+
+
+class SwayTest(unittest.TestCase):
+    def assert_captures(self, shortcut):
+        before = screenshot()
+        key(shortcut)
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        key("Escape")
+        wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def assert_reaches_the_window(self, page, shortcut):
+        before, count = screenshot(), len(page.said(f"key {QT_O}"))
+        key(shortcut)
+        wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
+        holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
+
+    # The shortcut
+
+    def test_shortcut(self):
+        with Page(TEXT) as page, Program(SHORTCUT_ON):
+            wait_until_launched()
+            self.assert_captures("super+shift+o")
+            self.assert_captures("super+shift+o")
+            self.assertEqual(page.said(f"key {QT_O}"), [])
+            self.assert_reaches_the_window(page, "ctrl+shift+o")
+
+    def test_shortcut_outlives_a_reload(self):
+        with Page(TEXT), Program(SHORTCUT_ON):
+            wait_until_launched()
+            self.assert_captures("super+shift+o")
+            before = screenshot()
+            command("reload")
+            float_pages()
+            # The reload is over, and the program has been told, when sway takes the next command.
+            wait_until_launched()
+            wait_until("the desktop of before", lambda: is_unchanged(before))
+            self.assert_captures("super+shift+o")
+
+    def test_shortcut_is_freed_at_the_end(self):
+        with Page(TEXT) as page:
+            with Program(SHORTCUT_ON):
+                wait_until_launched()
+                self.assert_captures("super+shift+o")
+            self.assert_reaches_the_window(page, "super+shift+o")
+
+    def test_shortcut_that_the_configuration_binds(self):
+        with Program({**SHORTCUT_ON, "hotkeyString": "cmd+shift+d"}) as program:
+            program.logged(NOT_CREATED)
+
+    # The status item
+
+    def menu(self, program):
+        """A right click; where the menu is, and what the screens showed before."""
+        program.status_item()
+        before = screenshot()
+        program.click(button=3)
+        found = []
+
+        def is_steady():
+            now = desktop.difference(before, screenshot())
+            found.append(now)
+            return now and found[-2:] == [now, now]
+
+        wait_until("the menu", is_steady)
+        # It hangs above the bar; the rest of the difference is the lit icon.
+        box = found[-1]
+        return box._replace(height=desktop.SCREENS[0].bottom - points(14) - box.y), before
+
+    def test_capture_from_the_menu(self):
+        with Program({}) as program:
+            box, before = self.menu(program)
+            Pointer.click(box.middle[0], box.y + points(18))
+            Pointer.rest()
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def test_quit_from_the_menu(self):
+        with Program({}) as program:
+            box, _ = self.menu(program)
+            Pointer.click(box.middle[0], box.bottom - points(16))
+            self.assertEqual(program.wait_for_end(), 0)
+
+    # The clipboard
+
+    def test_what_another_program_copies_stands(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            Clipboard.put("copied later")
+            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
+
+    def test_every_name_of_plain_text(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            for name in ("text/plain;charset=utf-8", "text/plain", "UTF8_STRING", "STRING", "TEXT"):
+                pasted = desktop.tool("wl-paste", "--no-newline", "--type", name)
+                self.assertEqual((name, pasted), (name, TEXT))
+
+    def test_a_reader_that_goes_away_does_no_harm(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            for _ in range(20):
+                with subprocess.Popen(["wl-paste", "--no-newline"],
+                                      stdout=subprocess.PIPE) as reader:
+                    reader.kill()
+            self.assertEqual(Clipboard.text(), TEXT)
+
+    # The result window
+
+    def test_result_window_has_a_title_bar_and_keeps_its_size(self):
+        with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
+            before = program.capture(page.box)
+            popup = program.popup()
+            frame, content = desktop.frame_box(popup), desktop.window_box(popup)
+            self.assertGreater(content.y, frame.y + points(10), "no title bar")
+            command(f"[con_id={popup}] resize set 420 px 300 px")
+            wait_until("the new size", lambda: desktop.frame_box(popup).width == points(420))
+            resized = desktop.frame_box(popup)
+            key("Escape")
+            wait_until("the result window's end", lambda: is_unchanged(before))
+            program.capture(page.box)
+            again = program.popup()
+            # The frame's size is kept, and given to the content.
+            wait_until("the kept size",
+                       lambda: (desktop.window_box(again).width, desktop.window_box(again).height)
+                       == (resized.width, resized.height))
+
+
+if __name__ == "__main__":
+    main()
