@@ -61,10 +61,9 @@ void addWindowSystem(Platform &platform, const QString &displayName)
         throw UnsupportedDesktop(
             QCoreApplication::translate(
                 "DesktopPlatform",
-                "%1 cannot work on this Wayland desktop, which lets no program %2. Log in to an "
-                "X11 session (often called “Xorg” on the login screen), or to sway or another "
-                "desktop based on wlroots.")
-                .arg(displayName, missing.join(u", "_s)));
+                "%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often "
+                "called “Xorg” on the login screen), or to sway.")
+                .arg(displayName, missing.join(u' ')));
     }
     throw UnsupportedDesktop(
         QCoreApplication::translate(

@@ -32,19 +32,21 @@ QStringList addWaylandServices(Platform &platform)
     QStringList missing;
     auto overlay = std::make_unique<LayerShellOverlaySurface>();
     if (!overlay->isUsable()) {
-        missing << QCoreApplication::translate("DesktopPlatform",
-                                               "cover the screen (zwlr_layer_shell_v1)");
+        missing << QCoreApplication::translate(
+            "DesktopPlatform",
+            "The desktop lets no program cover the screen (zwlr_layer_shell_v1).");
     }
     auto recording = std::make_unique<WlrScreencopy>(*platform.screens);
     if (!recording->preflightAccess()) {
-        missing << QCoreApplication::translate("DesktopPlatform",
-                                               "see the screen (zwlr_screencopy_manager_v1)");
+        missing << QCoreApplication::translate(
+            "DesktopPlatform",
+            "The desktop lets no program see the screen (zwlr_screencopy_manager_v1).");
     }
     auto pasteboard = std::make_unique<DataControlPasteboard>();
     if (!pasteboard->isUsable()) {
         missing << QCoreApplication::translate(
-            "DesktopPlatform", "set the clipboard without a window (ext_data_control_manager_v1 "
-                               "or zwlr_data_control_manager_v1)");
+            "DesktopPlatform", "The desktop lets no program without a window set the clipboard "
+                               "(ext_data_control_manager_v1, zwlr_data_control_manager_v1).");
     }
     platform.overlaySurface = std::move(overlay);
     platform.screenRecording = std::move(recording);

@@ -15,6 +15,6 @@ bool isWaylandDesktop();
 /// tap, pasteboard and popup placement. `platform.screens` is set before and lives as long as
 /// they do.
 ///
-/// Answers what this desktop withholds and nothing can stand in for, as ends of a sentence that
-/// begins "which lets no program …"; empty where the program can work.
+/// Answers what this desktop withholds and nothing can stand in for, one sentence for people each;
+/// empty where the program can work.
 QStringList addWaylandServices(Platform &platform);
