@@ -74,16 +74,17 @@ public:
             return;
         }
         static const typename Protocol::DeviceListener listener{
-            // What others copy is none of our business.
-            .data_offer = [](void *, typename Protocol::Device *,
-                             typename Protocol::Offer *offer) { Protocol::destroyOffer(offer); },
-            .selection = [](void *, typename Protocol::Device *, typename Protocol::Offer *) {},
+            .data_offer = [](void *, typename Protocol::Device *, typename Protocol::Offer *) {},
+            // What others copy is none of our business. Not sooner: an offer that is gone when
+            // this event comes is never freed by libwayland 1.21.
+            .selection = [](void *, typename Protocol::Device *,
+                            typename Protocol::Offer *offer) { drop(offer); },
             .finished =
                 [](void *data, typename Protocol::Device *) {
                     static_cast<Device *>(data)->m_device.reset();
                 },
             .primary_selection = [](void *, typename Protocol::Device *,
-                                    typename Protocol::Offer *) {},
+                                    typename Protocol::Offer *offer) { drop(offer); },
         };
         m_device.reset(Protocol::getDevice(m_manager.get(), m_seat.get()));
         Protocol::listenToDevice(m_device.get(), &listener, this);
@@ -134,6 +135,13 @@ public:
 
 private:
     using SourcePointer = WaylandPointer<typename Protocol::Source, Protocol::destroySource>;
+
+    static void drop(typename Protocol::Offer *offer)
+    {
+        if (offer) {
+            Protocol::destroyOffer(offer);
+        }
+    }
 
     WaylandConnection &m_connection;
     WaylandPointer<wl_seat, wl_seat_destroy> m_seat;

@@ -10,6 +10,9 @@
 #include <wayland-client.h>
 
 // The header names an argument after a keyword.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define namespace namespace_
 #include <wayland-wlr-layer-shell-unstable-v1.h>
 #undef namespace
