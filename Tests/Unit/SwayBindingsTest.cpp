@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "Platform/KeyTap.h"
 #include "Platform/Sway/SwayBindings.h"
+
+#include "Platform/KeyTap.h"
 
 #include <QTest>
 
