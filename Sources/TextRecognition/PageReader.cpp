@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PageReader.h"
 
+#include "Indentation.h"
 #include "LineReader.h"
 #include "LineTask.h"
 #include "NoiseFilter.h"
@@ -63,6 +64,19 @@ PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
     return line;
 }
 
+/// Puts the blanks before the lines of source code.
+void indent(std::vector<PageLine> &lines)
+{
+    std::vector<PlacedText> placed;
+    for (const PageLine &line : lines)
+        placed.push_back({line.box, line.readings.first().text});
+    const std::vector<int> blanks = indentations(placed);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        for (LineReading &reading : lines[i].readings)
+            reading.text.prepend(QString(blanks[i], u' '));
+    }
+}
+
 } // namespace
 
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
@@ -90,6 +104,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     std::vector<PageLine> lines;
     for (const Row &row : readingOrder(pieces))
         lines.push_back(pageLine(row, tasks));
+    indent(lines);
     return lines;
 }
 

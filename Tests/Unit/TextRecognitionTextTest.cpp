@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is made of the models' readings: scripts, languages, mixed lines, marks and icons.
 
+#include "TextRecognition/Indentation.h"
 #include "TextRecognition/LanguageGuess.h"
 #include "TextRecognition/Languages.h"
 #include "TextRecognition/MixedScripts.h"
@@ -160,6 +161,27 @@ private Q_SLOTS:
     void directionMarksGo()
     {
         QCOMPARE(repairedText(words({u"\u200fنص\u200e"_s}), Script::Arabic), u"نص"_s);
+    }
+
+    void codeKeepsItsIndentation()
+    {
+        const auto placed = [](int column, int row, const QString &text) {
+            return PlacedText{
+                {10 + 8 * column, 20 * row, 10 + 8 * (column + int(text.size())), 20 * row + 14},
+                text};
+        };
+        QCOMPARE(
+            indentations({placed(0, 0, u"def width(self):"_s), placed(4, 1, u"if self.empty():"_s),
+                          placed(8, 2, u"return 0"_s), placed(4, 3, u"return self.right"_s)}),
+            (std::vector<int>{0, 4, 8, 4}));
+    }
+
+    void proseIsNotIndented()
+    {
+        QCOMPARE(indentations({{{10, 0, 210, 14}, u"A centred heading"_s},
+                               {{40, 20, 180, 34}, u"with a line below it"_s},
+                               {{60, 40, 250, 54}, u"and one more of them"_s}}),
+                 (std::vector<int>{0, 0, 0}));
     }
 
     void tagsFollowTheModels()
