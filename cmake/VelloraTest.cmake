@@ -86,7 +86,7 @@ function(vellora_add_entry desktop screens scale panel)
     TIMEOUT "${arg_TIMEOUT}"
     SKIP_RETURN_CODE 77
     ENVIRONMENT "\
-ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1;\
+ASAN_OPTIONS=detect_stack_use_after_return=1;\
 UBSAN_OPTIONS=print_stacktrace=1;\
 LSAN_OPTIONS=suppressions=${suppressions}/leaks.txt:print_suppressions=0;\
 TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1;\
