@@ -181,7 +181,7 @@ void OverlayGrabTest::dimComesSoon()
 
 void OverlayGrabTest::quickGrabs()
 {
-    constexpr int cycles = 200;
+    constexpr int cycles = 50;
     std::vector<qint64> microseconds;
     for (int cycle = 0; cycle < cycles; ++cycle) {
         TestOverlay overlay(m_platform);
