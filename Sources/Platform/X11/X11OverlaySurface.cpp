@@ -174,6 +174,11 @@ void X11OverlaySurface::orderOut(QWidget &panel)
         panel.hide();
         return;
     }
+    if (!panel.windowHandle() || !panel.windowHandle()->handle()) {
+        // A program that quits has closed its windows already.
+        m_overlays->remove(panel);
+        return;
+    }
     overlay->isRetired = true;
     m_overlays->unsettle();
     const xcb_window_t window = overlay->window;
