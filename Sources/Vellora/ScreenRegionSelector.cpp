@@ -63,7 +63,7 @@ void ScreenRegionSelector::observe()
     // The panels would no longer cover what the user sees.
     QObject::connect(Platform::current().screens.get(), &Screens::changed, m_observations.get(),
                      cancel);
-    // A program that quits runs no delayed tasks any more.
+    // A program that quits runs no delayed tasks any more, also not the one that ends `retainSelf`.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, m_observations.get(),
                      [weak = weak_from_this()] {
                          if (const auto self = weak.lock()) {
@@ -80,7 +80,6 @@ void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
     }
     const Completion callback = std::exchange(completion, nullptr);
     deactivationObserver.reset();
-    m_observations.reset();
     for (const PanelPointer &panel : panels) {
         Platform::current().overlaySurface->orderOut(*panel);
     }

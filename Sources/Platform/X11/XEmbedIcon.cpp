@@ -143,13 +143,16 @@ QColor XEmbedIcon::tint(const QImage &mask) const
     if (m_foreground) {
         return *m_foreground;
     }
-    // Only where the picture is clear: it may be on the screen already.
+    // Only where the picture and the one before it are clear: either may be on the screen.
     const QImage behind = screenshot();
+    const bool hasEarlier = m_drawn.size() == behind.size();
     qint64 luminance = 0;
     qint64 count = 0;
     for (int y = 0; y < behind.height(); ++y) {
         for (int x = 0; x < behind.width(); ++x) {
-            if (qAlpha(mask.pixel(x, y)) == 0) {
+            const bool isClear =
+                qAlpha(mask.pixel(x, y)) == 0 && (!hasEarlier || qAlpha(m_drawn.pixel(x, y)) == 0);
+            if (isClear) {
                 luminance += qGray(behind.pixel(x, y));
                 ++count;
             }
@@ -174,7 +177,8 @@ void XEmbedIcon::draw(const StatusItemArtwork &artwork, const StatusItemImage &i
         return pixels;
     };
     const QImage mask = placed(artwork.render(image, extent, Qt::black));
-    put(placed(artwork.render(image, extent, tint(mask))));
+    m_drawn = placed(artwork.render(image, extent, tint(mask)));
+    put(m_drawn);
 }
 
 void XEmbedIcon::put(const QImage &pixels)

@@ -4,6 +4,7 @@
 #include "Platform/Qt/StatusItemArtwork.h"
 #include "Platform/X11/X11Connection.h"
 
+#include <QImage>
 #include <QRect>
 #include <QString>
 
@@ -46,5 +47,7 @@ private:
     xcb_gcontext_t m_gc = XCB_NONE;
     uint8_t m_depth = 0;
     QSize m_size;
+    /// The picture drawn last, clear around its shape.
+    QImage m_drawn;
     std::optional<QColor> m_foreground;
 };
