@@ -312,6 +312,21 @@ void joinPieces(std::vector<TextLine> &lines)
     }
 }
 
+/// Whether most marks lie within others that lie within others, as the angles of a hatching do; a
+/// stroke of a letter has one frame around it at most.
+bool isNested(const TextLine &line)
+{
+    if (line.marks.size() < 6 || line.marks.size() > 200)
+        return false;
+    std::size_t nested = 0;
+    for (const Mark &mark : line.marks) {
+        nested += std::count_if(line.marks.begin(), line.marks.end(), [&mark](const Mark &other) {
+                      return other.box.contains(mark.box);
+                  }) > 2;
+    }
+    return 2 * nested > line.marks.size();
+}
+
 } // namespace
 
 std::vector<TextLine> findLines(const std::vector<Mark> &marks)
@@ -328,7 +343,7 @@ std::vector<TextLine> findLines(const std::vector<Mark> &marks)
     // A column of icons joins the rows beside it.
     splitRows(lines);
     std::erase_if(lines, [](const TextLine &line) {
-        return line.box.height() < smallestLetter || line.box.width() < 3;
+        return line.box.height() < smallestLetter || line.box.width() < 3 || isNested(line);
     });
     return lines;
 }

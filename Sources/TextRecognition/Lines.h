@@ -15,6 +15,8 @@ struct TextLine
     std::vector<Mark> marks;
     /// The typical height of its letters, in pixels, with the edges around them.
     int letterHeight = 0;
+    /// Columns from top to bottom instead of one line.
+    bool isVertical = false;
 };
 
 /// Groups marks into lines by their neighbours, so that sizes may differ all over the picture and

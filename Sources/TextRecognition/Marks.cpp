@@ -2,6 +2,7 @@
 #include "Marks.h"
 
 #include "Components.h"
+#include "Controls.h"
 #include "Edges.h"
 
 #include <array>
@@ -16,81 +17,6 @@ constexpr std::array<int, 6> thresholds{10, 22, 40, 64, 96, 136};
 
 /// The tallest letters looked for: 120 px type.
 constexpr int tallest = 150;
-
-struct Sides
-{
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    /// Share of the component's pixels that lie within the margin of its box.
-    double atBorder = 0;
-};
-
-/// Which part of each side of its box a component covers within `margin` pixels of it.
-Sides coveredSides(const Component &component, int margin)
-{
-    const Box &box = component.box;
-    std::vector<std::uint8_t> rows(std::size_t(box.height()) * 2, 0);
-    std::vector<std::uint8_t> columns(std::size_t(box.width()) * 2, 0);
-    int border = 0;
-    for (const Run &run : component.runs) {
-        const std::size_t row = std::size_t(run.y - box.top) * 2;
-        if (run.left < box.left + margin)
-            rows[row] = 1;
-        if (run.right > box.right - margin)
-            rows[row + 1] = 1;
-        const bool top = run.y < box.top + margin;
-        const bool bottom = run.y >= box.bottom - margin;
-        for (int x = run.left; (top || bottom) && x < run.right; ++x) {
-            const std::size_t column = std::size_t(x - box.left) * 2;
-            if (top)
-                columns[column] = 1;
-            if (bottom)
-                columns[column + 1] = 1;
-        }
-        if (top || bottom) {
-            border += run.right - run.left;
-        } else {
-            border += std::max(0, std::min(run.right, box.left + margin) - run.left);
-            border += std::max(0, run.right - std::max(run.left, box.right - margin));
-        }
-    }
-    Sides sides;
-    for (std::size_t i = 0; i < rows.size(); i += 2) {
-        sides.left += rows[i];
-        sides.right += rows[i + 1];
-    }
-    for (std::size_t i = 0; i < columns.size(); i += 2) {
-        sides.top += columns[i];
-        sides.bottom += columns[i + 1];
-    }
-    sides.left /= box.height();
-    sides.right /= box.height();
-    sides.top /= box.width();
-    sides.bottom /= box.width();
-    sides.atBorder = double(border) / component.pixels;
-    return sides;
-}
-
-/// Whether a component is an outline with nothing of its own inside: a button, a text field, a
-/// card, a check box, a switch. Letters that are outlines too (O, 0, 口) are about as wide as
-/// high and stand among others, so square outlines count only from a size on.
-bool isOutline(const Component &component)
-{
-    const Box &box = component.box;
-    if (box.height() < 10 || box.width() < 10)
-        return false;
-    const int shorter = std::min(box.width(), box.height());
-    const bool square = box.width() < 1.6 * box.height();
-    if (square && shorter < 60)
-        return false;
-    const int margin = std::clamp(shorter / 4, 3, 12);
-    const Sides sides = coveredSides(component, margin);
-    // Round ends cover their sides in part only.
-    return sides.atBorder > 0.97 && sides.top > 0.7 && sides.bottom > 0.7 &&
-           (sides.left > 0.3 || sides.right > 0.3);
-}
 
 bool isTooBig(const Component &component)
 {
@@ -158,7 +84,7 @@ public:
 private:
     void take(const Component &component, std::size_t level, bool textured)
     {
-        if (isOutline(component))
+        if (isOutline(component) || isSwitch(component, m_strength))
             return;
         if (level == 0 && hasRules(component)) {
             for (const Component &part : connectedComponents(withoutRules(component))) {

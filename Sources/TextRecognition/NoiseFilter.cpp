@@ -60,8 +60,10 @@ bool isNoise(const LineTask &task, const Evidence &page)
         page.goodLines * 10 < page.lines * 6)
         return true;
     // Among many things that were not read, what was is likely chance.
-    return page.lines >= 5 && page.goodLines * 10 < page.lines * 3 && task.best.characters() < 6 &&
-           !(confidence > 90 && letters >= 3);
+    if (page.lines < 5 || page.goodLines * 10 >= page.lines * 3)
+        return false;
+    return (task.best.characters() < 6 && !(confidence > 90 && letters >= 3)) ||
+           (task.best.characters() < 12 && confidence < 70);
 }
 
 } // namespace

@@ -92,6 +92,7 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
     for (const Mark &mark : marks)
         whole.box.unite(mark.box);
     whole.letterHeight = letterSizeOf(marks);
+    whole.isVertical = true;
     const LineImage image = lineImage(page, whole);
     if (image.isEmpty())
         return {};
