@@ -105,6 +105,24 @@ bool XEmbedIcon::contains(QPoint position) const
     return QRect(QPoint(0, 0), m_size).contains(position);
 }
 
+QImage XEmbedIcon::pixels(xcb_drawable_t drawable, QRect rect) const
+{
+    const XcbReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+        m_connection,
+        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable,
+                      static_cast<int16_t>(rect.x()), static_cast<int16_t>(rect.y()),
+                      static_cast<uint16_t>(rect.width()), static_cast<uint16_t>(rect.height()),
+                      ~0U),
+        nullptr));
+    const auto pixelBytes = static_cast<qsizetype>(rect.width()) * rect.height() * 4;
+    if (!reply || reply->depth != 24 || xcb_get_image_data_length(reply.get()) < pixelBytes) {
+        return {};
+    }
+    return QImage(xcb_get_image_data(reply.get()), rect.width(), rect.height(),
+                  QImage::Format_RGB32)
+        .copy();
+}
+
 QImage XEmbedIcon::screenshot() const
 {
     const XcbReply<xcb_translate_coordinates_reply_t> place(xcb_translate_coordinates_reply(
@@ -119,32 +137,22 @@ QImage XEmbedIcon::screenshot() const
     if (seen.isEmpty()) {
         return {};
     }
-    const XcbReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
-        m_connection,
-        xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_x.root(),
-                      static_cast<int16_t>(seen.x()), static_cast<int16_t>(seen.y()),
-                      static_cast<uint16_t>(seen.width()), static_cast<uint16_t>(seen.height()),
-                      ~0U),
-        nullptr));
-    const auto pixelBytes = static_cast<qsizetype>(seen.width()) * seen.height() * 4;
-    if (!reply || reply->depth < 24 || xcb_get_image_data_length(reply.get()) < pixelBytes) {
+    const QImage part = pixels(m_x.root(), seen);
+    if (part.isNull()) {
         return {};
     }
-    const QImage part(xcb_get_image_data(reply.get()), seen.width(), seen.height(),
-                      QImage::Format_RGB32);
     QImage whole(m_size, QImage::Format_RGB32);
     whole.fill(Qt::black);
     QPainter(&whole).drawImage(seen.topLeft() - wanted.topLeft(), part);
     return whole;
 }
 
-QColor XEmbedIcon::tint(const QImage &mask) const
+QColor XEmbedIcon::tint(const QImage &behind, const QImage &mask) const
 {
     if (m_foreground) {
         return *m_foreground;
     }
     // Only where the picture and the one before it are clear: either may be on the screen.
-    const QImage behind = screenshot();
     const bool hasEarlier = m_drawn.size() == behind.size();
     qint64 luminance = 0;
     qint64 count = 0;
@@ -170,37 +178,31 @@ void XEmbedIcon::draw(const StatusItemArtwork &artwork, const StatusItemImage &i
     }
     const int extent = std::min(m_size.width(), m_size.height());
     const auto placed = [&](const QImage &square) {
-        QImage pixels(m_size, QImage::Format_ARGB32_Premultiplied);
-        pixels.fill(Qt::transparent);
-        QPainter(&pixels).drawImage((m_size.width() - extent) / 2, (m_size.height() - extent) / 2,
-                                    square);
-        return pixels;
+        QImage picture(m_size, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter(&picture).drawImage((m_size.width() - extent) / 2, (m_size.height() - extent) / 2,
+                                     square);
+        return picture;
     };
+    xcb_clear_area(m_connection, 0, m_window, 0, 0, 0, 0);
+    // The cleared window holds an opaque tray's background. The screen would not do: a compositor
+    // shows there what was before the tray grew for the icon, until it has painted.
+    const QImage behind =
+        m_depth == 32 ? screenshot() : pixels(m_window, QRect(QPoint(0, 0), m_size));
+    if (behind.isNull() && m_depth != 32) {
+        return; // not on screen yet; an expose event follows
+    }
     const QImage mask = placed(artwork.render(image, extent, Qt::black));
-    m_drawn = placed(artwork.render(image, extent, tint(mask)));
-    put(m_drawn);
+    m_drawn = placed(artwork.render(image, extent, tint(behind, mask)));
+    put(m_drawn, behind);
 }
 
-void XEmbedIcon::put(const QImage &pixels)
+void XEmbedIcon::put(const QImage &picture, const QImage &behind)
 {
-    xcb_clear_area(m_connection, 0, m_window, 0, 0, 0, 0);
-    QImage shown = pixels;
+    QImage shown = picture;
     if (m_depth != 32) {
-        // The cleared window holds the tray's background.
-        const XcbReply<xcb_get_image_reply_t> reply(
-            xcb_get_image_reply(m_connection,
-                                xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, 0,
-                                              0, static_cast<uint16_t>(m_size.width()),
-                                              static_cast<uint16_t>(m_size.height()), ~0U),
-                                nullptr));
-        const auto pixelBytes = static_cast<qsizetype>(m_size.width()) * m_size.height() * 4;
-        if (!reply || reply->depth != 24 || xcb_get_image_data_length(reply.get()) < pixelBytes) {
-            return; // not on screen yet; an expose event follows
-        }
-        shown = QImage(xcb_get_image_data(reply.get()), m_size.width(), m_size.height(),
-                       QImage::Format_RGB32)
-                    .copy();
-        QPainter(&shown).drawImage(0, 0, pixels);
+        shown = behind;
+        QPainter(&shown).drawImage(0, 0, picture);
     }
     xcb_put_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, m_gc,
                   static_cast<uint16_t>(m_size.width()), static_cast<uint16_t>(m_size.height()), 0,

@@ -19,7 +19,6 @@ class XEmbedIcon
 {
 public:
     /// `connection` outlives the icon. `visual` is the tray's choice, XCB_NONE if it has none.
-
     XEmbedIcon(const X11Connection &connection, xcb_visualid_t visual);
     ~XEmbedIcon();
     XEmbedIcon(const XEmbedIcon &) = delete;
@@ -35,10 +34,13 @@ public:
     void draw(const StatusItemArtwork &artwork, const StatusItemImage &image);
 
 private:
-    /// What is seen where the window is: the pixels of the screen; empty when off screen.
+    /// What is seen where the window is: the pixels of the screen; null when off screen.
     QImage screenshot() const;
-    QColor tint(const QImage &mask) const;
-    void put(const QImage &pixels);
+    /// A part of a drawable of the screen's usual depth; null where the server has none.
+    QImage pixels(xcb_drawable_t drawable, QRect rect) const;
+    /// The colour that stands out from what is `behind`, where `mask` is clear.
+    QColor tint(const QImage &behind, const QImage &mask) const;
+    void put(const QImage &picture, const QImage &behind);
 
     const X11Connection &m_x;
     xcb_connection_t *m_connection;

@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: MIT
+#include "AppIcon.h"
+#include "FormSection.h"
+#include "HotkeyRecorder.h"
+#include "PlainButton.h"
+#include "Publisher.h"
+#include "Settings.h"
+#include "SettingsView.h"
+#include "SettingsWindowFixture.h"
+
+#include <QAccessible>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QTest>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+/// The form in the settings window.
+class SettingsFormTest : public SettingsWindowFixture
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    /// What the link opens, in place of a browser.
+    void visit(const QUrl &address) { m_visited << address.toString(); }
+
+private Q_SLOTS:
+    void hasFiveSections();
+    void showsTheStore();
+    void writesAtOnce();
+    void followsChangesFromElsewhere();
+    void showsTheShortcutRowOnlyWhileOn();
+    void dropsARecordingWithItsRow();
+    void recordsIntoTheStore();
+    void picksByArrowKeys();
+    void picksByArrowKeysMirrored();
+    void togglesBySpaceAndByTheWholeRow();
+    void goesRoundByTab();
+    void showsTheVersion();
+    void opensTheWebSite();
+    void checksForUpdates();
+    void leavesOutUpdatesWithoutAnUpdater();
+    void namesEveryControl();
+    void mirrorsWhenRightToLeft();
+    void loadsAnIcon();
+
+private:
+    QStringList m_visited;
+};
+
+void SettingsFormTest::hasFiveSections()
+{
+    show();
+    QStringList headers;
+    int lastTop = -1;
+    for (auto *section : view()->findChildren<FormSection *>()) {
+        headers << section->accessibleName();
+        QVERIFY(section->y() > lastTop);
+        lastTop = section->y();
+    }
+    QCOMPARE(headers, (QStringList{u"Output"_s, u"Capture"_s, u"Keyboard Shortcut"_s, u"General"_s,
+                                   u"About"_s}));
+    QStringList toggles;
+    for (auto *box : window()->findChildren<QCheckBox *>()) {
+        toggles << plain(box->text());
+    }
+    QCOMPARE(toggles, (QStringList{u"Shutter sound"_s, u"Show notification when copied"_s,
+                                   u"Enable global hotkey"_s, u"Launch at login"_s}));
+    QStringList segments;
+    for (auto *button : window()->findChildren<QRadioButton *>()) {
+        segments << button->text();
+    }
+    QCOMPARE(segments, (QStringList{u"Clipboard Only"_s, u"Popup Only"_s, u"Both"_s}));
+    QVERIFY(view()->minimumSizeHint().width() >= 320);
+    QVERIFY(view()->minimumSizeHint().height() >= 380);
+}
+
+void SettingsFormTest::showsTheStore()
+{
+    Settings::shared().setOutputMode(OutputMode::popupOnly);
+    Settings::shared().setShutterSound(false);
+    Settings::shared().setHotkeyEnabled(true);
+    Settings::shared().setHotkeyString(u"ctrl+alt+5"_s);
+    show();
+    QVERIFY(segment(u"Popup Only"_s)->isChecked());
+    QVERIFY(!segment(u"Both"_s)->isChecked());
+    QVERIFY(!toggle(u"Shutter sound"_s)->isChecked());
+    QVERIFY(toggle(u"Show notification when copied"_s)->isChecked());
+    QVERIFY(toggle(u"Enable global hotkey"_s)->isChecked());
+    QVERIFY(!toggle(u"Launch at login"_s)->isChecked());
+    QCOMPARE(recorder()->text(), u"⌃⌥5"_s);
+    QCOMPARE(recorder()->size(), QSize(160, 24));
+}
+
+void SettingsFormTest::writesAtOnce()
+{
+    show();
+    QTest::mouseClick(segment(u"Popup Only"_s), Qt::LeftButton);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::popupOnly);
+    QCOMPARE(m_platform->userDefaults().string(u"outputMode"_s), u"popup"_s);
+    QTest::mouseClick(segment(u"Clipboard Only"_s), Qt::LeftButton);
+    QCOMPARE(m_platform->userDefaults().string(u"outputMode"_s), u"clipboard"_s);
+
+    QTest::mouseClick(toggle(u"Shutter sound"_s), Qt::LeftButton);
+    QVERIFY(!Settings::shared().shutterSound());
+    QTest::mouseClick(toggle(u"Show notification when copied"_s), Qt::LeftButton);
+    QVERIFY(!Settings::shared().showNotification());
+    QTest::mouseClick(toggle(u"Enable global hotkey"_s), Qt::LeftButton);
+    QVERIFY(Settings::shared().hotkeyEnabled());
+    QTest::mouseClick(toggle(u"Launch at login"_s), Qt::LeftButton);
+    QVERIFY(Settings::shared().launchAtLogin());
+    QCOMPARE(m_platform->loginItem.requests, QStringList{u"register"_s});
+    QTest::mouseClick(toggle(u"Launch at login"_s), Qt::LeftButton);
+    QCOMPARE(m_platform->loginItem.requests, (QStringList{u"register"_s, u"unregister"_s}));
+}
+
+void SettingsFormTest::followsChangesFromElsewhere()
+{
+    show();
+    int changes = 0;
+    const auto counter =
+        connect(&Settings::shared(), &Settings::objectWillChange, this, [&] { ++changes; });
+    Settings::shared().setShutterSound(false);
+    Settings::shared().setOutputMode(OutputMode::clipboardOnly);
+    Settings::shared().setHotkeyEnabled(true);
+    QCOMPARE(changes, 3);
+    QTRY_VERIFY(segment(u"Clipboard Only"_s)->isChecked());
+    QVERIFY(!toggle(u"Shutter sound"_s)->isChecked());
+    QVERIFY(recorder());
+    Settings::shared().setHotkeyString(u"ctrl+x"_s);
+    QTRY_COMPARE(recorder()->text(), u"⌃X"_s);
+    // Showing a value does not store it again.
+    QCOMPARE(changes, 4);
+    disconnect(counter);
+}
+
+void SettingsFormTest::showsTheShortcutRowOnlyWhileOn()
+{
+    show();
+    QVERIFY(!recorder());
+    QTest::mouseClick(toggle(u"Enable global hotkey"_s), Qt::LeftButton);
+    QTRY_VERIFY(recorder());
+    QVERIFY(recorder()->isVisible());
+    QCOMPARE(recorder()->text(), u"⌘⇧O"_s);
+    bool labelled = false;
+    for (const auto *label : window()->findChildren<QLabel *>()) {
+        labelled = labelled || plain(label->text()) == u"Shortcut:";
+    }
+    QVERIFY(labelled);
+    QTest::mouseClick(toggle(u"Enable global hotkey"_s), Qt::LeftButton);
+    QTRY_VERIFY(!recorder());
+    for (const auto *label : window()->findChildren<QLabel *>()) {
+        QVERIFY(plain(label->text()) != u"Shortcut:");
+    }
+}
+
+void SettingsFormTest::dropsARecordingWithItsRow()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    show();
+    const QPointer<HotkeyRecorderField> field = recorder();
+    QTest::mouseClick(field, Qt::LeftButton);
+    QVERIFY(field->isRecording());
+    // Any other change leaves it recording.
+    Settings::shared().setShutterSound(false);
+    QTRY_VERIFY(!toggle(u"Shutter sound"_s)->isChecked());
+    QVERIFY(field->isRecording());
+    Settings::shared().setHotkeyEnabled(false);
+    QTRY_VERIFY(!field);
+    Settings::shared().setHotkeyEnabled(true);
+    QTRY_VERIFY(recorder());
+    QVERIFY(!recorder()->isRecording());
+    QCOMPARE(recorder()->text(), u"⌘⇧O"_s);
+}
+
+void SettingsFormTest::recordsIntoTheStore()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    show();
+    QTest::mouseClick(recorder(), Qt::LeftButton);
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_K,
+                    Qt::MetaModifier | Qt::ControlModifier | Qt::AltModifier, 40, 0, 0);
+    QCoreApplication::sendEvent(recorder(), &press);
+    QCOMPARE(Settings::shared().hotkeyString(), u"cmd+ctrl+alt+k"_s);
+    QCOMPARE(m_platform->userDefaults().string(u"hotkeyString"_s), u"cmd+ctrl+alt+k"_s);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(recorder()->text(), u"⌘⌃⌥K"_s);
+}
+
+void SettingsFormTest::picksByArrowKeys()
+{
+    show();
+    segment(u"Both"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::popupOnly);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::clipboardOnly);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::clipboardOnly);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::both);
+    QCOMPARE(QApplication::focusWidget(), segment(u"Both"_s));
+}
+
+void SettingsFormTest::picksByArrowKeysMirrored()
+{
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    show();
+    segment(u"Both"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::popupOnly);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(Settings::shared().outputMode(), OutputMode::both);
+}
+
+void SettingsFormTest::togglesBySpaceAndByTheWholeRow()
+{
+    show();
+    QCheckBox *sound = toggle(u"Shutter sound"_s);
+    QTest::keyClick(sound, Qt::Key_Space);
+    QVERIFY(!Settings::shared().shutterSound());
+    QTest::mouseClick(sound, Qt::LeftButton, {}, sound->rect().center());
+    QVERIFY(Settings::shared().shutterSound());
+    QTest::mouseClick(sound, Qt::LeftButton, {}, QPoint(sound->width() - 20, sound->height() / 2));
+    QVERIFY(!Settings::shared().shutterSound());
+    QTest::keyClick(window()->windowHandle(), Qt::Key_S, Qt::AltModifier);
+    QTRY_VERIFY(Settings::shared().shutterSound());
+}
+
+void SettingsFormTest::goesRoundByTab()
+{
+    Settings::shared().setHotkeyEnabled(false);
+    show(&m_platform->updater);
+    // The row that comes later takes its place in the order too.
+    Settings::shared().setHotkeyEnabled(true);
+    QTRY_VERIFY(recorder());
+    segment(u"Both"_s)->setFocus(Qt::TabFocusReason);
+    QStringList order;
+    for (int count = 0; count < 8; ++count) {
+        const QWidget *focused = QApplication::focusWidget();
+        const auto *button = qobject_cast<const QAbstractButton *>(focused);
+        order << (button ? plain(button->text()) : focused->accessibleName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(order, (QStringList{u"Both"_s, u"Shutter sound"_s, u"Show notification when copied"_s,
+                                 u"Enable global hotkey"_s, u"Shortcut"_s, u"Launch at login"_s,
+                                 Publisher::webSiteName, u"Check for Updates"_s}));
+    QCOMPARE(QApplication::focusWidget(), segment(u"Both"_s));
+}
+
+void SettingsFormTest::showsTheVersion()
+{
+    QCOMPARE(SettingsView::versionText(u"1.2.3"_s), u"v1.2.3"_s);
+    QCOMPARE(SettingsView::versionText(std::nullopt), u"v?"_s);
+    const auto shows = [this](const QString &text) {
+        for (const auto *label : window()->findChildren<QLabel *>()) {
+            if (label->text() == text) {
+                return true;
+            }
+        }
+        return false;
+    };
+    show();
+    QVERIFY(shows(u"v?"_s));
+    close();
+    QCoreApplication::setApplicationVersion(u"9.8"_s);
+    show();
+    QCoreApplication::setApplicationVersion(QString());
+    QVERIFY(shows(u"v9.8"_s));
+    QVERIFY(shows(u"Vellora"_s));
+    QVERIFY(shows(QString::fromUtf8(Publisher::creditLine)));
+    QVERIFY(shows(QString::fromUtf8(Publisher::noticeLine)));
+}
+
+void SettingsFormTest::opensTheWebSite()
+{
+    QDesktopServices::setUrlHandler(u"https"_s, this, "visit");
+    show();
+    auto *link = window()->findChild<LinkButton *>();
+    QTest::mouseClick(link, Qt::LeftButton);
+    QTest::keyClick(link, Qt::Key_Space);
+    QAccessible::queryAccessibleInterface(link)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    QDesktopServices::unsetUrlHandler(u"https"_s);
+    QCOMPARE(m_visited, QStringList(3, Publisher::webSiteAddress));
+    QVERIFY(QUrl(Publisher::webSiteAddress, QUrl::StrictMode).isValid());
+}
+
+void SettingsFormTest::checksForUpdates()
+{
+    show(&m_platform->updater);
+    QTest::mouseClick(window()->findChildren<PlainButton *>().last(), Qt::LeftButton);
+    QCOMPARE(m_platform->updater.checkCount, 1);
+    QCOMPARE(m_platform->updater.startCount, 0);
+}
+
+void SettingsFormTest::leavesOutUpdatesWithoutAnUpdater()
+{
+    show(nullptr);
+    QCOMPARE(window()->findChildren<PlainButton *>().size(), 1);
+    QVERIFY(qobject_cast<LinkButton *>(window()->findChild<PlainButton *>()));
+}
+
+void SettingsFormTest::namesEveryControl()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    show(&m_platform->updater);
+    QStringList controls;
+    for (QWidget *widget : window()->findChildren<QWidget *>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
+            continue;
+        }
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(widget);
+        QVERIFY(accessible);
+        controls << u"%1 %2"_s.arg(int(accessible->role()))
+                        .arg(plain(accessible->text(QAccessible::Name)));
+    }
+    const auto control = [](QAccessible::Role role, const QString &name) {
+        return u"%1 %2"_s.arg(int(role)).arg(name);
+    };
+    QCOMPARE(controls,
+             (QStringList{control(QAccessible::RadioButton, u"Clipboard Only"_s),
+                          control(QAccessible::RadioButton, u"Popup Only"_s),
+                          control(QAccessible::RadioButton, u"Both"_s),
+                          control(QAccessible::CheckBox, u"Shutter sound"_s),
+                          control(QAccessible::CheckBox, u"Show notification when copied"_s),
+                          control(QAccessible::CheckBox, u"Enable global hotkey"_s),
+                          control(QAccessible::EditableText, u"Shortcut"_s),
+                          control(QAccessible::CheckBox, u"Launch at login"_s),
+                          control(QAccessible::Link, Publisher::webSiteName),
+                          control(QAccessible::Button, u"Check for Updates"_s)}));
+    QWidget *picker = segment(u"Both"_s)->parentWidget();
+    QAccessibleInterface *group = QAccessible::queryAccessibleInterface(picker);
+    QCOMPARE(group->role(), QAccessible::Grouping);
+    QCOMPARE(group->text(QAccessible::Name), u"After OCR"_s);
+}
+
+void SettingsFormTest::mirrorsWhenRightToLeft()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    show();
+    const auto middle = [this](const QWidget *widget) {
+        return widget->mapTo(window(), widget->rect().center()).x();
+    };
+    QVERIFY(middle(segment(u"Clipboard Only"_s)) < middle(segment(u"Both"_s)));
+    QVERIFY(middle(recorder()) > window()->width() / 2);
+    close();
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    show();
+    QVERIFY(middle(segment(u"Clipboard Only"_s)) > middle(segment(u"Both"_s)));
+    QVERIFY(middle(recorder()) < window()->width() / 2);
+    QVERIFY(middle(window()->findChild<AppIconView *>()) > window()->width() / 2);
+}
+
+void SettingsFormTest::loadsAnIcon()
+{
+    show();
+    QCOMPARE(window()->findChild<AppIconView *>()->size(), QSize(44, 44));
+    // The build tree holds the icon where an installation does.
+    QVERIFY(!loadedAppIcon().isNull());
+    const QImage shown = window()->findChild<AppIconView *>()->grab().toImage();
+    QCOMPARE(shown.size(), QSize(44, 44) * shown.devicePixelRatio());
+    QSet<QRgb> colours;
+    for (int x = 0; x < shown.width(); ++x) {
+        colours << shown.pixel(x, shown.height() / 2);
+    }
+    QVERIFY(colours.size() > 3);
+}
+
+QTEST_MAIN(SettingsFormTest)
+#include "SettingsFormTest.moc"
