@@ -31,6 +31,7 @@ private Q_SLOTS:
     void keyboardGoesBack();
     void keyboardGoesToTheOtherSelection();
     void coversEveryPixel();
+    void keyboardStaysWhenTheWindowManagerIsLate();
     void deactivation();
     void noDeactivationAmongOwnWindows();
     void grabbedKeysAreNoDeactivation();
@@ -134,6 +135,44 @@ void OverlayFocusTest::coversEveryPixel()
               u"WIDTH=%1\n"_s.arg(pixels.width()), u"HEIGHT=%1\n"_s.arg(pixels.height())}) {
             QVERIFY2(told.contains(line), qPrintable(told + line));
         }
+    }
+}
+
+void OverlayFocusTest::keyboardStaysWhenTheWindowManagerIsLate()
+{
+    if (qEnvironmentVariable("VELLORA_DESKTOP") == "none"_L1) {
+        QSKIP("there is no window manager");
+    }
+    // Outlives the panels, which may be told of a key until they are deleted.
+    QList<int> keys;
+    for (int cycle = 0; cycle < 10; ++cycle) {
+        // As a click outside the result window closes it, and starts a capture.
+        auto window = std::make_unique<QWidget>();
+        window->resize(200, 100);
+        m_platform.popupPlacement->makeKeyAndOrderFront(*window);
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        const QString closed = u"0x%1"_s.arg(window->winId(), 0, 16);
+        window.reset();
+
+        int resigned = 0;
+        TestOverlay overlay(m_platform);
+        keys.clear();
+        collectKeys(overlay, keys);
+        const auto observer =
+            m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
+        // The window manager has answered once that window is not the active one any more.
+        const auto activeWindow = [] {
+            return outputOf(u"xprop"_s, {u"-root"_s, u"_NET_ACTIVE_WINDOW"_s});
+        };
+        QTRY_VERIFY(!activeWindow().contains(closed));
+        QVERIFY(overlay.waitUntilPainted());
+        // Until we have noticed, keys go astray.
+        const auto isKeyTold = [&keys] {
+            outputOf(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+            return QTest::qWaitFor([&keys] { return !keys.isEmpty(); }, 100);
+        };
+        QTRY_VERIFY(isKeyTold());
+        QCOMPARE(resigned, 0);
     }
 }
 

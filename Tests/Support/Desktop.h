@@ -39,6 +39,7 @@ public:
 
 private:
     void focusBy(const QString &request);
+    bool hasKeyboard() const;
     bool awaitLine();
 
     QProcess m_process;

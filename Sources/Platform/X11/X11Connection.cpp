@@ -8,6 +8,14 @@
 #include <cstring>
 #include <poll.h>
 
+namespace {
+/// The server gives every client a range of its own for the names of what it makes.
+uint32_t clientOf(xcb_window_t window, const xcb_setup_t *setup)
+{
+    return window & ~setup->resource_id_mask;
+}
+} // namespace
+
 X11Connection::X11Connection()
     : m_xcb(xcb_connect(nullptr, &m_screenNumber))
 {
@@ -61,6 +69,12 @@ QList<quint32> X11Connection::property(xcb_window_t window, const char *name) co
     }
     const auto *items = static_cast<const quint32 *>(xcb_get_property_value(reply.get()));
     return {items, items + reply->value_len};
+}
+
+bool X11Connection::haveOneOwner(xcb_window_t one, xcb_window_t other) const
+{
+    const xcb_setup_t *setup = xcb_get_setup(m_xcb);
+    return clientOf(one, setup) == clientOf(other, setup);
 }
 
 bool X11Connection::isComposited() const
@@ -133,10 +147,8 @@ bool isQtWindow(xcb_window_t window)
     if (!qt) {
         return false;
     }
-    // The server gives every client a range of its own for the names of what it makes.
     const xcb_setup_t *setup = xcb_get_setup(qt);
-    return window != XCB_WINDOW_NONE &&
-           (window & ~setup->resource_id_mask) == setup->resource_id_base;
+    return window != XCB_WINDOW_NONE && clientOf(window, setup) == setup->resource_id_base;
 }
 
 xcb_window_t focusedWindow(xcb_connection_t *connection)

@@ -48,6 +48,9 @@ public:
     /// The 32-bit items of a property, at most 1024; empty where there is none.
     QList<quint32> property(xcb_window_t window, const char *name) const;
 
+    /// Whether both windows were made by the same program.
+    bool haveOneOwner(xcb_window_t one, xcb_window_t other) const;
+
     /// Whether a compositing manager runs, so that windows with alpha show what is beneath them.
     bool isComposited() const;
 

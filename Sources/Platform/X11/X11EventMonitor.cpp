@@ -2,12 +2,16 @@
 #include "Platform/X11/X11EventMonitor.h"
 
 #include "Platform/X11/X11ActivityObserver.h"
+#include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11MouseDownMonitor.h"
+#include "Platform/X11/X11OverlayKeyboard.h"
 
 #include <utility>
 
-X11EventMonitor::X11EventMonitor(const Screens &screens)
+X11EventMonitor::X11EventMonitor(const Screens &screens,
+                                 std::shared_ptr<X11OverlayKeyboard> keyboard)
     : m_screens(screens)
+    , m_keyboard(std::move(keyboard))
 {
 }
 
@@ -24,5 +28,15 @@ X11EventMonitor::addGlobalMouseDownMonitor(std::function<void(CocoaPoint)> handl
 std::unique_ptr<EventMonitor::Monitor>
 X11EventMonitor::addResignActiveObserver(std::function<void()> handler)
 {
-    return std::make_unique<X11ActivityObserver>(std::move(handler));
+    // The window manager may have been late before there was anybody to notice.
+    xcb_connection_t *qt = qtXcbConnection();
+    if (qt && !isQtWindow(focusedWindow(qt))) {
+        m_keyboard->takeBack();
+    }
+    return std::make_unique<X11ActivityObserver>(
+        [handler = std::move(handler), keyboard = m_keyboard] {
+            if (!keyboard->takeBack()) {
+                handler();
+            }
+        });
 }

@@ -69,9 +69,11 @@ xcb_window_t nativeWindow(const QWidget &panel)
 } // namespace
 
 X11OverlaySurface::X11OverlaySurface(std::shared_ptr<X11Connection> connection,
-                                     std::shared_ptr<X11Overlays> overlays)
+                                     std::shared_ptr<X11Overlays> overlays,
+                                     std::shared_ptr<X11OverlayKeyboard> keyboard)
     : m_connection(std::move(connection))
     , m_overlays(std::move(overlays))
+    , m_keyboard(std::move(keyboard))
     , m_rootImage(*m_connection)
 {
 }
@@ -155,16 +157,7 @@ void X11OverlaySurface::makeKey(QWidget &panel)
         panel.activateWindow();
         return;
     }
-    const xcb_window_t focused = focusedWindow(qtXcbConnection());
-    if (!isQtWindow(focused)) {
-        m_formerFocus = focused;
-    }
-    // No window manager stands between: the window is viewable as soon as the server has read
-    // Qt's request to map it, which went out before on the same connection. The current time,
-    // because the server ignores a time older than the last change of focus, and Qt's may be.
-    xcb_set_input_focus(qtXcbConnection(), XCB_INPUT_FOCUS_PARENT, overlay->window,
-                        XCB_CURRENT_TIME);
-    xcb_flush(qtXcbConnection());
+    m_keyboard->take(overlay->window);
 }
 
 void X11OverlaySurface::orderOut(QWidget &panel)
@@ -191,9 +184,7 @@ void X11OverlaySurface::orderOut(QWidget &panel)
         xcb_shape_rectangles(qt, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
                              window, 0, 0, 0, nullptr);
     }
-    if (focusedWindow(qtXcbConnection()) == window) {
-        handOverKeyboard();
-    }
+    m_keyboard->handOver(window);
     if (!isTranslucent) {
         showUndimmed(panel, overlay->picture);
         panel.hide();
@@ -203,23 +194,4 @@ void X11OverlaySurface::orderOut(QWidget &panel)
         panel.hide();
         overlays->remove(panel);
     });
-}
-
-/// The server gives the keyboard of a window that goes to no one; a window manager does not take
-/// care of windows that are not its own.
-void X11OverlaySurface::handOverKeyboard()
-{
-    const X11Overlay *live = m_overlays->lastLive();
-    const xcb_window_t next = live ? live->window : m_formerFocus;
-    if (next == XCB_WINDOW_NONE) {
-        return;
-    }
-    // Fails without harm where that window is gone or hidden by now.
-    xcb_connection_t *qt = qtXcbConnection();
-    const auto cookie =
-        xcb_set_input_focus_checked(qt, XCB_INPUT_FOCUS_PARENT, next, XCB_CURRENT_TIME);
-    const XcbReply<xcb_generic_error_t> error(xcb_request_check(qt, cookie));
-    if (!live) {
-        m_formerFocus = XCB_WINDOW_NONE;
-    }
 }

@@ -3,6 +3,7 @@
 
 #include "Platform/OverlaySurface.h"
 #include "Platform/X11/X11Connection.h"
+#include "Platform/X11/X11OverlayKeyboard.h"
 #include "Platform/X11/X11Overlays.h"
 #include "Platform/X11/X11RootImage.h"
 
@@ -19,7 +20,8 @@ class X11OverlaySurface : public OverlaySurface
 {
 public:
     X11OverlaySurface(std::shared_ptr<X11Connection> connection,
-                      std::shared_ptr<X11Overlays> overlays);
+                      std::shared_ptr<X11Overlays> overlays,
+                      std::shared_ptr<X11OverlayKeyboard> keyboard);
 
     QPixmap cover(QWidget &panel, const Screen &screen) override;
     void orderFront(QWidget &panel) override;
@@ -29,11 +31,9 @@ public:
 private:
     bool showsThrough() const;
     QImage pictureOf(const Screen &screen);
-    void handOverKeyboard();
 
     std::shared_ptr<X11Connection> m_connection;
     std::shared_ptr<X11Overlays> m_overlays;
+    std::shared_ptr<X11OverlayKeyboard> m_keyboard;
     X11RootImage m_rootImage;
-    /// The window of another program that had the keyboard before our panels took it.
-    xcb_window_t m_formerFocus = XCB_WINDOW_NONE;
 };

@@ -5,6 +5,7 @@
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11EventMonitor.h"
 #include "Platform/X11/X11KeyTap.h"
+#include "Platform/X11/X11OverlayKeyboard.h"
 #include "Platform/X11/X11OverlaySurface.h"
 #include "Platform/X11/X11Overlays.h"
 #include "Platform/X11/X11PopupPlacement.h"
@@ -50,10 +51,11 @@ void addX11Services(Platform &platform)
 {
     const auto connection = std::make_shared<X11Connection>();
     const auto overlays = std::make_shared<X11Overlays>();
+    const auto keyboard = std::make_shared<X11OverlayKeyboard>(connection, overlays);
     platform.screenRecording =
         std::make_unique<X11ScreenRecording>(connection, overlays, *platform.screens);
-    platform.overlaySurface = std::make_unique<X11OverlaySurface>(connection, overlays);
-    platform.eventMonitor = std::make_unique<X11EventMonitor>(*platform.screens);
+    platform.overlaySurface = std::make_unique<X11OverlaySurface>(connection, overlays, keyboard);
+    platform.eventMonitor = std::make_unique<X11EventMonitor>(*platform.screens, keyboard);
     platform.keyTap = std::make_unique<X11KeyTap>();
     platform.popupPlacement = std::make_unique<X11PopupPlacement>(connection, *platform.screens);
 }
