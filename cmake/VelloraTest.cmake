@@ -2,6 +2,8 @@
 # Every test runs in a private desktop (Scripts/in-desktop): its own HOME, XDG folders and session
 # bus, so tests neither meet each other nor the person who runs them.
 
+set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland)
+
 # vellora_add_test(NAME name
 #                  SOURCES file... [LIBRARIES target...]     a Qt Test class and its main, or
 #                  COMMAND program [argument...]             a program, such as a Python script
@@ -11,13 +13,15 @@
 #                  [PANEL panel...]      one entry each; default: none
 #                  [LABELS label...]     default: the name of the folder, in lower case
 #                  [ENVIRONMENT NAME=value...]
-#                  [TIMEOUT seconds])    default: 60
+#                  [TIMEOUT seconds]     default: 60
+#                  [WHOLE_STACKS])       tells leaks on Wayland by what made them; recognition then
+#                                        takes six times as long
 #
 # Entries are called name@desktop@screens@scale@panel, as far as those are given. `Scripts/in-desktop
 # --list` names the desktops and panels. A desktop that is not installed is a skipped test for a
 # person, a failed one when CI=true.
 function(vellora_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "" "NAME;TIMEOUT"
+  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS" "NAME;TIMEOUT"
     "SOURCES;LIBRARIES;COMMAND;DESKTOP;SCREENS;SCALE;PANEL;LABELS;ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "vellora_add_test(${arg_NAME}): what is ${arg_UNPARSED_ARGUMENTS}?")
@@ -81,14 +85,21 @@ function(vellora_add_entry desktop screens scale panel)
   add_test(NAME "${name}"
     COMMAND "${CMAKE_SOURCE_DIR}/Scripts/in-desktop" ${options} -- ${arg_COMMAND})
   set(suppressions "${CMAKE_SOURCE_DIR}/Tests/Support/sanitizers")
+  set(asan detect_stack_use_after_return=1)
+  set(leaks leaks.txt)
+  if(arg_WHOLE_STACKS)
+    string(APPEND asan ":fast_unwind_on_malloc=0:malloc_context_size=10")
+  elseif(desktop IN_LIST VELLORA_WAYLAND_DESKTOPS)
+    set(leaks leaks-wayland.txt)
+  endif()
   set_tests_properties("${name}" PROPERTIES
     LABELS "${arg_LABELS}"
     TIMEOUT "${arg_TIMEOUT}"
     SKIP_RETURN_CODE 77
     ENVIRONMENT "\
-ASAN_OPTIONS=detect_stack_use_after_return=1;\
+ASAN_OPTIONS=${asan};\
 UBSAN_OPTIONS=print_stacktrace=1;\
-LSAN_OPTIONS=suppressions=${suppressions}/leaks.txt:print_suppressions=0;\
+LSAN_OPTIONS=suppressions=${suppressions}/${leaks}:print_suppressions=0;\
 TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1;\
 QT_FORCE_STDERR_LOGGING=1;\
 ${arg_ENVIRONMENT}")

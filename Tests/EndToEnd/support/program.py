@@ -12,7 +12,7 @@ from pathlib import Path
 import support
 
 from . import desktop
-from .desktop import Box, Pointer, screenshot
+from .desktop import Box, Pointer, points, screenshot
 from .waiting import TimedOut, holds_for, wait_until
 
 APPLICATION_ID = "org.vellora.Vellora"
@@ -48,6 +48,8 @@ class Program:
     `expected_log` are patterns of the lines that are expected besides.
     `command` starts the program in another way.
     """
+
+    _clicks = 0
 
     def __init__(self, settings=None, environment=None, expected_log=(), command=None):
         if settings is not None:
@@ -160,7 +162,11 @@ class Program:
     def click(self, button=1):
         """A click on the icon. The pointer must not stay when what it brought has come, or the
         panel shows its tool tip."""
-        Pointer.click(*self.status_item().middle, button)
+        # Never twice in a row at one place: to GTK that is a double click, which waybar takes for
+        # one click more.
+        Program._clicks += 1
+        x, y = self.status_item().middle
+        Pointer.click(x + points(4) * (-1) ** Program._clicks, y, button)
 
     # The overlay
 
