@@ -67,12 +67,19 @@
         <translation>لا يسمح سطح المكتب لأي برنامج بتغطية الشاشة (zwlr_layer_shell_v1).</translation>
     </message>
     <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1).</source>
-        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1).</translation>
-    </message>
-    <message>
         <source>The desktop lets no program without a window set the clipboard (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</source>
         <translation>لا يسمح سطح المكتب لأي برنامج بلا نافذة بضبط الحافظة (ext_data_control_manager_v1 أو zwlr_data_control_manager_v1).</translation>
+    </message>
+    <message>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</source>
+        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو org.kde.KWin.ScreenShot2).</translation>
+    </message>
+</context>
+<context>
+    <name>GlobalAccelKey</name>
+    <message>
+        <source>Capture Text</source>
+        <translation>التقاط نص</translation>
     </message>
 </context>
 <context>

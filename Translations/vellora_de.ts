@@ -67,12 +67,19 @@
         <translation>Der Desktop lässt kein Programm den Bildschirm abdecken (zwlr_layer_shell_v1).</translation>
     </message>
     <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1).</source>
-        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1).</translation>
-    </message>
-    <message>
         <source>The desktop lets no program without a window set the clipboard (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</source>
         <translation>Der Desktop lässt kein Programm ohne Fenster die Zwischenablage setzen (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</translation>
+    </message>
+    <message>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</source>
+        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</translation>
+    </message>
+</context>
+<context>
+    <name>GlobalAccelKey</name>
+    <message>
+        <source>Capture Text</source>
+        <translation>Text aufnehmen</translation>
     </message>
 </context>
 <context>

@@ -5,7 +5,8 @@ import json
 import os
 import struct
 import subprocess
-from pathlib import Path
+
+from waybar import COLOUR, start_waybar
 
 # Sway does not run as the superuser; this one owns nothing.
 NOBODY = 65534
@@ -21,10 +22,6 @@ seat * xcursor_theme {cursors} 24
 set $mod Mod4
 bindsym $mod+Shift+d nop taken
 """
-
-WAYBAR = {"layer": "top", "position": "bottom", "height": 28, "output": "HEADLESS-1",
-          "modules-right": ["tray"], "tray": {"icon-size": 18, "spacing": 4}}
-WAYBAR_STYLE = "* { font-size: 12px; } window#waybar { background: #e0e0e0; }"
 
 # Without a graphics card sway paints the pointer into what everybody sees. These are its shapes
 # that sway, Qt and GTK ask for.
@@ -134,17 +131,10 @@ class SwaySession:
                    == bytes(self._pixel) for left in lefts)
 
     def start_panel(self):
-        session = self._session
-        folder = Path(session.environment["XDG_CONFIG_HOME"]) / "waybar"
-        folder.mkdir(parents=True)
-        (folder / "config").write_text(json.dumps(WAYBAR))
-        (folder / "style.css").write_text(WAYBAR_STYLE)
-        process = session.spawn("waybar", "waybar", "-c", str(folder / "config"), "-s",
-                                str(folder / "style.css"))
-        session.wait("the status notifier watcher",
-                     lambda: session.has_bus_name("org.kde.StatusNotifierWatcher"), process)
-        session.wait("the bar", lambda: self._tell("grim", "-t", "ppm", "-g", self._bar(), "-")
-                     [-3:] == b"\xe0\xe0\xe0", process)
+        process = start_waybar(self._session, "HEADLESS-1")
+        self._session.wait("the bar", lambda: self._tell("grim", "-t", "ppm", "-g", self._bar(),
+                                                         "-")[-3:] == COLOUR.to_bytes(3, "big"),
+                           process)
 
     def _bar(self):
         """A point of the bar, in sway's coordinates."""

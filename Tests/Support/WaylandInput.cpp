@@ -6,18 +6,20 @@
 //     move X Y W H     the pointer, to a place in a desktop of W x H pixels
 //     press B, release B   a button (left 272, middle 274, right 273)
 //     key CODE 1|0     a key, by its number in linux/input-event-codes.h, down or up
-//     modifiers MASK   those held down: 1 Shift, 4 Control, 8 Alt, 64 Super; the keys do not tell
+//     modifiers MASK   those held down: 1 Shift, 4 Control, 8 Alt, 64 Super, where keys do not tell
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <wayland-client.h>
+#include <wayland-fake-input.h>
 #include <wayland-virtual-keyboard-unstable-v1.h>
 #include <wayland-wlr-virtual-pointer-unstable-v1.h>
 #include <xkbcommon/xkbcommon.h>
@@ -28,14 +30,15 @@ struct Globals
     zwlr_virtual_pointer_manager_v1 *pointers = nullptr;
     zwp_virtual_keyboard_manager_v1 *keyboards = nullptr;
     wl_seat *seat = nullptr;
+    org_kde_kwin_fake_input *fakeInput = nullptr;
 };
 
 template <typename Proxy>
 void bind(Proxy *&proxy, wl_registry *registry, uint32_t name, const char *offered,
-          const wl_interface &interface)
+          const wl_interface &interface, uint32_t version = 1)
 {
     if (!proxy && std::strcmp(offered, interface.name) == 0) {
-        proxy = static_cast<Proxy *>(wl_registry_bind(registry, name, &interface, 1));
+        proxy = static_cast<Proxy *>(wl_registry_bind(registry, name, &interface, version));
     }
 }
 
@@ -48,6 +51,8 @@ const wl_registry_listener registryListener{
             bind(globals.keyboards, registry, name, interface,
                  zwp_virtual_keyboard_manager_v1_interface);
             bind(globals.seat, registry, name, interface, wl_seat_interface);
+            bind(globals.fakeInput, registry, name, interface, org_kde_kwin_fake_input_interface,
+                 ORG_KDE_KWIN_FAKE_INPUT_KEYBOARD_KEY_SINCE_VERSION);
         },
     .global_remove = [](void *, wl_registry *, uint32_t) {},
 };
@@ -76,8 +81,104 @@ bool setKeymap(zwp_virtual_keyboard_v1 *keyboard)
     return isWritten;
 }
 
-bool perform(std::istringstream &line, zwlr_virtual_pointer_v1 *pointer,
-             zwp_virtual_keyboard_v1 *keyboard)
+/// What the lines are carried out with.
+class Hands
+{
+public:
+    virtual ~Hands() = default;
+    virtual void move(uint32_t x, uint32_t y, uint32_t width, uint32_t height) = 0;
+    virtual void button(uint32_t number, bool isDown) = 0;
+    virtual void key(uint32_t code, bool isDown) = 0;
+    virtual void modifiers(uint32_t mask) = 0;
+};
+
+/// Devices of our own, as wlroots lets programs have them.
+class VirtualHands : public Hands
+{
+public:
+    VirtualHands(zwlr_virtual_pointer_v1 *pointer, zwp_virtual_keyboard_v1 *keyboard)
+        : m_pointer(pointer)
+        , m_keyboard(keyboard)
+    {
+    }
+
+    void move(uint32_t x, uint32_t y, uint32_t width, uint32_t height) override
+    {
+        zwlr_virtual_pointer_v1_motion_absolute(m_pointer, now(), x, y, width, height);
+        zwlr_virtual_pointer_v1_frame(m_pointer);
+    }
+    void button(uint32_t number, bool isDown) override
+    {
+        zwlr_virtual_pointer_v1_button(m_pointer, now(), number, isDown ? 1 : 0);
+        zwlr_virtual_pointer_v1_frame(m_pointer);
+    }
+    void key(uint32_t code, bool isDown) override
+    {
+        zwp_virtual_keyboard_v1_key(m_keyboard, now(), code, isDown ? 1 : 0);
+    }
+    void modifiers(uint32_t mask) override
+    {
+        zwp_virtual_keyboard_v1_modifiers(m_keyboard, mask, 0, 0, 0);
+    }
+
+private:
+    zwlr_virtual_pointer_v1 *m_pointer;
+    zwp_virtual_keyboard_v1 *m_keyboard;
+};
+
+/// KWin's own device, moved by us.
+class FakeHands : public Hands
+{
+public:
+    explicit FakeHands(org_kde_kwin_fake_input *input)
+        : m_input(input)
+    {
+        org_kde_kwin_fake_input_authenticate(m_input, "tests", "tests");
+        // The device is made with the first event, which nobody hears of.
+        key(leftShift, true);
+        key(leftShift, false);
+    }
+
+    void move(uint32_t x, uint32_t y, uint32_t /*width*/, uint32_t /*height*/) override
+    {
+        org_kde_kwin_fake_input_pointer_motion_absolute(m_input,
+                                                        wl_fixed_from_int(static_cast<int>(x)),
+                                                        wl_fixed_from_int(static_cast<int>(y)));
+    }
+    void button(uint32_t number, bool isDown) override
+    {
+        org_kde_kwin_fake_input_button(m_input, number, isDown ? 1 : 0);
+    }
+    void key(uint32_t code, bool isDown) override
+    {
+        org_kde_kwin_fake_input_keyboard_key(m_input, code, isDown ? 1 : 0);
+    }
+    /// The keys have told.
+    void modifiers(uint32_t /*mask*/) override {}
+
+private:
+    static constexpr uint32_t leftShift = 42;
+
+    org_kde_kwin_fake_input *m_input;
+};
+
+/// Null when the compositor takes no pointer and keyboard from us.
+std::unique_ptr<Hands> makeHands(const Globals &globals)
+{
+    if (globals.fakeInput) {
+        return std::make_unique<FakeHands>(globals.fakeInput);
+    }
+    if (!globals.pointers || !globals.keyboards || !globals.seat) {
+        return nullptr;
+    }
+    auto *pointer =
+        zwlr_virtual_pointer_manager_v1_create_virtual_pointer(globals.pointers, globals.seat);
+    auto *keyboard =
+        zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(globals.keyboards, globals.seat);
+    return setKeymap(keyboard) ? std::make_unique<VirtualHands>(pointer, keyboard) : nullptr;
+}
+
+bool perform(std::istringstream &line, Hands &hands)
 {
     std::string verb;
     uint32_t first = 0;
@@ -87,16 +188,14 @@ bool perform(std::istringstream &line, zwlr_virtual_pointer_v1 *pointer,
         uint32_t width = 0;
         uint32_t height = 0;
         line >> second >> width >> height;
-        zwlr_virtual_pointer_v1_motion_absolute(pointer, now(), first, second, width, height);
-        zwlr_virtual_pointer_v1_frame(pointer);
+        hands.move(first, second, width, height);
     } else if (verb == "press" || verb == "release") {
-        zwlr_virtual_pointer_v1_button(pointer, now(), first, verb == "press" ? 1 : 0);
-        zwlr_virtual_pointer_v1_frame(pointer);
+        hands.button(first, verb == "press");
     } else if (verb == "key") {
         line >> second;
-        zwp_virtual_keyboard_v1_key(keyboard, now(), first, second);
+        hands.key(first, second != 0);
     } else if (verb == "modifiers") {
-        zwp_virtual_keyboard_v1_modifiers(keyboard, first, 0, 0, 0);
+        hands.modifiers(first);
     } else {
         return false;
     }
@@ -106,7 +205,8 @@ bool perform(std::istringstream &line, zwlr_virtual_pointer_v1 *pointer,
 
 int main()
 {
-    wl_display *display = wl_display_connect(nullptr);
+    // For the life of the process, with all that is made on it.
+    static wl_display *const display = wl_display_connect(nullptr);
     if (!display) {
         std::fputs("wayland-input: no compositor\n", stderr);
         return 1;
@@ -114,22 +214,16 @@ int main()
     Globals globals;
     wl_registry_add_listener(wl_display_get_registry(display), &registryListener, &globals);
     wl_display_roundtrip(display);
-    if (!globals.pointers || !globals.keyboards || !globals.seat) {
+    const std::unique_ptr<Hands> hands = makeHands(globals);
+    if (!hands) {
         std::fputs("wayland-input: the compositor takes no pointer and keyboard\n", stderr);
-        return 1;
-    }
-    auto *pointer =
-        zwlr_virtual_pointer_manager_v1_create_virtual_pointer(globals.pointers, globals.seat);
-    auto *keyboard =
-        zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(globals.keyboards, globals.seat);
-    if (!setKeymap(keyboard)) {
         return 1;
     }
     wl_display_roundtrip(display);
     std::cout << "done" << std::endl;
     for (std::string text; std::getline(std::cin, text);) {
         std::istringstream line(text);
-        if (!perform(line, pointer, keyboard)) {
+        if (!perform(line, *hands)) {
             std::fprintf(stderr, "wayland-input: what is \"%s\"?\n", text.c_str());
             return 1;
         }

@@ -14,7 +14,6 @@ constexpr std::chrono::milliseconds moment(50);
 
 ActivationMonitor::ActivationMonitor(std::function<void()> handler)
     : m_handler(std::move(handler))
-    , m_wasActive(QGuiApplication::focusWindow() != nullptr)
 {
     m_check.setSingleShot(true);
     m_check.setInterval(moment);

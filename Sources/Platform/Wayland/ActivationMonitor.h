@@ -8,9 +8,10 @@
 
 #include <functional>
 
-/// Calls its handler when the compositor takes the keyboard from the last of our windows. An
-/// application that has never had it does not lose it; a moment without it, as when it goes from
-/// one of our windows to another, is no loss.
+/// Calls its handler when the compositor takes the keyboard from the last of our windows. A window
+/// that had it before this was made does not count: it may lose it long before the one that is
+/// watched gets it. A moment without it, as when it goes from one of our windows to another, is no
+/// loss.
 class ActivationMonitor : public QObject, public EventMonitor::Monitor
 {
 public:

@@ -17,9 +17,6 @@
 #include <wayland-wlr-layer-shell-unstable-v1.h>
 #undef namespace
 
-#include <algorithm>
-#include <cstring>
-
 namespace {
 constexpr auto withoutRole = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
 /// One is what a compositor needs; a busy one may answer with the next.
@@ -29,20 +26,6 @@ constexpr int32_t beneathPanelsToo = -1;
 constexpr uint32_t everyEdge =
     ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
-
-const wl_registry_listener registryListener{
-    .global =
-        [](void *data, wl_registry *registry, uint32_t name, const char *interface,
-           uint32_t version) {
-            if (std::strcmp(interface, zwlr_layer_shell_v1_interface.name) == 0) {
-                // 3 is the first that can be destroyed.
-                *static_cast<zwlr_layer_shell_v1 **>(data) =
-                    static_cast<zwlr_layer_shell_v1 *>(wl_registry_bind(
-                        registry, name, &zwlr_layer_shell_v1_interface, std::min(version, 3U)));
-            }
-        },
-    .global_remove = [](void *, wl_registry *, uint32_t) {},
-};
 } // namespace
 
 LayerSurface::LayerSurface(zwlr_layer_surface_v1 *role, QWidget &window)
@@ -72,13 +55,9 @@ LayerShell::LayerShell()
         return;
     }
     m_queue = wl_display_create_queue(display);
-    auto *wrapper = static_cast<wl_display *>(wl_proxy_create_wrapper(display));
-    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(wrapper), m_queue);
-    wl_registry *registry = wl_display_get_registry(wrapper);
-    wl_proxy_wrapper_destroy(wrapper);
-    wl_registry_add_listener(registry, &registryListener, &m_shell);
-    roundtrip();
-    wl_registry_destroy(registry);
+    // 3 is the first that can be destroyed.
+    m_shell = static_cast<zwlr_layer_shell_v1 *>(
+        bindOnQtConnection(zwlr_layer_shell_v1_interface, 3, m_queue));
 }
 
 LayerShell::~LayerShell()

@@ -1,23 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
 
-#include <QGuiApplication>
-#include <QScreen>
+#include "Platform/ScreenImage.h"
+
 #include <QWidget>
 
 #include <algorithm>
 #include <utility>
-
-namespace {
-QScreen &qtScreen(const Screen &screen)
-{
-    const auto all = QGuiApplication::screens();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const QScreen *each) {
-        return each->geometry() == screen.geometry;
-    });
-    return found == all.end() ? *QGuiApplication::primaryScreen() : **found;
-}
-} // namespace
 
 LayerShellOverlaySurface::LayerShellOverlaySurface() = default;
 
@@ -27,7 +16,8 @@ QPixmap LayerShellOverlaySurface::cover(QWidget &panel, const Screen &screen)
     panel.setAttribute(Qt::WA_TranslucentBackground);
     panel.setAttribute(Qt::WA_NoSystemBackground);
     panel.setGeometry(screen.geometry);
-    if (auto layer = m_shell.cover(panel, qtScreen(screen))) {
+    QScreen *output = qtScreen(screen);
+    if (auto layer = output ? m_shell.cover(panel, *output) : nullptr) {
         m_overlays.push_back({&panel, std::move(layer)});
     }
     return {};

@@ -4,6 +4,10 @@
 #include <QGuiApplication>
 #include <qpa/qplatformnativeinterface.h>
 
+#include <algorithm>
+#include <cstring>
+#include <wayland-client.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -13,6 +17,27 @@ QPlatformNativeInterface *nativeInterface()
                ? QGuiApplication::platformNativeInterface()
                : nullptr;
 }
+
+/// A global that is looked for, and what was bound of it.
+struct Search
+{
+    const wl_interface &interface;
+    quint32 version;
+    void *proxy = nullptr;
+};
+
+const wl_registry_listener registryListener{
+    .global =
+        [](void *data, wl_registry *registry, uint32_t name, const char *interface,
+           uint32_t version) {
+            auto &search = *static_cast<Search *>(data);
+            if (!search.proxy && std::strcmp(interface, search.interface.name) == 0) {
+                search.proxy = wl_registry_bind(registry, name, &search.interface,
+                                                std::min(version, search.version));
+            }
+        },
+    .global_remove = [](void *, wl_registry *, uint32_t) {},
+};
 } // namespace
 
 wl_display *qtWaylandDisplay()
@@ -34,4 +59,21 @@ wl_surface *qtWaylandSurface(QWindow &window)
     auto *native = nativeInterface();
     return native ? static_cast<wl_surface *>(native->nativeResourceForWindow("surface", &window))
                   : nullptr;
+}
+
+void *bindOnQtConnection(const wl_interface &interface, quint32 version, wl_event_queue *queue)
+{
+    wl_display *display = qtWaylandDisplay();
+    if (!display) {
+        return nullptr;
+    }
+    auto *wrapper = static_cast<wl_display *>(wl_proxy_create_wrapper(display));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy *>(wrapper), queue);
+    wl_registry *registry = wl_display_get_registry(wrapper);
+    wl_proxy_wrapper_destroy(wrapper);
+    Search search{interface, version};
+    wl_registry_add_listener(registry, &registryListener, &search);
+    wl_display_roundtrip_queue(display, queue);
+    wl_registry_destroy(registry);
+    return search.proxy;
 }

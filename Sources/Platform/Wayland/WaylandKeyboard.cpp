@@ -83,6 +83,15 @@ QString keysymName(xkb_keysym_t symbol)
     xkb_keysym_get_name(symbol, name, sizeof name);
     return QString::fromUtf8(name).toLower();
 }
+
+/// What the key gives on a level of a layout (1 is with Shift); absent unless it is one symbol.
+std::optional<xkb_keysym_t> symbolOf(xkb_keymap *keymap, xkb_keycode_t keycode,
+                                     xkb_layout_index_t layout, xkb_level_index_t level)
+{
+    const xkb_keysym_t *symbols = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(keymap, keycode, layout, level, &symbols);
+    return count == 1 ? std::optional(symbols[0]) : std::nullopt;
+}
 } // namespace
 
 WaylandKeyboard::WaylandKeyboard()
@@ -108,15 +117,21 @@ WaylandKeyboard::WaylandKeyboard()
         m_keycodes.insert(key.keyCode, keycode);
         for (xkb_layout_index_t layout = 0;
              layout < xkb_keymap_num_layouts_for_key(keymap.get(), keycode); ++layout) {
-            const xkb_keysym_t *symbols = nullptr;
-            if (xkb_keymap_key_get_syms_by_level(keymap.get(), keycode, layout, 0, &symbols) != 1) {
+            const auto symbol = symbolOf(keymap.get(), keycode, layout, 0);
+            if (!symbol) {
                 continue;
             }
-            m_names[key.keyCode] << keysymName(symbols[0]);
-            const char32_t letter = xkb_keysym_to_utf32(symbols[0]);
-            if (layout == 0 && letter > U' ') {
+            m_names[key.keyCode] << keysymName(*symbol);
+            const char32_t letter = xkb_keysym_to_utf32(*symbol);
+            if (letter <= U' ') {
+                continue;
+            }
+            if (layout == 0) {
                 m_labels.insert(key.keyCode, QString::fromUcs4(&letter, 1).toUpper());
             }
+            const auto shifted = symbolOf(keymap.get(), keycode, layout, 1);
+            m_characters[key.keyCode]
+                << Characters{letter, shifted ? xkb_keysym_to_utf32(*shifted) : 0};
         }
     }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,13 @@ struct KeyCombination;
 class WaylandKeyboard
 {
 public:
+    /// What a key gives in one layout, alone and with Shift; 0 where that is no character.
+    struct Characters
+    {
+        char32_t plain = 0;
+        char32_t shifted = 0;
+    };
+
     WaylandKeyboard();
 
     /// XKB's number of the key of a virtual key code.
@@ -29,8 +37,15 @@ public:
     /// XKB's names of what the key gives without modifiers, one for each layout, in lower case.
     QStringList keysymNames(quint16 virtualKeyCode) const { return m_names.value(virtualKeyCode); }
 
+    /// Its characters, one entry for each layout in which it gives one without modifiers.
+    QList<Characters> characters(quint16 virtualKeyCode) const
+    {
+        return m_characters.value(virtualKeyCode);
+    }
+
 private:
     QHash<quint16, quint32> m_keycodes;
     QHash<quint16, QString> m_labels;
     QHash<quint16, QStringList> m_names;
+    QHash<quint16, QList<Characters>> m_characters;
 };

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/WlrScreencopy.h"
 
+#include "Platform/ScreenImage.h"
 #include "Platform/Wayland/ShmBuffer.h"
 
-#include <QGuiApplication>
 #include <QScreen>
 #include <QTransform>
 
-#include <array>
 #include <chrono>
-#include <cmath>
 #include <vector>
 #include <wayland-wlr-screencopy-unstable-v1.h>
 
@@ -78,19 +76,6 @@ const Output *outputOf(const QScreen &screen, const Outputs &outputs)
     });
 }
 
-const QScreen *qtScreen(const Screens &screens, quint32 display)
-{
-    for (const Screen &screen : screens.screens()) {
-        if (screen.displayNumber != display) {
-            continue;
-        }
-        const auto all = QGuiApplication::screens();
-        const auto found = std::ranges::find(all, screen.geometry, &QScreen::geometry);
-        return found == all.end() ? nullptr : *found;
-    }
-    return nullptr;
-}
-
 /// The compositor's answers to one request for a picture.
 struct Frame
 {
@@ -145,22 +130,6 @@ QImage upright(const QImage &image, int32_t transform)
         turn.scale(-1, 1);
     }
     return turn.isIdentity() ? image : image.transformed(turn);
-}
-
-/// `region` of whole points around `rect` was grabbed as `image`: the pixels of `rect` alone.
-QImage cropped(const QImage &image, const QRect &region, const QRectF &rect)
-{
-    const double across = double(image.width()) / region.width();
-    const double down = double(image.height()) / region.height();
-    // Rounding errors of the scale must not add a row: 1/1000 of a pixel is none.
-    constexpr double slack = 0.001;
-    const QRectF inside = rect.translated(-region.topLeft());
-    const int left = static_cast<int>(std::floor(inside.left() * across + slack));
-    const int top = static_cast<int>(std::floor(inside.top() * down + slack));
-    const int right = static_cast<int>(std::ceil(inside.right() * across - slack));
-    const int bottom = static_cast<int>(std::ceil(inside.bottom() * down - slack));
-    const QRect pixels = QRect(left, top, right - left, bottom - top) & image.rect();
-    return pixels == image.rect() ? image : image.copy(pixels);
 }
 } // namespace
 
@@ -233,5 +202,6 @@ QImage WlrScreencopy::createImage(quint32 display, const QRectF &rect)
     if (frame.isUpsideDown) {
         image = image.mirrored();
     }
-    return cropped(upright(image, output->transform), region, within);
+    return croppedToPoints(upright(image, output->transform), region.size(),
+                           within.translated(-region.topLeft()));
 }

@@ -11,6 +11,10 @@ if NAME == "sway":
     from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                        frame_box, key, listed_windows, page_box, place_page, screenshot,
                        title_of, window_box, windows_titled)
+elif NAME == "kwin_wayland":
+    from .kwin import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
+                       frame_box, key, listed_windows, page_box, place_page, screenshot,
+                       title_of, window_box, windows_titled)
 else:
     from .x11 import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                       frame_box, key, listed_windows, page_box, place_page, screenshot, title_of,

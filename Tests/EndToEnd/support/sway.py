@@ -1,25 +1,19 @@
 # SPDX-License-Identifier: MIT
 """A sway desktop: seen by grim, touched by a virtual pointer and keyboard, asked by swaymsg."""
 
-import atexit
 import io
 import json
-import os
 import subprocess
 
 import numpy
 from PIL import Image
 
-from .geometry import SCALE, SCREENS, Box, difference, points, tool
-from .waiting import wait_until
+from . import wayland
+from .geometry import SCALE, Box, points, tool
+from .wayland import Clipboard, Input
 
 # What the text page takes its place and size in.
 PAGE_UNIT = SCALE
-WHOLE = max(screen.right for screen in SCREENS), max(screen.bottom for screen in SCREENS)
-BUTTONS = {1: 272, 2: 274, 3: 273}
-KEYS = {"Escape": 1, "Return": 28, "a": 30, "d": 32, "o": 24, "Up": 103, "Down": 108}
-MODIFIERS = {"ctrl": (29, 4), "shift": (42, 1), "alt": (56, 8), "super": (125, 64)}
-BAR = 0xe0
 
 
 def screenshot():
@@ -29,31 +23,10 @@ def screenshot():
     return numpy.asarray(picture).astype(numpy.int16)
 
 
-class _Input:
-    """The devices, plugged in for as long as the test runs."""
+# Sway takes places in pixels of the whole desktop.
+_input = Input(1)
+key = _input.key
 
-    def __init__(self):
-        self._process = subprocess.Popen([os.environ["VELLORA_WAYLAND_INPUT"]], text=True,
-                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-        atexit.register(self._unplug)
-        self._await_done()
-
-    def _unplug(self):
-        self._process.stdin.close()
-        self._process.wait(10)
-        self._process.stdout.close()
-
-    def _await_done(self):
-        answer = self._process.stdout.readline().strip()
-        assert answer == "done", f"wayland-input: {answer or 'ended'}"
-
-    def __call__(self, *words):
-        self._process.stdin.write(" ".join(str(word) for word in words) + "\n")
-        self._process.stdin.flush()
-        self._await_done()
-
-
-_input = _Input()
 
 def float_pages():
     """Lets text pages have the size that they want; to be told again after a reload."""
@@ -67,53 +40,9 @@ float_pages()
 class Device:
     """Real input events of the pointer."""
 
-    @staticmethod
-    def move(x, y):
-        _input("move", round(x), round(y), *WHOLE)
-
-    @staticmethod
-    def press(button=1):
-        _input("press", BUTTONS[button])
-
-    @staticmethod
-    def release(button=1):
-        _input("release", BUTTONS[button])
-
-
-def key(name):
-    """A key with what is held with it, such as "super+shift+o"."""
-    *held, last = name.split("+")
-    mask = 0
-    for modifier in held:
-        code, bit = MODIFIERS[modifier]
-        mask |= bit
-        _input("key", code, 1)
-        _input("modifiers", mask)
-    _input("key", KEYS[last], 1)
-    _input("key", KEYS[last], 0)
-    for modifier in reversed(held):
-        _input("key", MODIFIERS[modifier][0], 0)
-    if held:
-        _input("modifiers", 0)
-
-
-class Clipboard:
-    """The clipboard as another program meets it."""
-
-    @staticmethod
-    def text():
-        """What wl-paste reads, or None when there is no text."""
-        done = subprocess.run(["wl-paste", "--no-newline", "--type", "text/plain;charset=utf-8"],
-                              capture_output=True, timeout=20, check=False)
-        return done.stdout.decode() if done.returncode == 0 else None
-
-    @staticmethod
-    def put(text):
-        # wl-copy stays behind to serve the text; it must not hold our pipes open.
-        subprocess.run(["wl-copy", "--type", "text/plain;charset=utf-8"], input=text.encode(),
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
-                       check=True)
-        wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
+    move = _input.move
+    press = _input.press
+    release = _input.release
 
 
 def command(text):
@@ -194,14 +123,9 @@ def page_box(process, _said):
 
 
 def find_tray_icon():
-    """The one icon in the bar's tray, once it is drawn and has its place; else None."""
-    screen = SCREENS[0]
-    bar = Box(screen.right - points(60), screen.bottom - points(28), points(60), points(28))
-    picture = bar.of(screenshot())
-    if difference(picture, bar.of(screenshot())) or (picture[0, 0] != BAR).any():
-        return None
-    rows, columns = (abs(picture - BAR).max(axis=2) > 60).nonzero()
-    if len(rows) < 20:
-        return None
-    return Box(bar.x + int(columns.min()), bar.y + int(rows.min()),
-               int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
+    return wayland.find_tray_icon(screenshot)
+
+
+__all__ = ["PAGE_UNIT", "Clipboard", "Device", "activate", "active_window", "command",
+           "find_tray_icon", "float_pages", "frame_box", "key", "listed_windows", "page_box",
+           "place_page", "screenshot", "title_of", "window_box", "windows_titled"]

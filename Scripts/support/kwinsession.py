@@ -1,0 +1,74 @@
+# SPDX-License-Identifier: MIT
+"""The KWin of a private desktop on Wayland: drawn in software, without a screen or a device."""
+
+import os
+import shutil
+import subprocess
+from pathlib import Path
+
+from waybar import start_waybar
+
+# What a window fades or slides through is in nobody's way.
+SETTINGS = {"kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
+            "kwinrc": "[Windows]\nBorderlessMaximizedWindows=false\n"
+                      "[Plugins]\nscreenedgeEnabled=false\n"}
+
+# KWin lets a program see the screen if an entry like this says so.
+EYES = """[Desktop Entry]
+Type=Application
+Name=Eyes of the tests
+Exec={program}
+NoDisplay=true
+X-KDE-DBUS-Restricted-Interfaces=org.kde.KWin.ScreenShot2
+"""
+
+
+class KWinSession:
+    """Started by the session of Scripts/in-desktop, which ends what it starts."""
+
+    def __init__(self, session, wallpaper, failure):
+        self._session, self._wallpaper, self._failure = session, wallpaper, failure
+
+    def start(self):
+        session = self._session
+        if len(set(session.screens)) != 1:
+            raise self._failure("KWin's virtual screens are all of one size")
+        self._configure()
+        width, height = session.screens[0]
+        process = session.spawn("kwin", self._program(), "--virtual", "--width", str(width),
+                                "--height", str(height), "--output-count",
+                                str(len(session.screens)), "--scale", f"{session.scale:g}",
+                                "--socket", "wayland-kwin", "--no-lockscreen",
+                                environment={"QT_QPA_PLATFORM": ""})
+        session.server = process
+        socket = Path(session.environment["XDG_RUNTIME_DIR"]) / "wayland-kwin"
+        session.wait("KWin", socket.exists, process)
+        session.environment["WAYLAND_DISPLAY"] = "wayland-kwin"
+        # Only with OpenGL, which takes its time to start in software.
+        session.wait("KWin on the session bus",
+                     lambda: session.has_bus_name("org.kde.KWin.ScreenShot2"), process)
+        session.spawn("wallpaper", "swaybg", "-c", f"#{self._wallpaper:06x}")
+
+    def _configure(self):
+        for name, text in SETTINGS.items():
+            (Path(self._session.environment["XDG_CONFIG_HOME"]) / name).write_text(text)
+        folder = Path(self._session.environment["XDG_DATA_HOME"]) / "applications"
+        folder.mkdir(parents=True)
+        program = os.path.realpath("/usr/bin/python3")
+        # The name of the distribution's entry for it: KWin takes the first that it finds.
+        (folder / f"{Path(program).name}.desktop").write_text(EYES.format(program=program))
+
+    def _program(self):
+        """KWin, or a copy where the system does not let it have the capability of its file."""
+        try:
+            subprocess.run(["kwin_wayland", "--version"], capture_output=True, check=False,
+                           timeout=20)
+            return "kwin_wayland"
+        except PermissionError:
+            copy = self._session.folder / "kwin_wayland"
+            shutil.copyfile(shutil.which("kwin_wayland"), copy)
+            copy.chmod(0o755)
+            return str(copy)
+
+    def start_panel(self):
+        start_waybar(self._session, "Virtual-0")

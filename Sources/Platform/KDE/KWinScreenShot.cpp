@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/KDE/KWinScreenShot.h"
+
+#include "Platform/Freedesktop/SessionBus.h"
+#include "Platform/ScreenImage.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QDeadlineTimer>
+#include <QScreen>
+
+#include <array>
+#include <chrono>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString service = u"org.kde.KWin.ScreenShot2"_s;
+const QString path = u"/org/kde/KWin/ScreenShot2"_s;
+/// What KWin answers to a program that may grab, but names a screen that there is none of.
+const QString noSuchScreen = u"org.kde.KWin.ScreenShot2.Error.InvalidScreen"_s;
+/// When a KWin that does not answer is given up on. It answers with its next frame, which takes
+/// long where it draws large screens in software.
+constexpr std::chrono::milliseconds longestWait(5000);
+
+/// Both ends of a pipe; what is left open is closed.
+class Pipe
+{
+public:
+    Pipe()
+    {
+        if (pipe2(m_ends.data(), O_CLOEXEC) != 0) {
+            m_ends = {-1, -1};
+        }
+    }
+    ~Pipe()
+    {
+        closeWriting();
+        if (m_ends[0] >= 0) {
+            close(m_ends[0]);
+        }
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+
+    bool isOpen() const { return m_ends[0] >= 0; }
+    int writing() const { return m_ends[1]; }
+    void closeWriting()
+    {
+        if (m_ends[1] >= 0) {
+            close(m_ends[1]);
+            m_ends[1] = -1;
+        }
+    }
+
+    /// Fills `data`; false when the other end was closed before, or the deadline passes.
+    bool read(QByteArray &data, QDeadlineTimer deadline) const
+    {
+        for (qsizetype length = 0; length < data.size();) {
+            pollfd reading{m_ends[0], POLLIN, 0};
+            if (poll(&reading, 1, static_cast<int>(deadline.remainingTime())) <= 0) {
+                return false;
+            }
+            const ssize_t count = ::read(m_ends[0], data.data() + length,
+                                         static_cast<std::size_t>(data.size() - length));
+            if (count <= 0) {
+                return false;
+            }
+            length += count;
+        }
+        return true;
+    }
+
+private:
+    std::array<int, 2> m_ends{-1, -1};
+};
+
+/// KWin's answer to the request for a picture of one screen, in its own density.
+QDBusMessage capture(const QString &screen, int pipe)
+{
+    const auto bus = sessionBus();
+    if (!bus) {
+        return {};
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"CaptureScreen"_s);
+    call.setAutoStartService(false);
+    const QVariantMap options{{u"native-resolution"_s, true}, {u"include-cursor"_s, false}};
+    call << screen << options << QVariant::fromValue(QDBusUnixFileDescriptor(pipe));
+    return bus->call(call, QDBus::Block, static_cast<int>(longestWait.count()));
+}
+
+QImage pictureOf(const QString &screen)
+{
+    Pipe pipe;
+    if (!pipe.isOpen()) {
+        return {};
+    }
+    const QDBusMessage answer = capture(screen, pipe.writing());
+    pipe.closeWriting();
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) {
+        return {};
+    }
+    const QVariantMap told = qdbus_cast<QVariantMap>(answer.arguments().constFirst());
+    const QSize size(told.value(u"width"_s).toInt(), told.value(u"height"_s).toInt());
+    const qsizetype stride = told.value(u"stride"_s).toInt();
+    // The numbers are those of QImage.
+    const auto format = static_cast<QImage::Format>(told.value(u"format"_s).toInt());
+    if (told.value(u"type"_s).toString() != u"raw" || size.isEmpty() ||
+        format <= QImage::Format_Indexed8 || format >= QImage::NImageFormats) {
+        return {};
+    }
+    QImage image(size, format);
+    QByteArray data(stride * size.height(), Qt::Uninitialized);
+    if (image.isNull() || stride < image.width() * image.depth() / 8 ||
+        !pipe.read(data, QDeadlineTimer(longestWait))) {
+        return {};
+    }
+    return QImage(reinterpret_cast<const uchar *>(data.constData()), size.width(), size.height(),
+                  stride, format)
+        .convertToFormat(QImage::Format_RGB32);
+}
+} // namespace
+
+KWinScreenShot::KWinScreenShot(const Screens &screens)
+    : m_screens(screens)
+{
+}
+
+bool KWinScreenShot::isOffered()
+{
+    const auto bus = sessionBus();
+    return bus && bus->interface()->isServiceRegistered(service);
+}
+
+bool KWinScreenShot::preflightAccess() const
+{
+    const Pipe pipe;
+    return pipe.isOpen() && capture(QString(), pipe.writing()).errorName() == noSuchScreen;
+}
+
+bool KWinScreenShot::requestAccess()
+{
+    return preflightAccess();
+}
+
+QImage KWinScreenShot::createImage(quint32 display, const QRectF &rect)
+{
+    const QScreen *screen = qtScreen(m_screens, display);
+    if (!screen) {
+        return {};
+    }
+    return croppedToPoints(pictureOf(screen->name()), screen->size(), rect);
+}

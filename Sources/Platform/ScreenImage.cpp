@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/ScreenImage.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+#include <cmath>
+
+QScreen *qtScreen(const Screen &screen)
+{
+    const auto all = QGuiApplication::screens();
+    const auto found = std::ranges::find(all, screen.geometry, &QScreen::geometry);
+    return found == all.end() ? nullptr : *found;
+}
+
+QScreen *qtScreen(const Screens &screens, quint32 display)
+{
+    const QList<Screen> all = screens.screens();
+    const auto found = std::ranges::find(all, std::optional(display), &Screen::displayNumber);
+    return found == all.end() ? nullptr : qtScreen(*found);
+}
+
+QImage croppedToPoints(const QImage &image, QSizeF size, const QRectF &rect)
+{
+    if (image.isNull() || size.isEmpty()) {
+        return {};
+    }
+    const double across = image.width() / size.width();
+    const double down = image.height() / size.height();
+    // Rounding errors of the scale must not add a row: 1/1000 of a pixel is none.
+    constexpr double slack = 0.001;
+    const int left = static_cast<int>(std::floor(rect.left() * across + slack));
+    const int top = static_cast<int>(std::floor(rect.top() * down + slack));
+    const int right = static_cast<int>(std::ceil(rect.right() * across - slack));
+    const int bottom = static_cast<int>(std::ceil(rect.bottom() * down - slack));
+    const QRect pixels = QRect(left, top, right - left, bottom - top) & image.rect();
+    if (pixels.isEmpty()) {
+        return {};
+    }
+    return pixels == image.rect() ? image : image.copy(pixels);
+}

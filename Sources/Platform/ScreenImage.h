@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Screens.h"
+
+#include <QImage>
+#include <QRectF>
+#include <QSizeF>
+
+class QScreen;
+
+/// Qt's screen of this geometry; null when it is gone.
+QScreen *qtScreen(const Screen &screen);
+
+/// Qt's screen of a `Screen::displayNumber`; null when there is none.
+QScreen *qtScreen(const Screens &screens, quint32 display);
+
+/// The pixels of `rect` alone, out of an `image` that shows `size` points of which the top-left
+/// corner is (0, 0). A pixel of which `rect` has a part is one of them. Null where `rect` lies
+/// outside.
+QImage croppedToPoints(const QImage &image, QSizeF size, const QRectF &rect);

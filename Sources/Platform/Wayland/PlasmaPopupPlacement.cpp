@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Wayland/PlasmaPopupPlacement.h"
+
+#include "Platform/Wayland/QtWayland.h"
+
+#include <QWidget>
+#include <QWindow>
+
+#include <wayland-client.h>
+#include <wayland-plasma-shell.h>
+
+namespace {
+/// The version that leaves windows out of the window switcher too.
+constexpr quint32 wantedVersion = 5;
+/// KWin's decorations have 30 to 37 points in their usual sizes and fonts.
+constexpr int titleBarHeight = 40;
+} // namespace
+
+PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens)
+    : m_screens(screens)
+{
+    if (wl_display *display = qtWaylandDisplay()) {
+        m_queue = wl_display_create_queue(display);
+        m_shell = static_cast<org_kde_plasma_shell *>(
+            bindOnQtConnection(org_kde_plasma_shell_interface, wantedVersion, m_queue));
+    }
+}
+
+PlasmaPopupPlacement::~PlasmaPopupPlacement()
+{
+    dropSurface();
+    if (m_shell) {
+        org_kde_plasma_shell_destroy(m_shell);
+    }
+    if (m_queue) {
+        wl_event_queue_destroy(m_queue);
+    }
+}
+
+void PlasmaPopupPlacement::dropSurface()
+{
+    if (m_surface) {
+        org_kde_plasma_surface_destroy(m_surface);
+        m_surface = nullptr;
+    }
+}
+
+void PlasmaPopupPlacement::makeFloating(QWidget &window)
+{
+    window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    dropSurface();
+}
+
+CocoaSize PlasmaPopupPlacement::frameSize(const QWidget &window) const
+{
+    return {double(window.width()), double(window.height() + titleBarHeight)};
+}
+
+CocoaRect PlasmaPopupPlacement::frame(const QWidget &window) const
+{
+    const CocoaSize size = frameSize(window);
+    return m_screens.fromQt(QRectF(m_topLeft, QSizeF(size.width, size.height)));
+}
+
+void PlasmaPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
+{
+    m_topLeft = m_screens.toQt({origin.x, origin.y + frameSize(window).height}).toPoint();
+    if (m_surface) {
+        org_kde_plasma_surface_set_position(m_surface, m_topLeft.x(), m_topLeft.y());
+    }
+}
+
+void PlasmaPopupPlacement::makeKeyAndOrderFront(QWidget &window)
+{
+    dropSurface();
+    window.winId();
+    wl_surface *surface = qtWaylandSurface(*window.windowHandle());
+    if (m_shell && surface) {
+        m_surface = org_kde_plasma_shell_get_surface(m_shell, surface);
+        org_kde_plasma_surface_set_position(m_surface, m_topLeft.x(), m_topLeft.y());
+        const quint32 version = org_kde_plasma_shell_get_version(m_shell);
+        if (version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_TASKBAR_SINCE_VERSION) {
+            org_kde_plasma_surface_set_skip_taskbar(m_surface, 1);
+        }
+        if (version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_SWITCHER_SINCE_VERSION) {
+            org_kde_plasma_surface_set_skip_switcher(m_surface, 1);
+        }
+    }
+    // The compositor gives a new window the keyboard.
+    window.show();
+}

@@ -1,0 +1,114 @@
+# SPDX-License-Identifier: MIT
+"""What is different on KWin's Wayland: shortcuts, the permission to see the screen, and windows."""
+
+import os
+import shutil
+import unittest
+from pathlib import Path
+
+from support import desktop, main
+from support.desktop import Clipboard, key, points, screenshot
+from support.page import Page
+from support.program import (POPUP_TITLE, Program, activate_action, is_dimmed, is_on_bus,
+                             is_unchanged)
+from support.waiting import holds_for, wait_until
+
+TEXT = "Between two worlds"
+SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
+NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
+               "Accessibility permission likely denied")
+QT_O = 79
+
+
+def wait_until_launched():
+    """Until the program has done what it had to by now."""
+    wait_until("the program on the session bus", is_on_bus)
+    # What it is asked is answered by its event loop: the second answer comes after the launch.
+    for _ in range(2):
+        activate_action("no-such-action")
+
+
+class KWinTest(unittest.TestCase):
+    def assert_captures(self, shortcut):
+        before = screenshot()
+        key(shortcut)
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        key("Escape")
+        wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def assert_reaches_the_window(self, page, shortcut):
+        before, count = screenshot(), len(page.said(f"key {QT_O}"))
+        key(shortcut)
+        wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
+        holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
+
+    # The shortcut
+
+    def test_shortcut(self):
+        with Page(TEXT) as page, Program(SHORTCUT_ON):
+            wait_until_launched()
+            self.assert_captures("super+shift+o")
+            self.assert_captures("super+shift+o")
+            self.assertEqual(page.said(f"key {QT_O}"), [])
+            self.assert_reaches_the_window(page, "ctrl+shift+o")
+
+    def test_shortcut_on_a_digit(self):
+        with Page(TEXT), Program({**SHORTCUT_ON, "hotkeyString": "cmd+shift+4"}):
+            wait_until_launched()
+            self.assert_captures("super+shift+4")
+
+    def test_shortcut_is_freed_at_the_end(self):
+        with Page(TEXT) as page:
+            with Program(SHORTCUT_ON):
+                wait_until_launched()
+                self.assert_captures("super+shift+o")
+            self.assert_reaches_the_window(page, "super+shift+o")
+
+    def test_shortcut_that_another_program_has(self):
+        # KWin's own, for the next window.
+        with Program({**SHORTCUT_ON, "hotkeyString": "cmd+d"}) as program:
+            program.logged(NOT_CREATED)
+
+    # The permission
+
+    def test_without_the_desktop_entry_there_is_no_picture(self):
+        # The same program under a name that no entry has.
+        folder = Path(os.environ["XDG_RUNTIME_DIR"]) / "bin"
+        folder.mkdir()
+        copy = shutil.copy2(os.environ["VELLORA_BINARY"], folder / "vellora")
+        with Page(TEXT), Program({}, command=[str(copy)]):
+            wait_until_launched()
+            before = screenshot()
+            activate_action("capture")
+            holds_for("without an overlay", lambda: is_unchanged(before), 2)
+
+    # The clipboard
+
+    def test_what_another_program_copies_stands(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            Clipboard.put("copied later")
+            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
+
+    # The result window
+
+    def test_result_window_stays_on_the_screen_and_out_of_the_task_bar(self):
+        screen = desktop.SCREENS[0]
+        box = Page.usual_box()
+        box = box._replace(x=screen.right - box.width - points(10),
+                           y=screen.bottom - box.height - points(40))
+        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+            program.capture(page.box)
+            popup = program.popup()
+            wait_until("the result window in the corner",
+                       lambda: desktop.frame_box(popup).right == screen.right)
+            frame, content = desktop.frame_box(popup), desktop.window_box(popup)
+            self.assertGreater(content.y, frame.y + points(10), "no title bar")
+            self.assertLessEqual(frame.bottom, screen.bottom)
+            self.assertGreater(frame.bottom, screen.bottom - points(48))
+            self.assertNotIn(POPUP_TITLE, desktop.listed_windows().values())
+
+
+if __name__ == "__main__":
+    main()
