@@ -12,6 +12,9 @@ namespace {
 /// Paler pixels are a shadow or the blur around a stroke.
 constexpr int palestInk = 155;
 
+/// The same for the outline of a shape, such as a box to tick, which may be paler than text.
+constexpr int palestOutline = 220;
+
 /// The strokes of bold type are a quarter as thick as its letters are high. What stands near to
 /// a word has to be thicker.
 constexpr double thickestStroke = 0.42;
@@ -32,17 +35,16 @@ constexpr double tallHollow = 1.15;
 constexpr double leastGap = 0.25;
 constexpr double leastThickGap = 0.14;
 
-/// What stands between columns without ink.
 struct Piece
 {
     Box box;
     /// The sides of the largest squares in it that are all ink and all white.
     int solid = 0;
     int hollow = 0;
-    bool isIcon = false;
 };
 
-std::vector<Piece> piecesOf(const GreyImage &flat)
+/// What stands between columns without pixels darker than `palest`.
+std::vector<Piece> piecesOf(const GreyImage &flat, int palest)
 {
     std::vector<Piece> pieces;
     Piece piece;
@@ -50,7 +52,7 @@ std::vector<Piece> piecesOf(const GreyImage &flat)
     for (int x = 0; x <= flat.width; ++x) {
         bool blank = true;
         for (int y = 0; x < flat.width && y < flat.height; ++y) {
-            if (flat.at(x, y) > palestInk)
+            if (flat.at(x, y) > palest)
                 continue;
             blank = false;
             piece.box.top = std::min(piece.box.top, y);
@@ -89,7 +91,7 @@ int largestSquare(const GreyImage &flat, const Box &box, Belongs belongs)
 void measure(const GreyImage &flat, Piece &piece)
 {
     piece.solid = largestSquare(flat, piece.box, [](int grey) { return grey <= palestInk; });
-    piece.hollow = largestSquare(flat, piece.box, [](int grey) { return grey > palestInk; });
+    piece.hollow = largestSquare(flat, piece.box, [](int grey) { return grey > palestOutline; });
 }
 
 /// Whether `piece` is about as wide as high.
@@ -144,33 +146,35 @@ bool isTall(const std::vector<Piece> &pieces, std::size_t i, int height)
 
 void whitenIcons(GreyImage &flat, int height)
 {
-    std::vector<Piece> pieces = piecesOf(flat);
-    if (pieces.size() < 2)
-        return;
-    std::vector<int> solids;
-    for (Piece &piece : pieces) {
-        measure(flat, piece);
-        solids.push_back(piece.solid);
+    std::vector<Piece> icons;
+    for (const int palest : {palestInk, palestOutline}) {
+        std::vector<Piece> pieces = piecesOf(flat, palest);
+        if (pieces.size() < 2)
+            break;
+        std::vector<int> solids;
+        for (Piece &piece : pieces) {
+            measure(flat, piece);
+            solids.push_back(piece.solid);
+        }
+        const auto middle = solids.begin() + std::ptrdiff_t(solids.size() / 2);
+        std::nth_element(solids.begin(), middle, solids.end());
+        int all = 0;
+        int found = 0;
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            const bool isIcon = palest == palestInk ? isThick(pieces, i, *middle, height)
+                                                    : isTall(pieces, i, height);
+            all += pieces[i].box.width();
+            found += isIcon ? pieces[i].box.width() : 0;
+            if (isIcon)
+                icons.push_back(pieces[i]);
+        }
+        if (2 * found > all)
+            return;
     }
-    std::nth_element(solids.begin(), solids.begin() + std::ptrdiff_t(solids.size() / 2),
-                     solids.end());
-    const int usual = solids[solids.size() / 2];
-
-    int all = 0;
-    int icons = 0;
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        pieces[i].isIcon = isThick(pieces, i, usual, height) || isTall(pieces, i, height);
-        all += pieces[i].box.width();
-        icons += pieces[i].isIcon ? pieces[i].box.width() : 0;
-    }
-    if (2 * icons > all)
-        return;
-    for (const Piece &piece : pieces) {
-        if (!piece.isIcon)
-            continue;
+    for (const Piece &icon : icons) {
         // The blur around it too.
-        const int left = std::max(0, piece.box.left - 1);
-        const int right = std::min(flat.width, piece.box.right + 1);
+        const int left = std::max(0, icon.box.left - 1);
+        const int right = std::min(flat.width, icon.box.right + 1);
         for (int y = 0; y < flat.height; ++y)
             std::fill(flat.row(y) + left, flat.row(y) + right, std::uint8_t(255));
     }

@@ -3,7 +3,9 @@
 
 #include "InkHeight.h"
 #include "LineIcons.h"
+#include "LineRules.h"
 #include "Resample.h"
+#include "Soften.h"
 #include "Tones.h"
 
 #include <algorithm>
@@ -121,6 +123,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
 
     int height = line.letterHeight;
     if (!line.isVertical) {
+        removeRules(flat, line.letterHeight);
         if (const int ink = inkHeight(flat); ink > 0)
             whitenIcons(flat, ink);
         if (const int ink = inkHeight(flat); ink > 0)
@@ -130,6 +133,8 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     scale = std::min({scale, 6.0, double(longest) / box.width()});
     const int width = std::max(1, int(std::lround(box.width() * scale)));
     const int rows = std::max(1, int(std::lround(box.height() * scale)));
+    if (isBilevel(flat))
+        flat = softened(flat);
     const GreyImage scaled = resampled(flat, width, rows);
     result.picture = GreyImage(width + 2 * margin, rows + 2 * margin, 255);
     for (int y = 0; y < rows; ++y)

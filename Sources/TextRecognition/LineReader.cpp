@@ -24,8 +24,9 @@ double gateOf(Script script)
 /// A line whose surest words are below this may hold words of another script.
 constexpr double mixedGate = 84;
 
-/// Another script's model must be this sure of a line.
+/// Another script's model must be this sure of a part of a line, and of the whole.
 constexpr double leastForeign = 72;
+constexpr double leastWholeForeign = 60;
 
 /// A line is taken for another language when that is this much likelier, as a power of two.
 constexpr double languageBits = 10;
@@ -53,16 +54,13 @@ public:
 
     void run()
     {
-        m_main = mainModel(m_tasks.front(), m_candidates, m_pool, m_workers);
-        if (Languages::scriptOf(m_main) == Script::Latin) {
-            std::vector<LineTask *> lines;
-            for (LineTask &task : m_tasks)
-                lines.push_back(&task);
-            useLatin(latinModel(lines, m_languages, m_pool, m_workers));
-        } else if (isHanScript(Languages::scriptOf(m_main))) {
+        m_main = mainModel(lines(), m_candidates, m_pool, m_workers);
+        if (Languages::scriptOf(m_main) == Script::Latin)
+            useLatin(latinModel(lines(), m_languages, m_pool, m_workers));
+        else if (isHanScript(Languages::scriptOf(m_main)))
             chooseHan();
-        }
         forEachLine([this](LineTask &task) { readLine(task); });
+        reconsiderMain();
         if (Languages::scriptOf(m_main) != Script::Latin)
             chooseLatin();
         forEachLine([this](LineTask &task) {
@@ -80,6 +78,14 @@ private:
         m_workers.forEach(m_tasks.size(), [&](std::size_t i) { work(m_tasks[i]); });
     }
 
+    std::vector<LineTask *> lines()
+    {
+        std::vector<LineTask *> lines;
+        for (LineTask &task : m_tasks)
+            lines.push_back(&task);
+        return lines;
+    }
+
     void useLatin(const QString &model)
     {
         m_candidates.replaceInStrings(m_latin, model);
@@ -94,10 +100,7 @@ private:
     {
         QStringList models = m_candidates;
         models.removeIf([](const QString &m) { return !isHanScript(Languages::scriptOf(m)); });
-        std::vector<LineTask *> lines;
-        for (LineTask &task : m_tasks)
-            lines.push_back(&task);
-        m_main = hanModel(lines, models, m_pool, m_workers);
+        m_main = hanModel(lines(), models, m_pool, m_workers);
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
 
@@ -120,12 +123,41 @@ private:
         // By a few letters any model may chance to be sure of something.
         const int doubt = task.best.characters() <= 8 ? 25 : 8;
         const double least = std::max(task.best.confidence() + doubt, leastForeign);
-        const QString other = otherScript(task, others, least, m_pool, nullptr);
+        const QString other = otherScript(task, others, least, m_pool);
         if (other.isEmpty())
             return;
         const Reading reading = task.read(m_pool, other);
-        if (reading.confidence() > task.best.confidence() + 3)
+        if (reading.confidence() >= leastWholeForeign &&
+            reading.confidence() > task.best.confidence() + 3)
             take(task, reading);
+    }
+
+    /// The first lines may have misled: if more of the page was read surely with another script's
+    /// model, it is what the doubtful lines are in too.
+    void reconsiderMain()
+    {
+        QHash<QString, int> sure;
+        for (const LineTask &task : m_tasks) {
+            if (task.best.confidence() >= sureConfidence &&
+                (task.script == Script::Latin ||
+                 2 * countLetters(task.best.text(), task.script).own >= task.best.characters()))
+                sure[task.best.model] += task.best.characters();
+        }
+        QString most = m_main;
+        for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
+            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(most))
+                most = i.key();
+        }
+        if (most == m_main)
+            return;
+        m_main = most;
+        forEachLine([this](LineTask &task) {
+            if (task.best.model == m_main || task.best.confidence() >= gateOf(task.script))
+                return;
+            const Reading reading = task.read(m_pool, m_main);
+            if (reading.confidence() > task.best.confidence())
+                take(task, reading);
+        });
     }
 
     /// Characters of words that the line's model is sure of and that are in its own script.

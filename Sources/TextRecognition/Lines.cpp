@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Lines.h"
 
+#include "RowSplit.h"
+
 #include <cstddef>
 #include <cstdlib>
 #include <map>
@@ -23,27 +25,6 @@ int middleHeight(std::vector<int> heights, double share)
     const auto at = heights.begin() + std::ptrdiff_t(double(heights.size() - 1) * share);
     std::nth_element(heights.begin(), at, heights.end());
     return *at;
-}
-
-TextLine lineOf(std::vector<Mark> marks)
-{
-    TextLine line;
-    std::sort(marks.begin(), marks.end(),
-              [](const Mark &a, const Mark &b) { return a.box.left < b.box.left; });
-    line.box = marks.front().box;
-    std::vector<int> heights;
-    int high = 0;
-    for (const Mark &mark : marks) {
-        line.box.unite(mark.box);
-        high = std::max(high, mark.box.height());
-    }
-    for (const Mark &mark : marks) {
-        if (3 * mark.box.height() >= high)
-            heights.push_back(mark.box.height());
-    }
-    line.letterHeight = middleHeight(heights, 0.6);
-    line.marks = std::move(marks);
-    return line;
 }
 
 /// Boxes by the horizontal bands they touch, to find neighbours without comparing all with all.
@@ -144,61 +125,6 @@ std::vector<TextLine> linesOfLetters(const std::vector<Mark> &marks, std::vector
             lines.push_back(lineOf(std::move(group)));
     }
     return lines;
-}
-
-/// Where two rows of letters that were taken for one line part: at the row in the middle that the
-/// fewest letters cross, if there are many above and below. Nothing for a single row.
-bool rowBoundary(const TextLine &line, int &boundary)
-{
-    const Box &box = line.box;
-    if (box.height() < 1.6 * line.letterHeight || line.marks.size() < 3)
-        return false;
-    std::vector<int> covered(std::size_t(box.height()), 0);
-    for (const Mark &mark : line.marks) {
-        // What is as high as both rows tells nothing.
-        if (5 * mark.box.height() > 3 * box.height())
-            continue;
-        for (int y = mark.box.top; y < mark.box.bottom; ++y)
-            covered[std::size_t(y - box.top)] += mark.box.width();
-    }
-    const auto begin = covered.begin();
-    const auto height = std::ptrdiff_t(covered.size());
-    const auto lowest = std::min_element(begin + height * 3 / 10, begin + height * 7 / 10);
-    const int above = *std::max_element(begin, lowest);
-    const int below = *std::max_element(lowest, covered.end());
-    const int most = std::max(above, below);
-    boundary = box.top + int(lowest - begin);
-    return 4 * *lowest <= std::min(above, below) && 4 * std::min(above, below) >= most;
-}
-
-/// Takes lines apart that descenders and ascenders tied together.
-void splitRows(std::vector<TextLine> &lines)
-{
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        int boundary = 0;
-        if (!rowBoundary(lines[i], boundary))
-            continue;
-        std::vector<Mark> upper;
-        std::vector<Mark> lower;
-        for (const Mark &mark : lines[i].marks) {
-            Mark top = mark;
-            Mark bottom = mark;
-            top.box.bottom = std::min(top.box.bottom, boundary);
-            bottom.box.top = std::max(bottom.box.top, boundary);
-            const bool both = mark.box.height() > 1.45 * lines[i].letterHeight;
-            if (mark.box.centreY2() < 2 * boundary || (both && !top.box.isEmpty()))
-                upper.push_back(both ? top : mark);
-            if (mark.box.centreY2() >= 2 * boundary || (both && !bottom.box.isEmpty()))
-                lower.push_back(both ? bottom : mark);
-        }
-        std::erase_if(upper, [](const Mark &m) { return m.box.height() < 2; });
-        std::erase_if(lower, [](const Mark &m) { return m.box.height() < 2; });
-        if (upper.empty() || lower.empty())
-            continue;
-        lines[i] = lineOf(std::move(upper));
-        lines.push_back(lineOf(std::move(lower)));
-        --i;
-    }
 }
 
 /// Gives dots, accents and punctuation to the line they stand next to.
@@ -328,6 +254,27 @@ bool isNested(const TextLine &line)
 }
 
 } // namespace
+
+TextLine lineOf(std::vector<Mark> marks)
+{
+    TextLine line;
+    std::sort(marks.begin(), marks.end(),
+              [](const Mark &a, const Mark &b) { return a.box.left < b.box.left; });
+    line.box = marks.front().box;
+    std::vector<int> heights;
+    int high = 0;
+    for (const Mark &mark : marks) {
+        line.box.unite(mark.box);
+        high = std::max(high, mark.box.height());
+    }
+    for (const Mark &mark : marks) {
+        if (3 * mark.box.height() >= high)
+            heights.push_back(mark.box.height());
+    }
+    line.letterHeight = middleHeight(heights, 0.6);
+    line.marks = std::move(marks);
+    return line;
+}
 
 std::vector<TextLine> findLines(const std::vector<Mark> &marks)
 {

@@ -19,6 +19,9 @@ struct TextLine
     bool isVertical = false;
 };
 
+/// The line that `marks`, at least one, are.
+TextLine lineOf(std::vector<Mark> marks);
+
 /// Groups marks into lines by their neighbours, so that sizes may differ all over the picture and
 /// lines may lean. Dots, accents and punctuation join the line next to them; what stays alone and
 /// is smaller than any letter is dropped. In no particular order.

@@ -115,12 +115,14 @@ private:
     void add(const Component &component, bool textured)
     {
         int strength = 0;
+        std::vector<int> rows(std::size_t(component.box.height()), 0);
         for (const Run &run : component.runs) {
+            rows[std::size_t(run.y - component.box.top)] += run.right - run.left;
             const std::uint8_t *line = m_strength.row(run.y);
             for (int x = run.left; x < run.right; ++x)
                 strength = std::max(strength, int(line[x]));
         }
-        m_marks.push_back({component.box, textured, strength});
+        m_marks.push_back({component.box, textured, strength, std::move(rows)});
     }
 
     /// The parts of a component in which lines have run together, as the ringing around letters in
@@ -154,8 +156,11 @@ private:
     bool hasRules(const Component &component) const
     {
         return std::any_of(component.runs.begin(), component.runs.end(), [this](const Run &run) {
-            const std::uint8_t *rule = rules(run.y);
-            return std::find(rule + run.left, rule + run.right, 1) != rule + run.right;
+            for (int x = run.left; x < run.right; ++x) {
+                if (isRule(x, run.y))
+                    return true;
+            }
+            return false;
         });
     }
 
@@ -164,8 +169,29 @@ private:
         std::vector<Run> runs;
         for (const Run &run : component.runs)
             split(
-                run, [rule = rules(run.y)](int x) { return !rule[x]; }, runs);
+                run, [this, y = run.y](int x) { return !isRule(x, y); }, runs);
         return runs;
+    }
+
+    /// Whether the pixel is part of a rule and of nothing else.
+    bool isRule(int x, int y) const
+    {
+        return rules(y)[x] && !(goesOn(x, y, -1) && goesOn(x, y, 1));
+    }
+
+    /// Whether a letter goes on beyond the rule at (x, y), upwards if `step` is negative: lines
+    /// through or under letters must not cut them.
+    bool goesOn(int x, int y, int step) const
+    {
+        constexpr int thickest = 6;
+        for (int i = 0; i < thickest; ++i) {
+            y += step;
+            if (y < 0 || y >= m_image.height)
+                return false;
+            if (!rules(y)[x])
+                return m_strength.at(x, y) > thresholds[0];
+        }
+        return false;
     }
 
     /// Whether what is left of a component without its rules is the short side of a frame or the

@@ -16,6 +16,8 @@ struct Mark
     bool textured = false;
     /// The strongest edge in it, in grey levels.
     int strength = 0;
+    /// How many pixels of it stand in each row of its box.
+    std::vector<int> rows = {};
 };
 
 /// The marks of a picture: what has edges and is neither a rule, nor an outline around other

@@ -36,11 +36,18 @@ double leastConfidence(const LineTask &task, const Evidence &page)
     const int characters = task.best.characters();
     if (letters == 0)
         return 80;
-    // A switch or an icon set apart from its label is one mark, about twice as wide as high.
+    // An icon set apart from its label is one mark, about twice as wide as high. Two or three
+    // letters of Chinese, Japanese or Korean are as well.
     const Box &box = task.line().box;
-    if (characters <= 3 && task.line().marks.size() == 1 && 10 * box.width() >= 13 * box.height() &&
-        box.width() <= 3 * box.height())
+    const bool isAlphabetic = task.script == Script::Latin || task.script == Script::Cyrillic ||
+                              task.script == Script::Arabic;
+    if (isAlphabetic && characters <= 3 && task.line().marks.size() == 1 &&
+        10 * box.width() >= 13 * box.height() && box.width() <= 3 * box.height())
         return 85;
+    // A few letters of these are a whole line, and the models are less sure of them.
+    if (!isAlphabetic && 10 * countLetters(task.best.text(), task.script).own >= 6 * characters &&
+        page.goodCharacters > 8)
+        return characters <= 2 ? 45 : 35;
     if (characters <= 2)
         return page.goodCharacters > 8 ? 60 : 80;
     if (characters <= 4)

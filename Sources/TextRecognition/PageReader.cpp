@@ -21,7 +21,7 @@ std::vector<LineTask> lineTasks(const GreyImage &page, const std::vector<Mark> &
 {
     std::vector<TextLine> lines = findLines(marks);
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &a, const TextLine &b) {
-        return a.box.width() * b.letterHeight > b.box.width() * a.letterHeight;
+        return a.box.width() * b.box.height() > b.box.width() * a.box.height();
     });
     std::vector<std::unique_ptr<LineTask>> owners(lines.size());
     workers.forEach(lines.size(), [&](std::size_t i) {

@@ -14,14 +14,20 @@ namespace {
 /// How much of a line is looked at to tell the script, in letter heights.
 constexpr int sampleLength = 12;
 
+/// Lines that tell the script of a page, if the first does not.
+constexpr std::size_t scriptLines = 3;
+
 /// Letters that tell the language of a page, and the lines they are taken from at most.
 constexpr int languageLetters = 60;
 constexpr std::size_t languageLines = 3;
 
 /// Lines, and letters of each, that tell Chinese from Japanese, and how much kana make it surer.
-constexpr std::size_t hanLines = 3;
+constexpr std::size_t hanLines = 4;
 constexpr int hanSampleLength = 15;
 constexpr double kanaBonus = 10;
+
+/// A line counts against a model by no more than this, or one with foreign words would decide.
+constexpr double mostHanDoubt = 10;
 
 /// A language this many times likelier (as a power of two) than the next is taken for granted.
 constexpr double clearBits = 8;
@@ -46,6 +52,18 @@ double scriptScore(const Reading &reading, Script script)
     return reading.confidence() - few;
 }
 
+QStringList withoutLatin(QStringList models)
+{
+    models.removeIf([](const QString &m) { return Languages::scriptOf(m) == Script::Latin; });
+    return models;
+}
+
+double sampleScore(LineTask &task, const QString &model, EnginePool &pool)
+{
+    const Script script = Languages::scriptOf(model);
+    return scriptScore(task.sample(pool, model, sampleLength, script == Script::Arabic), script);
+}
+
 /// Scores of the languages that have a model, likeliest first.
 QList<LanguageScore> guessAmong(const QString &text, const QStringList &models)
 {
@@ -66,51 +84,58 @@ QString textOf(const std::vector<LineTask *> &lines, const QString &model, Engin
 
 } // namespace
 
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool,
-                    Workers *workers)
+QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool)
 {
-    QStringList models = candidates;
-    models.removeIf([](const QString &m) { return Languages::scriptOf(m) == Script::Latin; });
-    std::vector<double> scores(std::size_t(models.size()), 0);
-    const auto score = [&](std::size_t i) {
-        const QString &model = models[qsizetype(i)];
-        const Script script = Languages::scriptOf(model);
-        const Reading reading = task.sample(pool, model, sampleLength, script == Script::Arabic);
-        scores[i] = scriptScore(reading, script);
-    };
-    if (workers) {
-        workers->forEach(scores.size(), score);
-    } else {
-        for (std::size_t i = 0; i < scores.size(); ++i) {
-            score(i);
-            if (scores[i] >= 93)
-                break;
+    QString best;
+    double top = least;
+    for (const QString &model : withoutLatin(candidates)) {
+        const double score = sampleScore(task, model, pool);
+        if (score > top) {
+            top = score;
+            best = model;
         }
+        if (score >= 93)
+            break;
     }
-    const auto best = std::max_element(scores.begin(), scores.end());
-    if (best == scores.end() || *best <= least)
-        return {};
-    return models[best - scores.begin()];
+    return best;
 }
 
-QString mainModel(LineTask &task, const QStringList &candidates, EnginePool &pool, Workers &workers)
+QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
+                  EnginePool &pool, Workers &workers)
 {
-    const auto latin = std::find_if(candidates.begin(), candidates.end(), [](const QString &m) {
-        return Languages::scriptOf(m) == Script::Latin;
-    });
+    const QStringList others = withoutLatin(candidates);
     if (candidates.size() == 1)
         return candidates.first();
-    double least = 0;
-    if (latin != candidates.end()) {
-        const Reading reading = task.sample(pool, *latin, sampleLength, false);
-        if (reading.confidence() >= sureConfidence && reading.characters() >= 3)
-            return *latin;
-        least = reading.confidence() + 4;
+    QString latin;
+    for (const QString &model : candidates) {
+        if (Languages::scriptOf(model) == Script::Latin)
+            latin = model;
     }
-    const QString other = otherScript(task, candidates, least, pool, &workers);
-    if (!other.isEmpty())
-        return other;
-    return latin != candidates.end() ? *latin : candidates.first();
+    // A line may be no text, or hard to read: what is not sure is decided by several.
+    double latinSum = 0;
+    std::vector<double> sums(std::size_t(others.size()), 0);
+    const std::size_t lines = std::min(tasks.size(), scriptLines);
+    for (std::size_t i = 0; i < lines; ++i) {
+        if (!latin.isEmpty()) {
+            const Reading reading = tasks[i]->sample(pool, latin, sampleLength, false);
+            if (reading.confidence() >= sureConfidence && reading.characters() >= 3)
+                return latin;
+            latinSum += reading.confidence() + 4;
+        }
+        std::vector<double> scores(sums.size(), 0);
+        workers.forEach(scores.size(), [&](std::size_t k) {
+            scores[k] = sampleScore(*tasks[i], others[qsizetype(k)], pool);
+        });
+        for (std::size_t k = 0; k < sums.size(); ++k)
+            sums[k] += scores[k];
+        const auto best = std::max_element(scores.begin(), scores.end());
+        if (best != scores.end() && *best >= sureConfidence)
+            return others[best - scores.begin()];
+    }
+    const auto best = std::max_element(sums.begin(), sums.end());
+    if (best != sums.end() && *best > latinSum)
+        return others[best - sums.begin()];
+    return latin.isEmpty() ? candidates.first() : latin;
 }
 
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models, EnginePool &pool,
@@ -128,11 +153,16 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models
         // A Chinese model cannot read kana, and the Japanese one sees few in Chinese.
         const bool japanese = Languages::scriptOf(model) == Script::Japanese;
         const double bonus = japanese && 5 * kana > reading.characters() ? kanaBonus : 0;
-        scores[i] = (reading.confidence() + bonus) * std::min(20, reading.characters());
+        scores[i] = reading.confidence() + bonus;
     });
     std::vector<double> sums(count, 0);
-    for (std::size_t i = 0; i < scores.size(); ++i)
-        sums[i % count] += scores[i];
+    for (std::size_t line = 0; line < lines; ++line) {
+        const auto first = scores.begin() + std::ptrdiff_t(line * count);
+        const double best = *std::max_element(first, first + std::ptrdiff_t(count));
+        const double weight = std::min(20.0, tasks[line]->length());
+        for (std::size_t k = 0; k < count; ++k)
+            sums[k] -= weight * std::min(mostHanDoubt, best - scores[line * count + k]);
+    }
     return models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
 }
 

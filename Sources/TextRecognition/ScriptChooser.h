@@ -12,12 +12,12 @@ namespace recognition {
 
 /// The model of another script than Latin that reads a sample of `task` best, if it is surer than
 /// `least`; else an empty string. `candidates`: at most one model per script.
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool,
-                    Workers *workers);
+QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool);
 
-/// The model that `task`, a page's longest line, is read best with, among one model per script.
-QString mainModel(LineTask &task, const QStringList &candidates, EnginePool &pool,
-                  Workers &workers);
+/// The model that `tasks`, a page's lines, longest first, are read best with, among one model per
+/// script.
+QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
+                  EnginePool &pool, Workers &workers);
 
 /// Which of the models of scripts with Chinese characters, `models`, reads `tasks`, longest first,
 /// best: kana make them Japanese, else the surest model wins.

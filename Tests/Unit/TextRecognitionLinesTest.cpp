@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// What is done to a line before it is read: rows parted, rules removed, steps softened.
+
+#include "TextRecognition/LineRules.h"
+#include "TextRecognition/Lines.h"
+#include "TextRecognition/Marks.h"
+#include "TextRecognition/Soften.h"
+
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace recognition;
+
+namespace {
+
+QImage written(const QString &text, int pixels = 16)
+{
+    QImage image(300, 60, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QFont font(u"DejaVu Sans"_s);
+    font.setPixelSize(pixels);
+    painter.setFont(font);
+    painter.drawText(10, 36, text);
+    return image;
+}
+
+void drawRule(QImage &image, int y, int left, int right)
+{
+    QPainter(&image).fillRect(left, y, right - left, 1, Qt::black);
+}
+
+int difference(const GreyImage &a, const GreyImage &b)
+{
+    int different = 0;
+    for (std::size_t i = 0; i < a.pixels.size(); ++i)
+        different += std::abs(a.pixels[i] - b.pixels[i]) > 100;
+    return different;
+}
+
+/// Two rows of words close to each other, of which the middle mark ties both.
+std::vector<Mark> tiedRows(int bottom)
+{
+    std::vector<Mark> marks;
+    for (int i = 0; i < 4; ++i) {
+        for (const int top : {0, 16})
+            marks.push_back(
+                {{40 * i, top, 40 * i + 30, top + 12}, false, 200, std::vector<int>(12, 20)});
+    }
+    std::vector<int> rows(std::size_t(bottom), 20);
+    std::fill(rows.begin() + 12, rows.begin() + std::min(bottom, 16), 2);
+    marks.push_back({{160, 0, 190, bottom}, false, 200, rows});
+    return marks;
+}
+
+} // namespace
+
+class TextRecognitionLinesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tiedRowsArePartedAtTheValley()
+    {
+        const std::vector<TextLine> lines = findLines(tiedRows(28));
+        QCOMPARE(lines.size(), std::size_t(2));
+        for (const TextLine &line : lines) {
+            QCOMPARE(line.marks.size(), std::size_t(5));
+            QVERIFY(line.box.height() <= 16);
+        }
+    }
+
+    void oneRowStaysOne()
+    {
+        QCOMPARE(findLines(findMarks(greyImage(written(u"gypsy HEIGHT ççŞİ"_s)))).size(),
+                 std::size_t(1));
+    }
+
+    void struckWordsStayOneLine()
+    {
+        QImage image = written(u"Struck through"_s);
+        drawRule(image, 31, 8, 130);
+        QCOMPARE(findLines(findMarks(greyImage(image))).size(), std::size_t(1));
+    }
+
+    void rulesGoAndStrokesStay_data()
+    {
+        QTest::addColumn<int>("y");
+        QTest::newRow("under") << 38;
+        QTest::newRow("through") << 31;
+    }
+
+    void rulesGoAndStrokesStay()
+    {
+        QFETCH(int, y);
+        QImage image = written(u"Hill minimum"_s);
+        const GreyImage plain = greyImage(image);
+        drawRule(image, y, 8, 122);
+        GreyImage flat = greyImage(image);
+        const int before = difference(flat, plain);
+        removeRules(flat, 14);
+        QVERIFY2(difference(flat, plain) * 5 < before,
+                 qPrintable(u"%1 of %2"_s.arg(difference(flat, plain)).arg(before)));
+    }
+
+    void lettersAreNoRules_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("latin") << u"TEXT = LETTER"_s;
+        QTest::newRow("dash") << u"a — b"_s;
+        QTest::newRow("arabic") << u"مستشفى سبب"_s;
+    }
+
+    void lettersAreNoRules()
+    {
+        QFETCH(QString, text);
+        GreyImage flat = greyImage(written(text));
+        const GreyImage before = flat;
+        removeRules(flat, 14);
+        QCOMPARE(flat.pixels, before.pixels);
+    }
+
+    void nothingHasNoRules()
+    {
+        GreyImage flat(30, 10, 255);
+        removeRules(flat, 8);
+        QCOMPARE(flat.pixels, GreyImage(30, 10, 255).pixels);
+    }
+
+    void onlyStepsAreSoftened()
+    {
+        GreyImage steps(20, 20, 255);
+        for (int i = 4; i < 16; ++i)
+            steps.row(i)[i] = 0;
+        QVERIFY(isBilevel(steps));
+        const GreyImage soft = softened(steps);
+        QVERIFY(soft.at(8, 8) < 160);
+        QVERIFY(soft.at(9, 8) < 255);
+        QCOMPARE(soft.at(2, 12), std::uint8_t(255));
+        QVERIFY(!isBilevel(soft));
+        QVERIFY(!isBilevel(greyImage(written(u"smooth"_s, 15))));
+    }
+};
+
+QTEST_MAIN(TextRecognitionLinesTest)
+#include "TextRecognitionLinesTest.moc"
