@@ -48,4 +48,12 @@ GreyImage greyImage(const QImage &image)
     return grey;
 }
 
+GreyImage cropped(const GreyImage &image, const Box &box)
+{
+    GreyImage part(box.width(), box.height(), 0);
+    for (int y = 0; y < part.height; ++y)
+        std::copy_n(image.row(box.top + y) + box.left, part.width, part.row(y));
+    return part;
+}
+
 } // namespace recognition

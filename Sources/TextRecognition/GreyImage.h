@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Box.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -32,5 +34,8 @@ struct GreyImage
 /// The luma (ITU-R BT.601) of `image`; what is transparent shows white. A null image gives an
 /// empty one. Works strip by strip, so that a huge picture is never held twice in full colour.
 GreyImage greyImage(const QImage &image);
+
+/// The part of `image` in `box`, which lies within it.
+GreyImage cropped(const GreyImage &image, const Box &box);
 
 } // namespace recognition

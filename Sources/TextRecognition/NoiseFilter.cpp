@@ -28,6 +28,12 @@ Evidence evidenceOf(const std::vector<LineTask> &tasks)
     return evidence;
 }
 
+/// Whether a letter is a sound: of others a few say as much as a line of these.
+bool writesWithAlphabet(Script script)
+{
+    return script == Script::Latin || script == Script::Cyrillic || script == Script::Arabic;
+}
+
 /// The confidence below which a line is taken for noise. The shorter the line and the less text
 /// around it, the surer the model has to be.
 double leastConfidence(const LineTask &task, const Evidence &page)
@@ -39,8 +45,7 @@ double leastConfidence(const LineTask &task, const Evidence &page)
     // An icon set apart from its label is one mark, about twice as wide as high. Two or three
     // letters of Chinese, Japanese or Korean are as well.
     const Box &box = task.line().box;
-    const bool isAlphabetic = task.script == Script::Latin || task.script == Script::Cyrillic ||
-                              task.script == Script::Arabic;
+    const bool isAlphabetic = writesWithAlphabet(task.script);
     if (isAlphabetic && characters <= 3 && task.line().marks.size() == 1 &&
         10 * box.width() >= 13 * box.height() && box.width() <= 3 * box.height())
         return 85;
@@ -69,7 +74,8 @@ bool isNoise(const LineTask &task, const Evidence &page)
     // Among many things that were not read, what was is likely chance.
     if (page.lines < 5 || page.goodLines * 10 >= page.lines * 3)
         return false;
-    return (task.best.characters() < 6 && !(confidence > 90 && letters >= 3)) ||
+    const double sure = writesWithAlphabet(task.script) ? 90 : 80;
+    return (task.best.characters() < 6 && !(confidence > sure && letters >= 3)) ||
            (task.best.characters() < 12 && confidence < 70);
 }
 

@@ -5,6 +5,7 @@
 #include "LineReader.h"
 #include "LineTask.h"
 #include "NoiseFilter.h"
+#include "OutlinedText.h"
 #include "ReadingOrder.h"
 #include "TextRepair.h"
 #include "VerticalText.h"
@@ -15,11 +16,30 @@ namespace recognition {
 
 namespace {
 
+/// The lines of outlined text, in place of what the marks of its letters and of the scenery around
+/// them are taken for.
+std::vector<TextLine> outlinedLines(const OutlinedText &outlined, std::vector<Mark> &marks)
+{
+    std::vector<TextLine> lines;
+    for (const Box &row : outlined.rows) {
+        std::erase_if(marks, [&row](const Mark &mark) {
+            return horizontalOverlap(mark.box, row) > 0 && verticalOverlap(mark.box, row) > 0;
+        });
+        std::vector<Mark> letters = findMarks(cropped(outlined.page, row));
+        for (Mark &mark : letters) {
+            mark.box = {mark.box.left + row.left, mark.box.top + row.top, mark.box.right + row.left,
+                        mark.box.bottom + row.top};
+        }
+        for (TextLine &line : findLines(letters))
+            lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
 /// The lines that may be text, longest first: what is read first decides how the rest is read.
-std::vector<LineTask> lineTasks(const GreyImage &page, const std::vector<Mark> &marks,
+std::vector<LineTask> lineTasks(const GreyImage &page, std::vector<TextLine> lines,
                                 Workers &workers)
 {
-    std::vector<TextLine> lines = findLines(marks);
     std::stable_sort(lines.begin(), lines.end(), [](const TextLine &a, const TextLine &b) {
         return a.box.width() * b.box.height() > b.box.width() * a.box.height();
     });
@@ -82,7 +102,7 @@ void indent(std::vector<PageLine> &lines)
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
                                Workers &workers)
 {
-    const std::vector<Mark> marks = findMarks(page);
+    std::vector<Mark> marks = findMarks(page);
     if (marks.empty() || languages.isEmpty())
         return {};
     if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
@@ -90,7 +110,12 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         if (!columns.empty())
             return columns;
     }
-    std::vector<LineTask> tasks = lineTasks(page, marks, workers);
+    const OutlinedText outlined = findOutlinedText(page);
+    std::vector<TextLine> lines = outlinedLines(outlined, marks);
+    for (TextLine &line : findLines(marks))
+        lines.push_back(std::move(line));
+    std::vector<LineTask> tasks =
+        lineTasks(outlined.rows.empty() ? page : outlined.page, std::move(lines), workers);
     if (tasks.empty())
         return {};
     readLines(tasks, languages, pool, workers);
@@ -101,11 +126,11 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         pieces.push_back({task.line().box, task.line().letterHeight,
                           countLetters(task.best.text(), Script::Arabic).own > 0});
     }
-    std::vector<PageLine> lines;
+    std::vector<PageLine> result;
     for (const Row &row : readingOrder(pieces))
-        lines.push_back(pageLine(row, tasks));
-    indent(lines);
-    return lines;
+        result.push_back(pageLine(row, tasks));
+    indent(result);
+    return result;
 }
 
 } // namespace recognition

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
-// What is done to a line before it is read: rows parted, rules removed, steps softened.
+// What is done to text before it is read: outlined letters freed, rows parted, rules removed,
+// steps softened.
 
 #include "TextRecognition/LineRules.h"
 #include "TextRecognition/Lines.h"
 #include "TextRecognition/Marks.h"
+#include "TextRecognition/OutlinedText.h"
 #include "TextRecognition/Soften.h"
 
 #include <QFont>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace recognition;
@@ -41,6 +46,31 @@ int difference(const GreyImage &a, const GreyImage &b)
     return different;
 }
 
+/// A picture of hills and dales of grey.
+QImage scenery()
+{
+    QImage image(400, 120, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const int level = 120 + int(50 * std::sin(x / 9.0) * std::cos(y / 7.0));
+            image.setPixel(x, y, qRgb(level, level, level));
+        }
+    }
+    return image;
+}
+
+void drawOutlined(QImage &image, const QString &text, const QColor &fill, const QColor &outline)
+{
+    QPainterPath path;
+    QFont font(u"DejaVu Sans"_s);
+    font.setPixelSize(26);
+    path.addText(40, 70, font, text);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.strokePath(path, QPen(outline, 5));
+    painter.fillPath(path, fill);
+}
+
 /// Two rows of words close to each other, of which the middle mark ties both.
 std::vector<Mark> tiedRows(int bottom)
 {
@@ -63,6 +93,65 @@ class TextRecognitionLinesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void outlinedLettersAreFreed_data()
+    {
+        QTest::addColumn<QColor>("fill");
+        QTest::addColumn<QColor>("outline");
+        QTest::newRow("white") << QColor(Qt::white) << QColor(Qt::black);
+        QTest::newRow("yellow") << QColor(255, 225, 60) << QColor(Qt::black);
+        QTest::newRow("black") << QColor(Qt::black) << QColor(Qt::white);
+    }
+
+    void outlinedLettersAreFreed()
+    {
+        QFETCH(QColor, fill);
+        QFETCH(QColor, outline);
+        QImage image = scenery();
+        drawOutlined(image, u"Subtitles"_s, fill, outline);
+        const OutlinedText found = findOutlinedText(greyImage(image));
+        QCOMPARE(found.rows.size(), std::size_t(1));
+        const Box &row = found.rows.front();
+        QVERIFY(row.left <= 40 && row.right >= 140 && row.right < 220);
+        QVERIFY(row.top <= 52 && row.bottom >= 70);
+        // Around the letters there is nothing left but their outline's grey.
+        const int paper = qGray(outline.rgb());
+        for (int x = row.left; x < row.right; ++x)
+            QVERIFY(std::abs(found.page.at(x, row.top) - paper) < 40);
+    }
+
+    void plainTextIsNotOutlined_data()
+    {
+        QTest::addColumn<QColor>("ink");
+        QTest::addColumn<QColor>("paper");
+        QTest::newRow("dark") << QColor(Qt::black) << QColor(Qt::white);
+        QTest::newRow("bright") << QColor(Qt::white) << QColor(Qt::black);
+        QTest::newRow("grey") << QColor(Qt::white) << QColor(90, 90, 90);
+    }
+
+    void plainTextIsNotOutlined()
+    {
+        QFETCH(QColor, ink);
+        QFETCH(QColor, paper);
+        for (const int pixels : {12, 40, 80}) {
+            QImage image(500, 140, QImage::Format_RGB32);
+            image.fill(paper);
+            QPainter painter(&image);
+            QFont font(u"DejaVu Sans"_s);
+            font.setPixelSize(pixels);
+            painter.setFont(font);
+            painter.setPen(ink);
+            painter.drawText(20, 100, u"Big Boo 80"_s);
+            painter.end();
+            QVERIFY(findOutlinedText(greyImage(image)).rows.empty());
+        }
+    }
+
+    void sceneryAloneHasNoText()
+    {
+        QVERIFY(findOutlinedText(greyImage(scenery())).rows.empty());
+        QVERIFY(findOutlinedText(GreyImage()).rows.empty());
+    }
+
     void tiedRowsArePartedAtTheValley()
     {
         const std::vector<TextLine> lines = findLines(tiedRows(28));
