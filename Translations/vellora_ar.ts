@@ -59,20 +59,12 @@
         <translation>لا يستطيع %1 رؤية هذه الشاشة: فهو يعمل على أسطح مكتب X11، وهذه الجلسة يعرضها «%2». سجّل الدخول إلى جلسة X11 (تُسمّى غالبًا «Xorg» في شاشة الدخول).</translation>
     </message>
     <message>
-        <source>%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often called “Xorg” on the login screen), or to sway.</source>
-        <translation>لا يستطيع %1 العمل على سطح مكتب Wayland هذا. %2 سجّل الدخول إلى جلسة X11 (تُسمّى غالبًا «Xorg» في شاشة الدخول) أو إلى sway.</translation>
+        <source>%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often called “Xorg” on the login screen), or to GNOME, Plasma or sway.</source>
+        <translation>لا يستطيع %1 العمل على سطح مكتب Wayland هذا. %2 سجّل الدخول إلى جلسة X11 (تُسمّى غالبًا «Xorg» في شاشة الدخول) أو إلى GNOME أو Plasma أو sway.</translation>
     </message>
     <message>
-        <source>The desktop lets no program cover the screen (zwlr_layer_shell_v1).</source>
-        <translation>لا يسمح سطح المكتب لأي برنامج بتغطية الشاشة (zwlr_layer_shell_v1).</translation>
-    </message>
-    <message>
-        <source>The desktop lets no program without a window set the clipboard (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</source>
-        <translation>لا يسمح سطح المكتب لأي برنامج بلا نافذة بضبط الحافظة (ext_data_control_manager_v1 أو zwlr_data_control_manager_v1).</translation>
-    </message>
-    <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</source>
-        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو org.kde.KWin.ScreenShot2).</translation>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
+        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو org.kde.KWin.ScreenShot2 أو org.freedesktop.portal.Screenshot).</translation>
     </message>
 </context>
 <context>

@@ -59,20 +59,12 @@
         <translation>%1 kann diesen Bildschirm nicht sehen: Es arbeitet auf X11-Desktops, und diese Sitzung wird von „%2“ dargestellt. Melden Sie sich in einer X11-Sitzung an (auf dem Anmeldebildschirm oft „Xorg“ genannt).</translation>
     </message>
     <message>
-        <source>%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often called “Xorg” on the login screen), or to sway.</source>
-        <translation>%1 kann auf diesem Wayland-Desktop nicht arbeiten. %2 Melden Sie sich in einer X11-Sitzung an (auf dem Anmeldebildschirm oft „Xorg“ genannt), oder in sway.</translation>
+        <source>%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often called “Xorg” on the login screen), or to GNOME, Plasma or sway.</source>
+        <translation>%1 kann auf diesem Wayland-Desktop nicht arbeiten. %2 Melden Sie sich in einer X11-Sitzung an (auf dem Anmeldebildschirm oft „Xorg“ genannt), oder in GNOME, Plasma oder sway.</translation>
     </message>
     <message>
-        <source>The desktop lets no program cover the screen (zwlr_layer_shell_v1).</source>
-        <translation>Der Desktop lässt kein Programm den Bildschirm abdecken (zwlr_layer_shell_v1).</translation>
-    </message>
-    <message>
-        <source>The desktop lets no program without a window set the clipboard (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</source>
-        <translation>Der Desktop lässt kein Programm ohne Fenster die Zwischenablage setzen (ext_data_control_manager_v1, zwlr_data_control_manager_v1).</translation>
-    </message>
-    <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</source>
-        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).</translation>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
+        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</translation>
     </message>
 </context>
 <context>

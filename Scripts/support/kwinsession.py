@@ -29,6 +29,9 @@ class KWinSession:
     def __init__(self, session, wallpaper, failure):
         self._session, self._wallpaper, self._failure = session, wallpaper, failure
 
+    def prepare(self):
+        """Nothing of it has to be there before the session bus is."""
+
     def start(self):
         session = self._session
         if len(set(session.screens)) != 1:

@@ -50,6 +50,9 @@ class SwaySession:
         self._runtime = session.folder / "sway"
         self._pixel = (wallpaper >> 16 & 0xff, wallpaper >> 8 & 0xff, wallpaper & 0xff)
 
+    def prepare(self):
+        """Nothing of it has to be there before the session bus is."""
+
     def start(self):
         session = self._session
         as_nobody = self._as_nobody()

@@ -62,7 +62,7 @@ void addWindowSystem(Platform &platform, const QString &displayName)
             QCoreApplication::translate(
                 "DesktopPlatform",
                 "%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often "
-                "called “Xorg” on the login screen), or to sway.")
+                "called “Xorg” on the login screen), or to GNOME, Plasma or sway.")
                 .arg(displayName, missing.join(u' ')));
     }
     throw UnsupportedDesktop(

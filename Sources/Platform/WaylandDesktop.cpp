@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/WaylandDesktop.h"
 
+#include "Platform/GNOME/CustomKeyTap.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
 #include "Platform/Platform.h"
+#include "Platform/Portal/PortalScreenshot.h"
 #include "Platform/Sway/SwayEventMonitor.h"
 #include "Platform/Sway/SwayKeyTap.h"
 #include "Platform/Sway/SwayPopupPlacement.h"
 #include "Platform/Wayland/DataControlPasteboard.h"
+#include "Platform/Wayland/FocusedPasteboard.h"
+#include "Platform/Wayland/FullScreenOverlaySurface.h"
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
@@ -41,7 +45,33 @@ std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens)
     if (KWinScreenShot::isOffered()) {
         return std::make_unique<KWinScreenShot>(screens);
     }
+    if (PortalScreenshot::isOffered()) {
+        return std::make_unique<PortalScreenshot>(screens);
+    }
     return nullptr;
+}
+
+/// What covers the screens, and with what is seen of them.
+void addCapture(Platform &platform, std::unique_ptr<ScreenRecording> recording)
+{
+    auto layers = std::make_unique<LayerShellOverlaySurface>();
+    if (layers->isUsable()) {
+        platform.overlaySurface = std::move(layers);
+        platform.screenRecording = std::move(recording);
+        return;
+    }
+    auto frozen = std::make_unique<FrozenScreenRecording>(std::move(recording), *platform.screens);
+    platform.overlaySurface = std::make_unique<FullScreenOverlaySurface>(*frozen);
+    platform.screenRecording = std::move(frozen);
+}
+
+std::unique_ptr<Pasteboard> makePasteboard()
+{
+    auto dataControl = std::make_unique<DataControlPasteboard>();
+    if (dataControl->isUsable()) {
+        return dataControl;
+    }
+    return std::make_unique<FocusedPasteboard>();
 }
 
 std::unique_ptr<KeyTap> makeKeyTap(SystemLog &log)
@@ -51,6 +81,9 @@ std::unique_ptr<KeyTap> makeKeyTap(SystemLog &log)
     }
     if (GlobalAccelKeyTap::isUsable()) {
         return std::make_unique<GlobalAccelKeyTap>();
+    }
+    if (CustomKeyTap::isUsable()) {
+        return std::make_unique<CustomKeyTap>();
     }
     return std::make_unique<UnboundKeyTap>(log);
 }
@@ -79,26 +112,16 @@ std::unique_ptr<EventMonitor> makeEventMonitor()
 QStringList addWaylandServices(Platform &platform)
 {
     QStringList missing;
-    auto overlay = std::make_unique<LayerShellOverlaySurface>();
-    if (!overlay->isUsable()) {
-        missing << QCoreApplication::translate(
-            "DesktopPlatform",
-            "The desktop lets no program cover the screen (zwlr_layer_shell_v1).");
-    }
-    platform.screenRecording = makeScreenRecording(*platform.screens);
-    if (!platform.screenRecording) {
+    auto recording = makeScreenRecording(*platform.screens);
+    if (recording) {
+        addCapture(platform, std::move(recording));
+    } else {
         missing << QCoreApplication::translate(
             "DesktopPlatform", "The desktop lets no program see the screen "
-                               "(zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2).");
+                               "(zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, "
+                               "org.freedesktop.portal.Screenshot).");
     }
-    auto pasteboard = std::make_unique<DataControlPasteboard>();
-    if (!pasteboard->isUsable()) {
-        missing << QCoreApplication::translate(
-            "DesktopPlatform", "The desktop lets no program without a window set the clipboard "
-                               "(ext_data_control_manager_v1, zwlr_data_control_manager_v1).");
-    }
-    platform.overlaySurface = std::move(overlay);
-    platform.pasteboard = std::move(pasteboard);
+    platform.pasteboard = makePasteboard();
     platform.keyTap = makeKeyTap(*platform.systemLog);
     platform.eventMonitor = makeEventMonitor();
     platform.popupPlacement = makePopupPlacement(*platform.screens);

@@ -23,9 +23,9 @@ def shows_selection(before, box):
     around = now.copy()
     around[outer.y:outer.bottom, outer.x:outer.right] = \
         dimmed(before)[outer.y:outer.bottom, outer.x:outer.right]
-    for screen, was in zip(desktop.on_screens(around), desktop.on_screens(before)):
-        rest = screen.shape[0] - points(30)
-        if (abs(screen[:rest] - dimmed(was)[:rest]) > 2).any():
+    for number in range(len(desktop.SCREENS)):
+        area = desktop.beside_panel(number)
+        if (abs(area.of(around) - dimmed(area.of(before))) > 2).any():
             return False
     sides = [Box(box.x - 1, box.y + box.height // 2, 4, 1),
              Box(box.right - 3, box.y + box.height // 2, 4, 1),
@@ -74,6 +74,7 @@ class CaptureTest(unittest.TestCase):
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
                 wait_until("the overlay's end", lambda: is_unchanged(before))
 
+    @unittest.skipIf(desktop.NAME == "gnome", "GNOME Shell places windows itself; see gnome_test")
     def test_result_window(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             Clipboard.put("before")
@@ -101,7 +102,7 @@ class CaptureTest(unittest.TestCase):
             Clipboard.put("before")
             before = program.capture(page.box)
             program.popup()
-            self.assertEqual(Clipboard.text(), TEXT)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             Pointer.click(page.box.x + points(20), page.box.bottom - points(10))
             wait_until("the result window's end", lambda: is_unchanged(before))
             wait_until("the click in the other program", lambda: page.said(r"click \d+ \d+"))
@@ -110,10 +111,11 @@ class CaptureTest(unittest.TestCase):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             program.capture(page.box)
             first = program.popup()
-            program.click()
+            program.ask_for_capture()
             # The first result is above the panel still, so the dim is told by the wallpaper.
             dark = round(desktop.WALLPAPER * 0.75)
-            wait_until("the dim", lambda: abs(screenshot()[4, 4] - dark).max() <= 2)
+            x, y = desktop.SCREENS[0].right - 9, desktop.SCREENS[0].bottom - points(60)
+            wait_until("the dim", lambda: abs(screenshot()[y, x] - dark).max() <= 2)
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("another result window",
                        lambda: first not in desktop.windows_titled("Vellora — Recognized Text"))

@@ -4,8 +4,8 @@
 All places are pixels of the whole desktop, origin top-left, y down.
 """
 
-from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, SCALE, SCREENS, WALLPAPER, Box,
-                       difference, on_screens, points, save, tool)
+from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, PANEL_IS_ABOVE, SCALE, SCREENS,
+                       WALLPAPER, Box, beside_panel, difference, on_screens, points, save, tool)
 
 if NAME == "sway":
     from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
@@ -15,14 +15,18 @@ elif NAME == "kwin_wayland":
     from .kwin import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                        frame_box, key, listed_windows, page_box, place_page, screenshot,
                        title_of, window_box, windows_titled)
+elif NAME == "gnome":
+    from .gnome import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
+                        frame_box, key, listed_windows, page_box, place_page, screenshot,
+                        title_of, window_box, windows_titled)
 else:
     from .x11 import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                       frame_box, key, listed_windows, page_box, place_page, screenshot, title_of,
                       window_box, windows_titled)
 
 __all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PAGE_UNIT", "PANEL", "SCALE", "SCREENS",
-           "WALLPAPER", "Box", "Clipboard", "Pointer", "activate", "active_window", "difference",
-           "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens", "page_box",
+           "WALLPAPER", "Box", "Clipboard", "Pointer", "activate", "active_window", "beside_panel",
+           "difference", "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens", "page_box",
            "place_page", "points", "save", "screenshot", "title_of", "tool", "window_box",
            "windows_titled"]
 
@@ -39,7 +43,7 @@ class Pointer(Device):
     @classmethod
     def rest(cls):
         """Goes where nothing reacts to it."""
-        cls.move(SCREENS[0].right - 5, 5)
+        cls.move(SCREENS[0].right - 5, 60 if PANEL_IS_ABOVE else 5)
 
     @classmethod
     def drag(cls, start, end, release=True):

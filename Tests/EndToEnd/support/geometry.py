@@ -58,6 +58,18 @@ def _screens():
 SCREENS = _screens()
 
 
+# Where the first screen has its panel, which changes by the pointer's passing alone.
+PANEL_IS_ABOVE = NAME == "gnome"
+
+
+def beside_panel(number):
+    """The place of a screen, less that of its panel."""
+    screen = SCREENS[number]
+    panel = points(36 if PANEL_IS_ABOVE else 30) if number == 0 else 0
+    return screen._replace(y=screen.y + (panel if PANEL_IS_ABOVE else 0),
+                           height=screen.height - panel)
+
+
 def points(count):
     """Points as the program counts them, in pixels."""
     return round(count * SCALE)

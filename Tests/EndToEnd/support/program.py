@@ -170,11 +170,18 @@ class Program:
 
     # The overlay
 
+    def ask_for_capture(self):
+        """A left click on the status item; GNOME Shell opens the menu for one."""
+        if desktop.NAME == "gnome":
+            activate_action("capture")
+        else:
+            self.click()
+
     def start_capture(self):
         """A left click on the status item; returns what the screens showed before."""
         self.status_item()
         before = screenshot()
-        self.click()
+        self.ask_for_capture()
         seen = False
 
         def all_dim():
@@ -214,9 +221,8 @@ def dimmed(picture):
 def _compared(now, before):
     """What is compared of two screenshots: all screens, less the panel's place on the first,
     where the pointer's passing alone changes something."""
-    for number, screen in enumerate(desktop.SCREENS):
-        panel = desktop.points(30) if number == 0 else 0
-        area = screen._replace(height=screen.height - panel)
+    for number in range(len(desktop.SCREENS)):
+        area = desktop.beside_panel(number)
         yield area.of(now), area.of(before)
 
 

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "Platform/Portal/PortalScreenshot.h"
+
+#include "Platform/Freedesktop/SessionBus.h"
+#include "Platform/Portal/PortalApplication.h"
+#include "Platform/ScreenImage.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QMap>
+#include <QScreen>
+#include <QTimer>
+
+#include <chrono>
+#include <future>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+const QString interface = u"org.freedesktop.portal.Screenshot"_s;
+/// When a portal that does not answer is given up on. GNOME's plays a sound and lets the screen
+/// flash first.
+constexpr auto longestWait = 5s;
+/// The portal and what it starts of the desktop come up within this.
+constexpr int startTimeLimit = 5000;
+/// The store answers from memory.
+constexpr int storeTimeLimit = 1000;
+
+enum class Stored {
+    Yes,
+    No,
+    Nothing,
+};
+
+/// What the user once answered.
+Stored storedPermission()
+{
+    const auto bus = sessionBus();
+    if (!bus) {
+        return Stored::Nothing;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.impl.portal.PermissionStore"_s,
+        u"/org/freedesktop/impl/portal/PermissionStore"_s,
+        u"org.freedesktop.impl.portal.PermissionStore"_s, u"Lookup"_s);
+    call << u"screenshot"_s << u"screenshot"_s;
+    const QDBusMessage reply = bus->call(call, QDBus::Block, storeTimeLimit);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        return Stored::Nothing;
+    }
+    const auto permissions = qdbus_cast<QMap<QString, QStringList>>(reply.arguments().constFirst());
+    const QString answer = permissions.value(portalApplicationId()).value(0);
+    if (answer == u"yes") {
+        return Stored::Yes;
+    }
+    return answer == u"no" ? Stored::No : Stored::Nothing;
+}
+
+/// The place of all screens together, in points.
+QRect desktop(const QList<Screen> &screens)
+{
+    QRect all;
+    for (const Screen &screen : screens) {
+        all |= screen.geometry;
+    }
+    return all;
+}
+} // namespace
+
+PortalScreenshot::PortalScreenshot(const Screens &screens)
+    : m_screens(screens)
+{
+    m_thread.start();
+}
+
+PortalScreenshot::~PortalScreenshot()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+bool PortalScreenshot::isOffered()
+{
+    const auto bus = sessionBus();
+    if (!bus) {
+        return false;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    call << interface << u"version"_s;
+    return bus->call(call, QDBus::Block, startTimeLimit).type() == QDBusMessage::ReplyMessage;
+}
+
+bool PortalScreenshot::preflightAccess() const
+{
+    const Stored stored = storedPermission();
+    return stored == Stored::Yes || (stored == Stored::Nothing && m_wasGranted);
+}
+
+bool PortalScreenshot::requestAccess()
+{
+    if (preflightAccess()) {
+        return true;
+    }
+    if (!m_question) {
+        m_question = std::make_unique<ScreenshotRequest>([this](const QImage &image) {
+            m_wasGranted = !image.isNull();
+            m_question.release()->deleteLater();
+        });
+        m_question->start();
+    }
+    return false;
+}
+
+QImage PortalScreenshot::takePicture()
+{
+    const auto answer = std::make_shared<std::promise<QImage>>();
+    std::future<QImage> picture = answer->get_future();
+    auto *request =
+        new ScreenshotRequest([answer](const QImage &image) { answer->set_value(image); });
+    request->moveToThread(&m_thread);
+    QMetaObject::invokeMethod(
+        request, [request] { request->start(); }, Qt::QueuedConnection);
+    const bool isAnswered = picture.wait_for(longestWait) == std::future_status::ready;
+    request->deleteLater();
+    const QImage image = isAnswered ? picture.get() : QImage();
+    if (image.isNull()) {
+        m_wasGranted = false;
+    }
+    return image;
+}
+
+QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
+{
+    const QList<Screen> screens = m_screens.screens();
+    const QScreen *screen = qtScreen(m_screens, display);
+    if (!screen) {
+        return {};
+    }
+    if (m_picture.isNull()) {
+        m_picture = takePicture();
+        QTimer::singleShot(0, this, [this] { m_picture = {}; });
+    }
+    const QRect whole = desktop(screens);
+    const QRectF within = rect & QRectF(QPointF(0, 0), QSizeF(screen->size()));
+    const QPoint place = screen->geometry().topLeft() - whole.topLeft();
+    return within.isEmpty() ? QImage()
+                            : croppedToPoints(m_picture, whole.size(), within.translated(place));
+}

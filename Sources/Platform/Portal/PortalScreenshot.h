@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Portal/ScreenshotRequest.h"
+#include "Platform/ScreenRecording.h"
+#include "Platform/Screens.h"
+
+#include <QThread>
+
+#include <memory>
+
+/// Grabs by the Screenshot portal, which gives a picture of all screens at once. The desktop asks
+/// the user once and remembers what the answer was, for good.
+class PortalScreenshot : public QObject, public ScreenRecording
+{
+public:
+    /// `screens` outlives the object.
+    explicit PortalScreenshot(const Screens &screens);
+    ~PortalScreenshot() override;
+
+    /// Whether there is a portal that takes pictures of the screen. Starts it where need be.
+    static bool isOffered();
+
+    /// By the permission that is stored, which a portal without any replaces by its first picture.
+    bool preflightAccess() const override;
+    /// Asks the portal for a picture, and with that the user; the answer comes later. False until
+    /// then.
+    bool requestAccess() override;
+    /// Waits for the portal. Grabs of one event are cut from one picture.
+    QImage createImage(quint32 display, const QRectF &rect) override;
+
+private:
+    QImage takePicture();
+
+    const Screens &m_screens;
+    /// Where answers are awaited while the main thread waits.
+    QThread m_thread;
+    std::unique_ptr<ScreenshotRequest> m_question;
+    bool m_wasGranted = false;
+    QImage m_picture;
+};

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/OverlaySurface.h"
+#include "Platform/Wayland/FrozenScreenRecording.h"
+
+#include <QObject>
+
+#include <vector>
+
+/// Overlays as ordinary full-screen windows, which are black where they show nothing: they stand on
+/// a picture of their screen. Compositors give a new window the keyboard.
+class FullScreenOverlaySurface : public OverlaySurface
+{
+public:
+    /// `recording` outlives every panel.
+    explicit FullScreenOverlaySurface(FrozenScreenRecording &recording);
+
+    QPixmap cover(QWidget &panel, const Screen &screen) override;
+    /// Shows nothing where there is no picture of the screen.
+    void orderFront(QWidget &panel) override;
+    void makeKey(QWidget &panel) override;
+    /// Grabs come from the pictures until the event being handled is.
+    void orderOut(QWidget &panel) override;
+
+private:
+    FrozenScreenRecording &m_recording;
+    std::vector<const QWidget *> m_panels;
+    QObject m_context;
+};

@@ -1,0 +1,130 @@
+# SPDX-License-Identifier: MIT
+"""What is different on GNOME: the question for pictures of the screen, and windows at places of its
+own choice."""
+
+import os
+import unittest
+from pathlib import Path
+
+from support import desktop, main
+from support.desktop import Box, Clipboard, Pointer, key, screenshot
+from support.gnome import ask, set_permission
+from support.page import Page
+from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
+from support.waiting import holds_for, wait_until
+
+TEXT = "Between two worlds"
+QT_O = 79
+PICTURES = Path(os.environ["HOME"]) / "Pictures"
+
+# The buttons of the shell's own dialog, by what stands on them.
+BUTTON = """(() => {{
+    const all = actor => [actor, ...actor.get_children().flatMap(all)];
+    const button = all(imports.ui.main.layoutManager.modalDialogGroup)
+        .find(actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
+    return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
+}})()"""
+
+
+def dialog_button(name):
+    sides = ask(BUTTON.format(name=name))
+    return Box(*(round(side) for side in sides)) if sides and None not in sides else None
+
+
+def answer(name):
+    """A click on the dialog's button, once it stands still."""
+    def is_steady():
+        box = dialog_button(name)
+        return box if box and box == dialog_button(name) else None
+
+    Pointer.click(*wait_until(f"the button {name!r}", is_steady).middle)
+    wait_until("the dialog's end", lambda: dialog_button(name) is None)
+
+
+def grabbed_keys():
+    """How many the shell keeps for the settings daemon."""
+    return ask("imports.ui.main.shellDBusService._grabbedAccelerators.size")
+
+
+class GnomeTest(unittest.TestCase):
+    def tearDown(self):
+        set_permission("yes")
+
+    def test_the_permission_is_asked_for_and_the_capture_follows(self):
+        set_permission(None)
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}):
+            Clipboard.put("before")
+            wait_until("the program on the session bus", is_on_bus)
+            before = screenshot()
+            activate_action("capture")
+            answer("Allow")
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            self.assertEqual(list(PICTURES.iterdir()), [])
+
+    def test_a_denial_ends_it(self):
+        set_permission(None)
+        with Page(TEXT), Program({"outputMode": "clipboard"}) as program:
+            wait_until("the program on the session bus", is_on_bus)
+            before = screenshot()
+            activate_action("capture")
+            answer("Deny")
+            wait_until("the screen of before", lambda: is_unchanged(before))
+            # Longer than a look at what the user may have changed.
+            holds_for("without an overlay", lambda: is_unchanged(before), 2)
+            # The settings allow it later: the program sees that by itself.
+            set_permission("yes")
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+            self.assertTrue(program.is_running())
+
+    def test_shortcut(self):
+        with Page(TEXT) as page:
+            others = wait_until("the settings daemon's own keys", grabbed_keys)
+            with Program({"outputMode": "clipboard", "hotkeyEnabled": "true"}):
+                wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
+                before = screenshot()
+                key("super+shift+o")
+                wait_until("the dim on every screen", lambda: is_dimmed(before))
+                key("Escape")
+                wait_until("the overlay's end", lambda: is_unchanged(before))
+                self.assertEqual(page.said(f"key {QT_O}"), [])
+            wait_until("the shortcut to be free", lambda: grabbed_keys() == others)
+
+    def test_no_picture_is_left_behind(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            self.assertEqual(list(PICTURES.iterdir()), [])
+
+    def test_no_window_is_left_of_a_copy(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            wait_until("no window but the page",
+                       lambda: list(desktop.listed_windows().values()) == ["Text page"])
+
+    def test_what_another_program_copies_stands(self):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            program.capture(page.box)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            Clipboard.put("copied later")
+            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
+
+    def test_result_window(self):
+        with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
+            Clipboard.put("before")
+            before = program.capture(page.box)
+            frame = desktop.frame_box(program.popup())
+            self.assertEqual(Clipboard.text(), "before")
+            # As far from the lower right corner as the window's border is wide, which it draws.
+            Pointer.click(frame.right - 58, frame.bottom - 25)
+            wait_until("the copied text", lambda: Clipboard.text() == TEXT)
+            key("Escape")
+            wait_until("the result window's end", lambda: is_unchanged(before))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,230 @@
+# SPDX-License-Identifier: MIT
+"""A GNOME desktop: seen and asked through its shell in unsafe mode, touched through its own remote
+desktop. Programs under test see nothing of that."""
+
+import atexit
+import json
+import tempfile
+
+import dbus
+import numpy
+from PIL import Image
+
+from .geometry import PANEL, SCREENS, WALLPAPER, Box
+from .waiting import wait_until
+from .wayland import BUTTONS, KEYS, MODIFIERS
+
+# What the text page takes its place and size in.
+PAGE_UNIT = 1
+REMOTE = "org.gnome.Mutter.RemoteDesktop"
+
+_bus = dbus.SessionBus()
+
+
+def _object(name, path, interface):
+    return dbus.Interface(_bus.get_object(name, path, introspect=False), interface)
+
+
+_shell = _object("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell")
+_screenshots = _object("org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                       "org.gnome.Shell.Screenshot")
+_permissions = _object("org.freedesktop.impl.portal.PermissionStore",
+                       "/org/freedesktop/impl/portal/PermissionStore",
+                       "org.freedesktop.impl.portal.PermissionStore")
+
+
+def ask(script):
+    """What the expression is, as the shell sees it."""
+    is_done, answer = _shell.Eval(script, signature="s")
+    assert is_done, f"GNOME Shell: {answer}"
+    return json.loads(answer) if answer else None
+
+
+def screenshot():
+    """What all screens show: rows of (r, g, b)."""
+    with tempfile.NamedTemporaryFile(suffix=".png") as file:
+        is_taken, _ = _screenshots.Screenshot(False, False, file.name, signature="bbs")
+        assert is_taken, "GNOME Shell took no picture"
+        return numpy.asarray(Image.open(file.name).convert("RGB")).astype(numpy.int16)
+
+
+class _Input:
+    """The devices, plugged in for as long as the test runs."""
+
+    def __init__(self):
+        path = _object(REMOTE, "/org/gnome/Mutter/RemoteDesktop", REMOTE).CreateSession(
+            signature="")
+        self._session = _object(REMOTE, path, f"{REMOTE}.Session")
+        self._session.Start(signature="")
+        atexit.register(lambda: self._session.Stop(signature=""))
+        # The devices are made with the first event, which nobody hears of.
+        self._key(MODIFIERS["shift"][0], True)
+        self._key(MODIFIERS["shift"][0], False)
+        self._place = None
+
+    def _key(self, code, is_down):
+        self._session.NotifyKeyboardKeycode(code, is_down, signature="ub")
+
+    def _step(self, x, y):
+        self._session.NotifyPointerMotionRelative(x, y, signature="dd")
+
+    def move(self, x, y):
+        # By steps alone: where the pointer is, is known in the corner.
+        if self._place is None:
+            self._step(-20000, -20000)
+            self._place = (0, 0)
+        x, y = round(x), round(y)
+        self._step(x - self._place[0], y - self._place[1])
+        self._place = (x, y)
+        wait_until("the pointer's place", lambda: ask("global.get_pointer().slice(0, 2)") == [x, y])
+
+    def press(self, button=1):
+        self._session.NotifyPointerButton(BUTTONS[button], True, signature="ib")
+
+    def release(self, button=1):
+        self._session.NotifyPointerButton(BUTTONS[button], False, signature="ib")
+
+    def key(self, name):
+        """A key with what is held with it, such as "super+shift+o"."""
+        *held, last = name.split("+")
+        for modifier in held:
+            self._key(MODIFIERS[modifier][0], True)
+        self._key(KEYS[last], True)
+        self._key(KEYS[last], False)
+        for modifier in reversed(held):
+            self._key(MODIFIERS[modifier][0], False)
+
+
+_input = _Input()
+key = _input.key
+
+
+class Device:
+    """Real input events of the pointer."""
+
+    move = _input.move
+    press = _input.press
+    release = _input.release
+
+
+class Clipboard:
+    """The clipboard as the shell, another program, meets it: no other can without the keyboard."""
+
+    @staticmethod
+    def text():
+        """What is pasted, or None when there is no text."""
+        ask("""global.velloraPasted = undefined;
+            imports.gi.St.Clipboard.get_default().get_text(
+                imports.gi.St.ClipboardType.CLIPBOARD,
+                (_, text) => { global.velloraPasted = text; }); 0""")
+        wait_until("what is pasted", lambda: ask("global.velloraPasted !== undefined"))
+        return ask("global.velloraPasted")
+
+    @staticmethod
+    def put(text):
+        ask(f"""imports.gi.St.Clipboard.get_default().set_text(
+            imports.gi.St.ClipboardType.CLIPBOARD, {json.dumps(text)}); 0""")
+        wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
+
+
+def set_permission(answer):
+    """What the user once answered to the question for pictures of the screen; None for nothing."""
+    if answer is None:
+        try:
+            _permissions.Delete("screenshot", "screenshot", signature="ss")
+        except dbus.DBusException as error:
+            assert "NotFound" in error.get_dbus_name(), error
+    else:
+        # The id of programs that were not started by the desktop.
+        _permissions.SetPermission("screenshot", True, "screenshot", "",
+                                   dbus.Array([answer], signature="s"), signature="sbssas")
+
+
+_WINDOWS = """(() => {
+    const box = r => [r.x, r.y, r.width, r.height];
+    return global.get_window_actors().map(a => a.meta_window).map(w => ({
+        id: w.get_id(), title: w.title, frame: box(w.get_frame_rect()),
+        active: w.has_focus(), listed: !w.skip_taskbar}));
+})()"""
+
+
+def _windows():
+    return ask(_WINDOWS)
+
+
+def _window(number):
+    return next(each for each in _windows() if each["id"] == number)
+
+
+def _command(window, action):
+    ask(f"""global.get_window_actors().map(a => a.meta_window)
+        .filter(w => w.get_id() === {window}).forEach(w => {action}); 0""")
+
+
+def activate(window):
+    """Makes the window the active one, as a window switcher does."""
+    _command(window, "w.activate(global.get_current_time())")
+
+
+def windows_titled(title):
+    """The visible windows with exactly this title."""
+    return [each["id"] for each in _windows() if each["title"] == title]
+
+
+def active_window():
+    """The window that has the keyboard, as a number."""
+    return next((each["id"] for each in _windows() if each["active"]), 0)
+
+
+def title_of(window):
+    return _window(window)["title"]
+
+
+def frame_box(window):
+    """The window without its shadow."""
+    return Box(*_window(window)["frame"])
+
+
+# Windows draw their own frames; what is a frame is for themselves to know.
+window_box = frame_box
+
+
+def listed_windows():
+    """The windows that a task bar shows: {number: title}."""
+    return {each["id"]: each["title"] for each in _windows() if each["listed"]}
+
+
+def place_page(process, box):
+    """Puts the text page there, once it is; whether that worked."""
+    for window in windows_titled("Text page"):
+        _command(window, f"w.move_frame(true, {box.x}, {box.y})")
+    return page_box(process, None)[:2] == (box.x, box.y)
+
+
+def page_box(_process, _said):
+    """Where the text page is; there is one at a time."""
+    return next((Box(*each["frame"]) for each in _windows() if each["title"] == "Text page"), None)
+
+
+def find_tray_icon():
+    """Where the status item is, once the shell has it; else None."""
+    boxes = ask("""(() => {
+        const area = imports.ui.main.panel.statusArea;
+        return Object.keys(area).filter(name => name.startsWith("appindicator-"))
+            .map(name => area[name].container).filter(item => item.mapped && item.width > 0)
+            .map(item => [...item.get_transformed_position(), item.width, item.height]);
+    })()""")
+    # Without numbers as long as it has no place.
+    if len(boxes) != 1 or None in boxes[0]:
+        return None
+    return Box(*(round(side) for side in boxes[0]))
+
+
+def _is_ready():
+    picture = screenshot()
+    return all((picture[screen.bottom - 5, screen.x + 5] == WALLPAPER).all() for screen in SCREENS)
+
+
+assert PANEL in ("none", "appindicator"), PANEL
+set_permission("yes")
+wait_until("the wallpaper", _is_ready)
