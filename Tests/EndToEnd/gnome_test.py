@@ -117,7 +117,10 @@ class GnomeTest(unittest.TestCase):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             Clipboard.put("before")
             before = program.capture(page.box)
-            frame = desktop.frame_box(program.popup())
+            popup = program.popup()
+            # The content is 240 points high; the window draws its title bar when it gets to it.
+            wait_until("the title bar", lambda: desktop.frame_box(popup).height > 260)
+            frame = desktop.frame_box(popup)
             self.assertEqual(Clipboard.text(), "before")
             # As far from the lower right corner as the window's border is wide, which it draws.
             Pointer.click(frame.right - 58, frame.bottom - 25)
