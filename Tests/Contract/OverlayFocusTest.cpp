@@ -151,7 +151,6 @@ void OverlayFocusTest::keyboardStaysWhenTheWindowManagerIsLate()
         window->resize(200, 100);
         m_platform.popupPlacement->makeKeyAndOrderFront(*window);
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        const QString closed = u"0x%1"_s.arg(window->winId(), 0, 16);
         window.reset();
 
         int resigned = 0;
@@ -160,11 +159,8 @@ void OverlayFocusTest::keyboardStaysWhenTheWindowManagerIsLate()
         collectKeys(overlay, keys);
         const auto observer =
             m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
-        // The window manager has answered once that window is not the active one any more.
-        const auto activeWindow = [] {
-            return outputOf(u"xprop"_s, {u"-root"_s, u"_NET_ACTIVE_WINDOW"_s});
-        };
-        QTRY_VERIFY(!activeWindow().contains(closed));
+        // The window manager has answered once it does what it is asked for later.
+        m_peer->move({210 + cycle, 210});
         QVERIFY(overlay.waitUntilPainted());
         // Until we have noticed, keys go astray.
         const auto isKeyTold = [&keys] {

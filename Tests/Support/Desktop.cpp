@@ -84,6 +84,12 @@ bool Peer::hasKeyboard() const
            QString::fromUtf8(process.readAllStandardOutput()).trimmed() == m_window;
 }
 
+void Peer::move(QPoint place)
+{
+    outputOf(u"xdotool"_s, {u"windowmove"_s, u"--sync"_s, m_window, QString::number(place.x()),
+                            QString::number(place.y())});
+}
+
 void Peer::activate()
 {
     // Without a window manager nobody but the server itself can be asked.

@@ -28,6 +28,8 @@ public:
 
     /// Shows its window there (client area) and makes it the active one.
     void showWindow(const QRect &place);
+    /// Has the window manager move its window, and waits until it has. Not to where it is.
+    void move(QPoint place);
     /// Makes its window the active one, as a window switcher does, and waits until keys go there.
     void activate();
     /// Takes the keyboard without asking the window manager, and waits until keys go there.

@@ -8,13 +8,12 @@
 
 #include <utility>
 
-X11ActivityObserver::X11ActivityObserver(std::function<void()> handler)
+X11ActivityObserver::X11ActivityObserver(bool isActive, std::function<void()> handler)
     : m_handler(std::move(handler))
+    , m_isActive(isActive)
 {
-    if (xcb_connection_t *qt = qtXcbConnection()) {
-        m_isActive = isQtWindow(focusedWindow(qt));
-    }
     QCoreApplication::instance()->installNativeEventFilter(this);
+    checkSoon();
 }
 
 X11ActivityObserver::~X11ActivityObserver()
@@ -27,13 +26,19 @@ bool X11ActivityObserver::nativeEventFilter(const QByteArray &eventType, void *m
 {
     if (eventType == "xcb_generic_event_t") {
         const int type = static_cast<const xcb_generic_event_t *>(message)->response_type & 0x7f;
-        if ((type == XCB_FOCUS_IN || type == XCB_FOCUS_OUT) && !m_isCheckDue) {
-            m_isCheckDue = true;
-            // After Qt has dealt with it; several changes in a row are looked at once.
-            QTimer::singleShot(0, this, &X11ActivityObserver::check);
+        if (type == XCB_FOCUS_IN || type == XCB_FOCUS_OUT) {
+            checkSoon();
         }
     }
     return false;
+}
+
+void X11ActivityObserver::checkSoon()
+{
+    if (!std::exchange(m_isCheckDue, true)) {
+        // After Qt has dealt with it; several changes in a row are looked at once.
+        QTimer::singleShot(0, this, &X11ActivityObserver::check);
+    }
 }
 
 void X11ActivityObserver::check()

@@ -20,14 +20,17 @@ class X11ActivityObserver : public QObject,
     Q_OBJECT
 
 public:
-    explicit X11ActivityObserver(std::function<void()> handler);
+    /// `isActive` tells whether the program has had the keyboard before, which is looked at anew
+    /// as soon as the event being handled is over.
+    X11ActivityObserver(bool isActive, std::function<void()> handler);
     ~X11ActivityObserver() override;
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
+    void checkSoon();
     void check();
 
     std::function<void()> m_handler;
-    bool m_isActive = false;
+    bool m_isActive;
     bool m_isCheckDue = false;
 };

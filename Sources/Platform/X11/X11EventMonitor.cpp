@@ -28,13 +28,11 @@ X11EventMonitor::addGlobalMouseDownMonitor(std::function<void(CocoaPoint)> handl
 std::unique_ptr<EventMonitor::Monitor>
 X11EventMonitor::addResignActiveObserver(std::function<void()> handler)
 {
-    // The window manager may have been late before there was anybody to notice.
+    // The window manager may have been late before there was anybody to notice it.
     xcb_connection_t *qt = qtXcbConnection();
-    if (qt && !isQtWindow(focusedWindow(qt))) {
-        m_keyboard->takeBack();
-    }
+    const bool isActive = qt && (isQtWindow(focusedWindow(qt)) || m_keyboard->takeBack());
     return std::make_unique<X11ActivityObserver>(
-        [handler = std::move(handler), keyboard = m_keyboard] {
+        isActive, [handler = std::move(handler), keyboard = m_keyboard] {
             if (!keyboard->takeBack()) {
                 handler();
             }

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/X11OverlayKeyboard.h"
 
+#include <QEvent>
+#include <QGuiApplication>
+#include <QWindow>
+
 #include <chrono>
 #include <utility>
 
@@ -15,6 +19,16 @@ X11OverlayKeyboard::X11OverlayKeyboard(std::shared_ptr<X11Connection> connection
     : m_connection(std::move(connection))
     , m_overlays(std::move(overlays))
 {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool X11OverlayKeyboard::eventFilter(QObject *receiver, QEvent *event)
+{
+    if (event->type() == QEvent::Hide && receiver == QGuiApplication::focusWindow() &&
+        !(QGuiApplication::focusWindow()->flags() & Qt::BypassWindowManagerHint)) {
+        m_closing = QDeadlineTimer(longestLateness);
+    }
+    return false;
 }
 
 void X11OverlayKeyboard::take(xcb_window_t panel)
@@ -23,6 +37,7 @@ void X11OverlayKeyboard::take(xcb_window_t panel)
     if (!isQtWindow(focused)) {
         m_formerFocus = focused;
         m_lateness = isManagerLate(focused) ? QDeadlineTimer(longestLateness) : QDeadlineTimer(0);
+        m_closing = QDeadlineTimer(0);
     }
     set(panel);
 }
@@ -77,6 +92,7 @@ bool X11OverlayKeyboard::isManagerLate(xcb_window_t focused) const
 {
     const auto active = m_connection->property(m_connection->root(), "_NET_ACTIVE_WINDOW");
     // Programs may have the keyboard in another window than the one that is managed.
-    return !active.isEmpty() && active.first() != XCB_WINDOW_NONE &&
-           !m_connection->haveOneOwner(active.first(), focused);
+    const bool isBehind = !active.isEmpty() && active.first() != XCB_WINDOW_NONE &&
+                          !m_connection->haveOneOwner(active.first(), focused);
+    return isBehind || !m_closing.hasExpired();
 }

@@ -5,13 +5,16 @@
 #include "Platform/X11/X11Overlays.h"
 
 #include <QDeadlineTimer>
+#include <QObject>
 
 #include <memory>
 
 /// The keyboard of panels that no window manager takes care of: taken for them, kept, and given
 /// back to whom it was taken from. Main thread only.
-class X11OverlayKeyboard
+class X11OverlayKeyboard : public QObject
 {
+    Q_OBJECT
+
 public:
     X11OverlayKeyboard(std::shared_ptr<X11Connection> connection,
                        std::shared_ptr<X11Overlays> overlays);
@@ -30,6 +33,7 @@ public:
     void handOver(xcb_window_t panel);
 
 private:
+    bool eventFilter(QObject *receiver, QEvent *event) override;
     static void set(xcb_window_t panel);
     bool isManagerLate(xcb_window_t focused) const;
 
@@ -37,6 +41,8 @@ private:
     std::shared_ptr<X11Overlays> m_overlays;
     /// The window of another program that had the keyboard before our panels took it.
     xcb_window_t m_formerFocus = XCB_WINDOW_NONE;
+    /// Until then, the window manager may not have noticed that a window of ours was closed.
+    QDeadlineTimer m_closing{0};
     /// Until then, a late window manager is expected to take the keyboard.
     QDeadlineTimer m_lateness{0};
 };

@@ -86,8 +86,9 @@ void X11PopupPlacement::makeKeyAndOrderFront(QWidget &window)
         if (m_wish.window == &window) {
             m_windowManager->moveClient(nativeWindow(window), m_wish.pixels);
         }
-        // What Qt has sent so far is to reach the window manager first.
-        xcb_flush(qtXcbConnection());
+        // The server has dealt with what Qt has sent so far once it answers there: the window
+        // manager hears of the window before it is asked to activate it.
+        focusedWindow(qtXcbConnection());
         m_windowManager->activate(nativeWindow(window));
     } else {
         window.activateWindow();

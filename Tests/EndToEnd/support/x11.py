@@ -101,8 +101,10 @@ def find_tray_icon():
     rows, columns = (abs(picture - picture[0, -1]).max(axis=2) > 60).nonzero()
     if len(rows) < 20:
         return None
-    return Box(trays[0].x + int(columns.min()), trays[0].y + int(rows.min()),
+    icon = Box(trays[0].x + int(columns.min()), trays[0].y + int(rows.min()),
                int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
+    # A compositor may still show the panel as narrow as it was without the icon.
+    return icon if min(icon.width, icon.height) >= points(8) else None
 
 
 def window_box(window):
