@@ -12,6 +12,45 @@ namespace {
 /// heading, an em dash) stay below, but for display sizes.
 constexpr int ruleLength = 44;
 
+/// The shortest side of a box that is looked for.
+constexpr int shortestSide = 10;
+
+/// How far a side ends from the corner of its box: the radius of a round one.
+constexpr int corner = 7;
+
+/// A vertical edge between the columns `x` and `x + 1`; `bottom` is just outside.
+struct VerticalEdge
+{
+    int x = 0;
+    int top = 0;
+    int bottom = 0;
+};
+
+/// On which side of column `x` a horizontal rule begins or ends within a corner's reach of row
+/// `y`, going up if `step` is negative: 1 to the right, -1 to the left, 0 if none does.
+int cornerSide(const std::vector<std::uint8_t> &rules, const GreyImage &image, int x, int y,
+               int step)
+{
+    const auto count = [&](int row, int from, int to) {
+        int sum = 0;
+        for (int k = std::max(0, from); k < std::min(image.width, to); ++k)
+            sum += rules[std::size_t(row) * image.width + k];
+        return sum;
+    };
+    for (int i = -1; i <= corner; ++i) {
+        const int row = y + i * step;
+        if (row < 0 || row >= image.height)
+            continue;
+        const int left = count(row, x - 2 * corner, x - 1);
+        const int right = count(row, x + 3, x + 2 * corner + 2);
+        if (right >= corner && left == 0)
+            return 1;
+        if (left >= corner && right == 0)
+            return -1;
+    }
+    return 0;
+}
+
 } // namespace
 
 std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
@@ -44,6 +83,7 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
         }
     }
 
+    std::vector<VerticalEdge> sides;
     std::vector<int> starts(std::size_t(width), -1);
     for (int y = 0; y <= height; ++y) {
         for (int x = 0; x + 1 < width; ++x) {
@@ -58,13 +98,21 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
                     start = y;
                 continue;
             }
-            if (start >= 0 && y - start > ruleLength * 3 / 2) {
-                for (int k = start; k < y; ++k) {
-                    rules[std::size_t(k) * width + x] = 1;
-                    rules[std::size_t(k) * width + x + 1] = 1;
-                }
+            const int length = start < 0 ? 0 : y - start;
+            if (length > ruleLength * 3 / 2)
+                sides.push_back({x, start, y});
+            else if (length >= shortestSide) {
+                const int side = cornerSide(rules, image, x, start, -1);
+                if (side != 0 && side == cornerSide(rules, image, x, y - 1, 1))
+                    sides.push_back({x, start, y});
             }
             start = -1;
+        }
+    }
+    for (const VerticalEdge &side : sides) {
+        for (int y = side.top; y < side.bottom; ++y) {
+            rules[std::size_t(y) * width + side.x] = 1;
+            rules[std::size_t(y) * width + side.x + 1] = 1;
         }
     }
     return rules;

@@ -17,7 +17,8 @@ std::vector<Run> edgeRuns(const GreyImage &strength, int threshold);
 
 /// One flag per pixel: part of a straight rule, that is of a horizontal or vertical edge that goes
 /// on for long and changes across but not along (borders, underlines, separators, the outlines of
-/// selections).
+/// selections). Vertical ones may be short if they join the ends of two horizontal ones: the sides
+/// of a box.
 std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold);
 
 } // namespace recognition

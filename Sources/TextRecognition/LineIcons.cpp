@@ -15,10 +15,20 @@ constexpr int palestInk = 155;
 /// The same for the outline of a shape, such as a box to tick, which may be paler than text.
 constexpr int palestOutline = 220;
 
+/// Letters have pixels darker than this.
+constexpr int darkInk = 100;
+
+/// The share of them in letters at least, and in a shape of another tone at most.
+constexpr double leastDark = 0.3;
+constexpr double mostDark = 0.1;
+
 /// The strokes of bold type are a quarter as thick as its letters are high. What stands near to
 /// a word has to be thicker.
 constexpr double thickestStroke = 0.42;
 constexpr double thickestNearStroke = 0.5;
+
+/// Smaller filled shapes may be full stops, or the dense letters of small Chinese type, in pixels.
+constexpr int smallestFilled = 14;
 
 /// A shape is thick if it is this much thicker than the others of the line: the dense letters of
 /// small Chinese type flow together.
@@ -33,7 +43,7 @@ constexpr double tallHollow = 1.15;
 /// What stands as near to a word, in letter heights, is a letter of it; the second if it is thick
 /// and at an end.
 constexpr double leastGap = 0.25;
-constexpr double leastThickGap = 0.14;
+constexpr double leastThickGap = 0.08;
 
 struct Piece
 {
@@ -41,6 +51,8 @@ struct Piece
     /// The sides of the largest squares in it that are all ink and all white.
     int solid = 0;
     int hollow = 0;
+    /// The share of its pixels that are as dark as the ink of letters.
+    double dark = 0;
 };
 
 /// What stands between columns without pixels darker than `palest`.
@@ -88,9 +100,18 @@ int largestSquare(const GreyImage &flat, const Box &box, Belongs belongs)
     return largest;
 }
 
-void measure(const GreyImage &flat, Piece &piece)
+void measure(const GreyImage &flat, int palest, Piece &piece)
 {
-    piece.solid = largestSquare(flat, piece.box, [](int grey) { return grey <= palestInk; });
+    piece.solid = largestSquare(flat, piece.box, [palest](int grey) { return grey <= palest; });
+    int shown = 0;
+    int dark = 0;
+    for (int y = piece.box.top; y < piece.box.bottom; ++y) {
+        for (int x = piece.box.left; x < piece.box.right; ++x) {
+            shown += flat.at(x, y) <= palestOutline;
+            dark += flat.at(x, y) < darkInk;
+        }
+    }
+    piece.dark = double(dark) / std::max(1, shown);
     piece.hollow = largestSquare(flat, piece.box, [](int grey) { return grey > palestOutline; });
 }
 
@@ -112,6 +133,13 @@ int gapAround(const std::vector<Piece> &pieces, std::size_t i)
     return gap;
 }
 
+/// Whether a piece is filled for the most part, as no letter is.
+bool isFilled(const Piece &piece, int height)
+{
+    return piece.box.height() >= smallestFilled && 10 * piece.box.height() >= 6 * height &&
+           isSquare(piece) && 10 * piece.solid >= 6 * piece.box.height();
+}
+
 /// Whether a piece is thicker than letters of this height are. `usual`: how thick others are.
 bool isThick(const std::vector<Piece> &pieces, std::size_t i, int usual, int height)
 {
@@ -124,6 +152,22 @@ bool isThick(const std::vector<Piece> &pieces, std::size_t i, int usual, int hei
         return piece.solid >= thickestStroke * height;
     const bool atEnd = i == 0 || i + 1 == pieces.size();
     return atEnd && gap >= leastThickGap && piece.solid >= thickestNearStroke * height;
+}
+
+/// Whether a piece is a patch of greys beside letters that are dark.
+bool isPale(const std::vector<Piece> &pieces, std::size_t i, int height)
+{
+    const Piece &piece = pieces[i];
+    if (10 * piece.box.height() < 6 * height || piece.dark > mostDark ||
+        piece.solid < thickestStroke * height)
+        return false;
+    double dark = 0;
+    int width = 0;
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        dark += k == i ? 0 : pieces[k].dark * pieces[k].box.width();
+        width += k == i ? 0 : pieces[k].box.width();
+    }
+    return dark >= leastDark * width;
 }
 
 /// Whether a piece is a shape that stands out above and below all others.
@@ -149,11 +193,11 @@ void whitenIcons(GreyImage &flat, int height)
     std::vector<Piece> icons;
     for (const int palest : {palestInk, palestOutline}) {
         std::vector<Piece> pieces = piecesOf(flat, palest);
-        if (pieces.size() < 2)
+        if (pieces.empty())
             break;
         std::vector<int> solids;
         for (Piece &piece : pieces) {
-            measure(flat, piece);
+            measure(flat, palest, piece);
             solids.push_back(piece.solid);
         }
         const auto middle = solids.begin() + std::ptrdiff_t(solids.size() / 2);
@@ -161,15 +205,25 @@ void whitenIcons(GreyImage &flat, int height)
         int all = 0;
         int found = 0;
         for (std::size_t i = 0; i < pieces.size(); ++i) {
-            const bool isIcon = palest == palestInk ? isThick(pieces, i, *middle, height)
-                                                    : isTall(pieces, i, height);
+            if (palest == palestInk && isFilled(pieces[i], height)) {
+                icons.push_back(pieces[i]);
+                continue;
+            }
+            if (pieces.size() < 2)
+                break;
+            const bool isIcon = palest == palestInk
+                                    ? isThick(pieces, i, *middle, height)
+                                    : isTall(pieces, i, height) || isPale(pieces, i, height);
             all += pieces[i].box.width();
             found += isIcon ? pieces[i].box.width() : 0;
             if (isIcon)
                 icons.push_back(pieces[i]);
         }
         if (2 * found > all)
-            return;
+            icons.erase(
+                std::remove_if(icons.begin(), icons.end(),
+                               [height](const Piece &icon) { return !isFilled(icon, height); }),
+                icons.end());
     }
     for (const Piece &icon : icons) {
         // The blur around it too.

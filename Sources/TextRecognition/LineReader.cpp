@@ -143,11 +143,17 @@ private:
                  2 * countLetters(task.best.text(), task.script).own >= task.best.characters()))
                 sure[task.best.model] += task.best.characters();
         }
+        for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
+            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(m_foreign))
+                m_foreign = i.key();
+        }
         QString most = m_main;
         for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
             if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(most))
                 most = i.key();
         }
+        if (Languages::scriptOf(most) != Script::Latin)
+            m_foreign = most;
         if (most == m_main)
             return;
         m_main = most;
@@ -227,7 +233,7 @@ private:
             return;
         QString second = m_latin;
         if (task.script == Script::Latin)
-            second = Languages::scriptOf(m_main) == Script::Latin ? QString() : m_main;
+            second = m_foreign;
         if (second.isEmpty())
             return;
         const Reading merged = mergedReading(task.best, task.read(m_pool, second), task.script);
@@ -245,6 +251,8 @@ private:
     QString m_main;
     /// The language of Latin script that is on the page.
     QString m_latin;
+    /// The model of another script that is on the page too, if there is one.
+    QString m_foreign;
 };
 
 } // namespace

@@ -194,25 +194,32 @@ private:
         return false;
     }
 
-    /// Whether what is left of a component without its rules is the short side of a frame or the
-    /// end of a selection: thin, with a rule at either end.
+    /// Whether what is left of a component without its rules is the short side of a frame, the end
+    /// of a selection or a round corner: small, with rules at two of its sides.
     bool joinsRules(const Component &part) const
     {
         const Box &box = part.box;
-        if (box.width() > 6 || box.height() < 8)
-            return false;
-        const auto hasRule = [&](int first, int last) {
-            for (int y = std::max(0, first); y <= std::min(last, m_image.height - 1); ++y) {
+        const auto hasRule = [this](const Box &at) {
+            for (int y = std::max(0, at.top); y < std::min(at.bottom, m_image.height); ++y) {
                 const std::uint8_t *rule = rules(y);
-                const int right = std::min(m_image.width, box.right + 2);
-                for (int x = std::max(0, box.left - 2); x < right; ++x) {
+                for (int x = std::max(0, at.left); x < std::min(at.right, m_image.width); ++x) {
                     if (rule[x])
                         return true;
                 }
             }
             return false;
         };
-        return hasRule(box.top - 2, box.top + 1) && hasRule(box.bottom - 2, box.bottom + 1);
+        const Box wide{box.left - 2, box.top - 2, box.right + 2, box.bottom + 2};
+        const bool above = hasRule({wide.left, wide.top, wide.right, box.top + 2});
+        const bool below = hasRule({wide.left, box.bottom - 2, wide.right, wide.bottom});
+        if (box.width() <= 6 && box.height() >= 8)
+            return above && below;
+        if (box.width() > 8 || box.height() > 8)
+            return false;
+        return (hasRule({box.left, wide.top, box.right, box.top}) ||
+                hasRule({box.left, box.bottom, box.right, wide.bottom})) &&
+               (hasRule({wide.left, box.top, box.left, box.bottom}) ||
+                hasRule({box.right, box.top, wide.right, box.bottom}));
     }
 
     const std::uint8_t *rules(int y) const

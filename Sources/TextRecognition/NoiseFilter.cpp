@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "NoiseFilter.h"
 
+#include <algorithm>
+
 namespace recognition {
 
 namespace {
@@ -85,6 +87,20 @@ void dropNoise(std::vector<LineTask> &tasks)
 {
     const Evidence page = evidenceOf(tasks);
     std::erase_if(tasks, [&page](const LineTask &task) { return isNoise(task, page); });
+}
+
+void dropScenery(std::vector<LineTask> &tasks, const std::vector<Box> &rows)
+{
+    constexpr int shortest = 5;
+    constexpr double leastSure = 85;
+    if (rows.empty())
+        return;
+    std::erase_if(tasks, [&rows](const LineTask &task) {
+        const Box &box = task.line().box;
+        const bool inRow = std::any_of(rows.begin(), rows.end(),
+                                       [&box](const Box &row) { return row.contains(box); });
+        return !inRow && (task.best.characters() < shortest || task.best.confidence() < leastSure);
+    });
 }
 
 } // namespace recognition

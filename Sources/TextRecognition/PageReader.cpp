@@ -120,6 +120,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         return {};
     readLines(tasks, languages, pool, workers);
     dropNoise(tasks);
+    dropScenery(tasks, outlined.rows);
 
     std::vector<Piece> pieces;
     for (const LineTask &task : tasks) {

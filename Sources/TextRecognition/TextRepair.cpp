@@ -25,6 +25,29 @@ QString withoutInnerBlanks(const QString &text)
     return result;
 }
 
+/// Chinese sets its marks full width; the models give half of them back narrow. A narrow colon
+/// before a blank or a number stays, as programs write it.
+QString withWideMarks(QString text)
+{
+    static const QString narrow = QStringLiteral(",;?!");
+    static const QString wide = QStringLiteral("，；？！");
+    for (qsizetype i = 1; i < text.size(); ++i) {
+        const qsizetype kind = narrow.indexOf(text[i]);
+        const bool isLast = i + 1 == text.size();
+        if (kind < 0 && !(text[i] == u':' && (isLast || isHan(text[i + 1].unicode()))))
+            continue;
+        const bool isSpaced = text[i - 1] == u' ' && i > 1;
+        if (!isHan(text[isSpaced ? i - 2 : i - 1].unicode()))
+            continue;
+        text[i] = kind < 0 ? QChar(u'：') : wide[kind];
+        while (i + 1 < text.size() && text[i + 1] == u' ')
+            text.remove(i + 1, 1);
+        if (isSpaced)
+            text.remove(--i, 1);
+    }
+    return text;
+}
+
 } // namespace
 
 QString repairedText(const Reading &reading, Script script)
@@ -37,6 +60,8 @@ QString repairedText(const Reading &reading, Script script)
     if (script == Script::Japanese || script == Script::SimplifiedHan ||
         script == Script::TraditionalHan)
         text = withoutInnerBlanks(text);
+    if (script == Script::SimplifiedHan || script == Script::TraditionalHan)
+        text = withWideMarks(text);
     return text.trimmed();
 }
 

@@ -14,6 +14,12 @@ constexpr int longestStretch = 3;
 /// Letters whose contrast is this many times lower than that of others in the line are none.
 constexpr int faintest = 4;
 
+/// Backgrounds that differ by no more grey levels are one.
+constexpr int mostAlike = 30;
+
+/// The percentage of a tight patch that its own grey takes up at least, letters the rest.
+constexpr int leastPatch = 45;
+
 /// A change of the background by more grey levels is a border, not a shade.
 constexpr int mostDrift = 90;
 
@@ -61,7 +67,7 @@ long all(const Histogram &histogram)
 }
 
 /// How many pixels are about as grey as `value`.
-long around(const Histogram &histogram, int value)
+long countNear(const Histogram &histogram, int value)
 {
     long sum = 0;
     for (int v = std::max(0, value - 6); v <= std::min(255, value + 6); ++v)
@@ -69,25 +75,30 @@ long around(const Histogram &histogram, int value)
     return sum;
 }
 
-/// The background is what surrounds the letters, unless that is of several greys, as around a
-/// selection, and most of what is between them is of one; ink is what is farthest from it. Half a
-/// percent at either end may be anything.
-Tones tonesOf(const Stretch &stretch)
+/// The tones of letters on `background`: ink is what is farthest from it. Half a percent at either
+/// end may be anything.
+Tones tonesOn(const Stretch &stretch, int background)
 {
-    Tones tones;
-    tones.background = percentile(stretch.rim, 0.5);
-    if (10 * around(stretch.rim, tones.background) < 7 * all(stretch.rim)) {
-        const auto commonest = std::max_element(stretch.inside.begin(), stretch.inside.end());
-        const int value = int(commonest - stretch.inside.begin());
-        if (10 * around(stretch.inside, value) >= 3 * all(stretch.inside)) {
-            tones.background = value;
-            tones.onPatch = true;
-        }
-    }
     const int dark = percentile(stretch.inside, 0.005);
     const int bright = percentile(stretch.inside, 0.995);
-    tones.ink = bright - tones.background > tones.background - dark ? bright : dark;
-    return tones;
+    return {background, bright - background > background - dark ? bright : dark, false};
+}
+
+/// The background is what surrounds the letters, unless that is of several greys, as around a
+/// selection, and most of what is between them is of one.
+Tones tonesOf(const Stretch &stretch)
+{
+    const int around = percentile(stretch.rim, 0.5);
+    if (10 * countNear(stretch.rim, around) < 7 * all(stretch.rim)) {
+        const auto commonest = std::max_element(stretch.inside.begin(), stretch.inside.end());
+        const int value = int(commonest - stretch.inside.begin());
+        if (10 * countNear(stretch.inside, value) >= 3 * all(stretch.inside)) {
+            Tones tones = tonesOn(stretch, value);
+            tones.onPatch = true;
+            return tones;
+        }
+    }
+    return tonesOn(stretch, around);
 }
 
 bool areAlike(const Stretch &a, const Stretch &b)
@@ -116,6 +127,20 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         count(page, stretch);
         stretch.tones = tonesOf(stretch);
         strongest = std::max(strongest, stretch.tones.contrast());
+    }
+    // Bold letters of one black may be mistaken for a patch. On a real one there is more of the
+    // patch than of them.
+    for (Stretch &stretch : stretches) {
+        const int plain = percentile(stretch.rim, 0.5);
+        const bool isLikeOthers =
+            std::any_of(stretches.begin(), stretches.end(), [plain](const Stretch &other) {
+                return !other.tones.onPatch &&
+                       std::abs(other.tones.background - plain) <= mostAlike;
+            });
+        if (stretch.tones.onPatch && isLikeOthers &&
+            100 * countNear(stretch.inside, stretch.tones.background) <
+                leastPatch * all(stretch.inside))
+            stretch.tones = tonesOn(stretch, plain);
     }
     // Specks between letters, as of a JPEG picture, have no background of their own.
     std::erase_if(stretches, [strongest](const Stretch &stretch) {

@@ -114,6 +114,30 @@ private Q_SLOTS:
         QVERIFY(lines[0].box.width() >= QFontMetrics(typeOf(pixels)).horizontalAdvance(text) / 2);
     }
 
+    void boxesAroundTextAreNoMarks_data()
+    {
+        QTest::addColumn<int>("radius");
+        QTest::newRow("straight corners") << 0;
+        QTest::newRow("round corners") << 4;
+    }
+
+    void boxesAroundTextAreNoMarks()
+    {
+        QFETCH(int, radius);
+        QImage image = canvas(240, 60);
+        // The word touches the left side of its box.
+        write(image, 22, 36, u"Name"_s);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing, radius > 0);
+        painter.setPen(QColor(120, 120, 120));
+        painter.drawRoundedRect(QRectF(20.5, 20.5, 180, 22), radius, radius);
+        painter.end();
+        const auto lines = findLines(findMarks(greyImage(image)));
+        QCOMPARE(lines.size(), std::size_t(1));
+        QVERIFY(lines[0].box.right < 90);
+        QVERIFY(lines[0].box.height() < 18);
+    }
+
     void hatchingsAreNoLines()
     {
         QImage image = canvas(300, 200);
@@ -136,19 +160,20 @@ private Q_SLOTS:
 
     void iconsBesideWordsAreWhitened_data()
     {
-        QTest::addColumn<bool>("filled");
-        QTest::newRow("filled") << true;
-        QTest::newRow("hollow") << false;
+        QTest::addColumn<QColor>("fill");
+        QTest::newRow("filled") << QColor(90, 90, 90);
+        QTest::newRow("pale") << QColor(190, 190, 190);
+        QTest::newRow("hollow") << QColor();
     }
 
     void iconsBesideWordsAreWhitened()
     {
-        QFETCH(bool, filled);
+        QFETCH(QColor, fill);
         QImage image = canvas(200, 40);
         write(image, 40, 26, u"Documents"_s);
         QPainter painter(&image);
-        if (filled)
-            painter.fillRect(10, 13, 14, 14, QColor(90, 90, 90));
+        if (fill.isValid())
+            painter.fillRect(10, 13, 14, 14, fill);
         else
             painter.drawRect(10, 8, 18, 24);
         painter.end();

@@ -158,6 +158,18 @@ private Q_SLOTS:
         QCOMPARE(repairedText(words({u"파일"_s, u"열기"_s}), Script::Korean), u"파일 열기"_s);
     }
 
+    void chineseMarksAreWide()
+    {
+        const auto repaired = [](const QStringList &parts, Script script) {
+            return repairedText(words(parts), script);
+        };
+        QCOMPARE(repaired({u"新增"_s, u","_s, u"容量"_s}, Script::TraditionalHan), u"新增，容量"_s);
+        QCOMPARE(repaired({u"尺寸:"_s}, Script::SimplifiedHan), u"尺寸："_s);
+        QCOMPARE(repaired({u"變更:"_s, u"60%"_s}, Script::TraditionalHan), u"變更: 60%"_s);
+        QCOMPARE(repaired({u"a,"_s, u"b"_s}, Script::SimplifiedHan), u"a, b"_s);
+        QCOMPARE(repaired({u"影モード:"_s}, Script::Japanese), u"影モード:"_s);
+    }
+
     void directionMarksGo()
     {
         QCOMPARE(repairedText(words({u"\u200fنص\u200e"_s}), Script::Arabic), u"نص"_s);
