@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The GNOME Shell of a private desktop: headless, with its portals and their real questions."""
 
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -98,16 +99,37 @@ class GnomeSession:
         session.wait("GNOME Shell", (runtime / "wayland-gnome").exists, process)
         session.wait("GNOME Shell on the session bus",
                      lambda: session.has_bus_name("org.gnome.Shell"), process)
+        if session.scale != 1:
+            session.wait("the scale", self._has_scale, process)
         session.wait("the end of the overview", self._leaves_overview, process)
         keys = session.spawn("media-keys", MEDIA_KEYS)
         session.wait("the settings daemon's keys",
                      lambda: session.has_bus_name("org.gnome.SettingsDaemon.MediaKeys"), keys)
 
-    def _leaves_overview(self):
-        """A fresh session shows it once it has started; windows are to be seen as they are."""
-        answer = subprocess.run(
-            ["gdbus", "call", "--session", "-d", "org.gnome.Shell", "-o", "/org/gnome/Shell", "-m",
-             "org.gnome.Shell.Eval", HAS_LEFT_OVERVIEW],
+    def _has_scale(self):
+        """Whether the first screen, the only one then, is as dense; if not, makes it so."""
+        scale = f"(0, 0, {float(self._session.scale)},"
+        state = self._call("org.gnome.Mutter.DisplayConfig", "GetCurrentState")
+        if scale in state:
+            return True
+        width, height = self._session.screens[0]
+        serial = re.search(r"uint32 (\d+)", state)
+        mode = re.search(rf"'({width}x{height}@[\d.]+)'", state)
+        if serial and mode:
+            self._call("org.gnome.Mutter.DisplayConfig", "ApplyMonitorsConfig", serial.group(1),
+                       "1", f"[{scale} uint32 0, true, [('Meta-0', '{mode.group(1)}',"
+                       " @a{sv} {})])]", "@a{sv} {}")
+        return False
+
+    def _call(self, name, method, *arguments):
+        """What the object of that name answers, as gdbus writes it."""
+        return subprocess.run(
+            ["gdbus", "call", "--session", "-d", name, "-o", "/" + name.replace(".", "/"), "-m",
+             f"{name}.{method}", *arguments],
             capture_output=True, text=True, env=self._session.environment, timeout=20,
             check=False).stdout
+
+    def _leaves_overview(self):
+        """A fresh session shows it once it has started; windows are to be seen as they are."""
+        answer = self._call("org.gnome.Shell", "Eval", HAS_LEFT_OVERVIEW)
         return answer.strip() == "(true, 'true')"

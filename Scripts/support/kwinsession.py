@@ -37,7 +37,8 @@ class KWinSession:
         if len(set(session.screens)) != 1:
             raise self._failure("KWin's virtual screens are all of one size")
         self._configure()
-        width, height = session.screens[0]
+        # In points.
+        width, height = (round(side / session.scale) for side in session.screens[0])
         process = session.spawn("kwin", self._program(), "--virtual", "--width", str(width),
                                 "--height", str(height), "--output-count",
                                 str(len(session.screens)), "--scale", f"{session.scale:g}",

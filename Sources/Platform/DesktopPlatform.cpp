@@ -12,6 +12,7 @@
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/Qt/StandardErrorLog.h"
+#include "Platform/Wayland/WaylandOutputs.h"
 #include "Platform/WaylandDesktop.h"
 #include "Platform/X11/X11Platform.h"
 #include "Platform/X11/XEmbedTray.h"
@@ -53,7 +54,7 @@ void addWindowSystem(Platform &platform, const QString &displayName)
         return;
     }
     if (isWaylandDesktop()) {
-        platform.screens = std::make_unique<QtScreens>();
+        platform.screens = std::make_unique<QtScreens>(waylandPixelGeometry());
         const QStringList missing = addWaylandServices(platform);
         if (missing.isEmpty()) {
             return;

@@ -14,11 +14,22 @@ QScreen *qtScreen(const Screen &screen)
     return found == all.end() ? nullptr : *found;
 }
 
-QScreen *qtScreen(const Screens &screens, quint32 display)
+std::optional<Screen> screenOf(const Screens &screens, quint32 display)
 {
     const QList<Screen> all = screens.screens();
     const auto found = std::ranges::find(all, std::optional(display), &Screen::displayNumber);
-    return found == all.end() ? nullptr : qtScreen(*found);
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+QScreen *qtScreen(const Screens &screens, quint32 display)
+{
+    const auto screen = screenOf(screens, display);
+    return screen ? qtScreen(*screen) : nullptr;
+}
+
+QSizeF sizeOf(const Screen &screen)
+{
+    return {screen.frame.size.width, screen.frame.size.height};
 }
 
 QImage croppedToPoints(const QImage &image, QSizeF size, const QRectF &rect)

@@ -7,13 +7,21 @@
 #include <QRectF>
 #include <QSizeF>
 
+#include <optional>
+
 class QScreen;
 
 /// Qt's screen of this geometry; null when it is gone.
 QScreen *qtScreen(const Screen &screen);
 
+/// The screen of a `Screen::displayNumber`, if there is one.
+std::optional<Screen> screenOf(const Screens &screens, quint32 display);
+
 /// Qt's screen of a `Screen::displayNumber`; null when there is none.
 QScreen *qtScreen(const Screens &screens, quint32 display);
+
+/// In points.
+QSizeF sizeOf(const Screen &screen);
 
 /// The pixels of `rect` alone, out of an `image` that shows `size` points of which the top-left
 /// corner is (0, 0). A pixel of which `rect` has a part is one of them. Null where `rect` lies

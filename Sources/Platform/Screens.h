@@ -18,7 +18,8 @@ struct Screen
     CocoaRect visibleFrame;
     /// Names the display to `ScreenRecording`; absent when the display cannot be named.
     std::optional<quint32> displayNumber;
-    /// The whole screen in Qt's global coordinates: points, origin top-left, y down.
+    /// The whole screen in Qt's global coordinates: points, on some desktops pixels; origin
+    /// top-left, y down.
     QRect geometry;
     /// The whole screen in the window system's pixels, origin top-left, y down.
     QRect pixelGeometry;

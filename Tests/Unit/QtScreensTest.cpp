@@ -30,9 +30,9 @@ QString text(const QRect &rect)
 }
 
 /// One line a screen: its frame, its place for Qt and its pixels.
-void tell(QtScreens::Origins origins)
+void tell(QtScreens::Origins origins, const QtScreens::PixelGeometry &pixelGeometry)
 {
-    const QtScreens screens(origins, {});
+    const QtScreens screens(origins, pixelGeometry);
     for (const Screen &screen : screens.screens()) {
         std::puts(qPrintable(u"%1 | %2 | %3"_s.arg(text(screen.frame), text(screen.geometry),
                                                    text(screen.pixelGeometry))));
@@ -122,6 +122,13 @@ void QtScreensTest::layouts_data()
         << side << u"A=2;B=1"_s << u"pixels"_s
         << QStringList{u"0,0 1000x500 | 0,0 1000x500 | 0,0 2000x1000"_s,
                        u"2000,-300 1000x800 | 2000,0 1000x800 | 2000,0 1000x800"_s};
+    // What Qt takes for points there are the pixels.
+    QTest::newRow("counted in pixels, dense")
+        << one << u"A=2"_s << u"counted"_s
+        << QStringList{u"0,0 320x200 | 0,0 640x400 | 0,0 640x400"_s};
+    QTest::newRow("counted in pixels")
+        << one << QString() << u"counted"_s
+        << QStringList{u"0,0 1280x800 | 0,0 1280x800 | 0,0 1280x800"_s};
     QTest::newRow("origins in points")
         << left << QString() << u"points"_s
         << QStringList{u"0,0 1280x800 | 0,0 1280x800 | 0,0 1280x800"_s,
@@ -168,8 +175,11 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--tell"_L1) {
-        tell(arguments.value(2) == "points"_L1 ? QtScreens::Origins::Points
-                                               : QtScreens::Origins::Pixels);
+        const bool isCounted = arguments.value(2) == "counted"_L1;
+        tell(isCounted || arguments.value(2) == "points"_L1 ? QtScreens::Origins::Points
+                                                            : QtScreens::Origins::Pixels,
+             isCounted ? [](const QScreen &screen) { return screen.geometry(); }
+                       : QtScreens::PixelGeometry());
         return 0;
     }
     QtScreensTest test;

@@ -9,7 +9,6 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QMap>
-#include <QScreen>
 #include <QTimer>
 
 #include <chrono>
@@ -58,7 +57,7 @@ Stored storedPermission()
     return answer == u"no" ? Stored::No : Stored::Nothing;
 }
 
-/// The place of all screens together, in points.
+/// The place of all screens together, in Qt's units.
 QRect desktop(const QList<Screen> &screens)
 {
     QRect all;
@@ -135,8 +134,7 @@ QImage PortalScreenshot::takePicture()
 
 QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
 {
-    const QList<Screen> screens = m_screens.screens();
-    const QScreen *screen = qtScreen(m_screens, display);
+    const auto screen = screenOf(m_screens, display);
     if (!screen) {
         return {};
     }
@@ -144,9 +142,15 @@ QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
         m_picture = takePicture();
         QTimer::singleShot(0, this, [this] { m_picture = {}; });
     }
-    const QRect whole = desktop(screens);
-    const QRectF within = rect & QRectF(QPointF(0, 0), QSizeF(screen->size()));
-    const QPoint place = screen->geometry().topLeft() - whole.topLeft();
-    return within.isEmpty() ? QImage()
-                            : croppedToPoints(m_picture, whole.size(), within.translated(place));
+    const QSizeF size = sizeOf(*screen);
+    const QRectF within = rect & QRectF(QPointF(0, 0), size);
+    if (within.isEmpty()) {
+        return {};
+    }
+    // All screens are told apart in Qt's units, which need not be points.
+    const QRect whole = desktop(m_screens.screens());
+    const double units = screen->geometry.width() / size.width();
+    const QPoint place = screen->geometry.topLeft() - whole.topLeft();
+    const QRectF placed(within.topLeft() * units + place, within.size() * units);
+    return croppedToPoints(m_picture, whole.size(), placed);
 }

@@ -91,12 +91,21 @@ QRect QtScreens::pixelsOf(const QScreen &screen) const
     return {origin.toPoint(), (QSizeF(points.size()) * scale).toSize()};
 }
 
+/// What Qt's size of a screen is divided by for points.
+double QtScreens::pixelsPerUnit(const QScreen &screen) const
+{
+    const double scale = screen.devicePixelRatio();
+    const bool countsPixels =
+        scale > 1 && m_pixelGeometry && m_pixelGeometry(screen).size() == screen.size();
+    return countsPixels ? scale : 1;
+}
+
 /// What origins are divided by so that screens that touch in pixels also touch in points. With
 /// screens of different scale no such number exists, and Qt's own places, which never overlap,
 /// are kept.
 double QtScreens::originScale(const QList<QScreen *> &all) const
 {
-    if (m_origins == Origins::Points || all.isEmpty()) {
+    if (all.isEmpty() || (m_origins == Origins::Points && pixelsPerUnit(*all.first()) == 1)) {
         return 1;
     }
     const double scale = all.first()->devicePixelRatio();
@@ -113,9 +122,9 @@ QList<Screen> QtScreens::screens() const
         return {};
     }
     const double scale = originScale(all);
-    const auto place = [scale](const QScreen *screen) {
+    const auto place = [&](const QScreen *screen) {
         const QRectF rect = screen->geometry();
-        return QRectF(rect.topLeft() / scale, rect.size());
+        return QRectF(rect.topLeft() / scale, rect.size() / pixelsPerUnit(*screen));
     };
     const QRectF primary = place(all.first());
 
@@ -124,9 +133,11 @@ QList<Screen> QtScreens::screens() const
     for (const QScreen *screen : all) {
         const QRectF whole = place(screen);
         const QRectF available = screen->availableGeometry();
-        // Within a screen everything is counted in points.
-        const QRectF visible(whole.topLeft() + (available.topLeft() - screen->geometry().topLeft()),
-                             available.size());
+        // Within a screen everything is counted as its size is.
+        const double unit = pixelsPerUnit(*screen);
+        const QRectF visible(whole.topLeft() +
+                                 (available.topLeft() - screen->geometry().topLeft()) / unit,
+                             available.size() / unit);
         result.append({flipped(whole, primary), flipped(visible, primary), m_numbers.value(screen),
                        screen->geometry(), pixelsOf(*screen)});
     }

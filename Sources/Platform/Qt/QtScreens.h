@@ -22,7 +22,8 @@ public:
         Pixels, ///< in the window system's pixels, as on X11 when Qt scales
     };
 
-    /// Tells the exact pixels of a screen; an empty rectangle where it does not know.
+    /// Tells the exact pixels of a screen; an empty rectangle where it does not know. A dense
+    /// screen of which it tells Qt's own size is one that Qt counts in pixels altogether.
     using PixelGeometry = std::function<QRect(const QScreen &)>;
 
     /// For the platform plugin in use: X11 counts origins in pixels.
@@ -37,6 +38,7 @@ private:
     void forget(QScreen *screen);
     QList<QScreen *> attached() const;
     QRect pixelsOf(const QScreen &screen) const;
+    double pixelsPerUnit(const QScreen &screen) const;
     double originScale(const QList<QScreen *> &all) const;
 
     Origins m_origins;

@@ -3,8 +3,6 @@
 
 #include "Platform/ScreenImage.h"
 
-#include <QScreen>
-
 #include <utility>
 
 FrozenScreenRecording::FrozenScreenRecording(std::unique_ptr<ScreenRecording> recording,
@@ -29,8 +27,8 @@ QImage FrozenScreenRecording::createImage(quint32 display, const QRectF &rect)
     if (m_pictures.isEmpty()) {
         return m_recording->createImage(display, rect);
     }
-    const QScreen *screen = qtScreen(m_screens, display);
-    return screen ? croppedToPoints(m_pictures.value(display), screen->size(), rect) : QImage();
+    const auto screen = screenOf(m_screens, display);
+    return screen ? croppedToPoints(m_pictures.value(display), sizeOf(*screen), rect) : QImage();
 }
 
 void FrozenScreenRecording::freeze()
@@ -40,7 +38,7 @@ void FrozenScreenRecording::freeze()
     }
     for (const Screen &screen : m_screens.screens()) {
         if (screen.displayNumber) {
-            const QRectF whole(QPointF(0, 0), QSizeF(screen.geometry.size()));
+            const QRectF whole(QPointF(0, 0), sizeOf(screen));
             m_pictures.insert(*screen.displayNumber,
                               m_recording->createImage(*screen.displayNumber, whole));
         }

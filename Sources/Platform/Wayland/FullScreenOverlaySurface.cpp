@@ -3,7 +3,6 @@
 
 #include "Platform/ScreenImage.h"
 
-#include <QScreen>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -29,13 +28,13 @@ QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
     panel.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     panel.setAttribute(Qt::WA_NoSystemBackground);
     panel.setScreen(output);
-    panel.setGeometry(screen.geometry);
+    panel.setGeometry(QRect(screen.geometry.topLeft(), sizeOf(screen).toSize()));
     panel.winId();
     panel.windowHandle()->setScreen(output);
     m_panels.push_back(&panel);
 
     QPixmap pixmap = QPixmap::fromImage(picture);
-    pixmap.setDevicePixelRatio(double(picture.width()) / output->size().width());
+    pixmap.setDevicePixelRatio(picture.width() / sizeOf(screen).width());
     return pixmap;
 }
 

@@ -3,78 +3,17 @@
 
 #include "Platform/ScreenImage.h"
 #include "Platform/Wayland/ShmBuffer.h"
+#include "Platform/Wayland/WaylandOutputs.h"
 
 #include <QScreen>
 #include <QTransform>
 
 #include <chrono>
-#include <vector>
 #include <wayland-wlr-screencopy-unstable-v1.h>
 
 namespace {
 /// When a compositor that shows no frame is given up on, such as one whose output is switched off.
 constexpr std::chrono::milliseconds longestWait(2000);
-/// The first version of wl_output that tells its name.
-constexpr quint32 versionWithName = 4;
-
-/// One output, bound for as long as a grab takes: so none is ever out of date.
-struct Output
-{
-    explicit Output(wl_output *bound)
-        : proxy(bound)
-    {
-    }
-
-    WaylandPointer<wl_output, wl_output_destroy> proxy;
-    QString name;
-    QPoint origin;
-    int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
-};
-
-const wl_output_listener outputListener{
-    .geometry =
-        [](void *data, wl_output *, int32_t x, int32_t y, int32_t, int32_t, int32_t, const char *,
-           const char *, int32_t transform) {
-            static_cast<Output *>(data)->origin = {x, y};
-            static_cast<Output *>(data)->transform = transform;
-        },
-    .mode = [](void *, wl_output *, uint32_t, int32_t, int32_t, int32_t) {},
-    .done = [](void *, wl_output *) {},
-    .scale = [](void *, wl_output *, int32_t) {},
-    .name = [](void *data, wl_output *,
-               const char *name) { static_cast<Output *>(data)->name = QString::fromUtf8(name); },
-    .description = [](void *, wl_output *, const char *) {},
-};
-
-using Outputs = std::vector<std::unique_ptr<Output>>;
-
-Outputs bindOutputs(WaylandConnection &connection, QDeadlineTimer deadline)
-{
-    Outputs outputs;
-    for (const WaylandConnection::Global &global : connection.globals()) {
-        if (global.interface == wl_output_interface.name) {
-            outputs.push_back(std::make_unique<Output>(
-                connection.bind<wl_output>(global, wl_output_interface, versionWithName)));
-            wl_output_add_listener(outputs.back()->proxy.get(), &outputListener,
-                                   outputs.back().get());
-        }
-    }
-    connection.roundtrip(deadline);
-    return outputs;
-}
-
-/// The output that Qt's screen stands for: of the same name, or else in the same place.
-const Output *outputOf(const QScreen &screen, const Outputs &outputs)
-{
-    const auto find = [&](auto matches) {
-        const auto found = std::ranges::find_if(outputs, matches);
-        return found == outputs.end() ? nullptr : found->get();
-    };
-    const Output *named = find([&](const auto &each) { return each->name == screen.name(); });
-    return named ? named : find([&](const auto &each) {
-        return each->name.isEmpty() && each->origin == screen.geometry().topLeft();
-    });
-}
 
 /// The compositor's answers to one request for a picture.
 struct Frame
@@ -173,17 +112,16 @@ QImage WlrScreencopy::createImage(quint32 display, const QRectF &rect)
         return {};
     }
     const QDeadlineTimer deadline(longestWait);
-    const Outputs outputs = bindOutputs(m_connection, deadline);
-    const Output *output = outputOf(*screen, outputs);
+    const WaylandOutputs outputs = bindOutputs(m_connection, deadline);
+    const WaylandOutput *output = outputOf(*screen, outputs);
     if (!output) {
         return {};
     }
     const QRect region = within.toAlignedRect();
     Frame frame;
     const WaylandPointer<zwlr_screencopy_frame_v1, zwlr_screencopy_frame_v1_destroy> proxy(
-        zwlr_screencopy_manager_v1_capture_output_region(m_manager, 0, output->proxy.get(),
-                                                         region.x(), region.y(), region.width(),
-                                                         region.height()));
+        zwlr_screencopy_manager_v1_capture_output_region(
+            m_manager, 0, output->proxy, region.x(), region.y(), region.width(), region.height()));
     zwlr_screencopy_frame_v1_add_listener(proxy.get(), &frameListener, &frame);
     m_connection.dispatchUntil([&] { return frame.isLayoutComplete || frame.hasFailed; }, deadline);
     if (frame.hasFailed || !frame.isLayoutComplete || !frame.hasLayout) {

@@ -10,12 +10,12 @@ import dbus
 import numpy
 from PIL import Image
 
-from .geometry import PANEL, SCREENS, WALLPAPER, Box
+from .geometry import PANEL, SCALE, SCREENS, WALLPAPER, Box
 from .waiting import wait_until
 from .wayland import BUTTONS, KEYS, MODIFIERS
 
-# What the text page takes its place and size in.
-PAGE_UNIT = 1
+# What the text page takes its place and size in. The shell counts pixels.
+PAGE_UNIT = SCALE
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
 
 _bus = dbus.SessionBus()
@@ -74,7 +74,8 @@ class _Input:
             self._step(-20000, -20000)
             self._place = (0, 0)
         x, y = round(x), round(y)
-        self._step(x - self._place[0], y - self._place[1])
+        # The shell takes larger ones on a dense screen.
+        self._step((x - self._place[0]) / SCALE, (y - self._place[1]) / SCALE)
         self._place = (x, y)
         wait_until("the pointer's place", lambda: ask("global.get_pointer().slice(0, 2)") == [x, y])
 
