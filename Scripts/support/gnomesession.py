@@ -13,6 +13,7 @@ enabled-extensions={extensions}
 welcome-dialog-last-shown-version='999'
 [org/gnome/desktop/interface]
 enable-animations=false
+enable-hot-corners=false
 cursor-size=24
 [org/gnome/desktop/background]
 picture-options='none'

@@ -57,10 +57,12 @@ class _Input:
         self._session = _object(REMOTE, path, f"{REMOTE}.Session")
         self._session.Start(signature="")
         atexit.register(lambda: self._session.Stop(signature=""))
-        # The devices are made with the first event, which nobody hears of.
+        # The devices are made with the first event. Programs hear of them some time after that, unless
+        # they start later.
         self._key(MODIFIERS["shift"][0], True)
         self._key(MODIFIERS["shift"][0], False)
         self._place = None
+        self.move(SCREENS[0].right - 5, 60)
 
     def _key(self, code, is_down):
         self._session.NotifyKeyboardKeycode(code, is_down, signature="ub")
