@@ -35,6 +35,7 @@ class Portal : public QObject, protected QDBusContext
 public:
     uint response = 0;
     QString uri;
+    bool isSilent = false;
     /// As portals before 0.9 did: they made up the place of the answer, and told it first.
     bool ignoresTokens = false;
     QString parentWindow;
@@ -52,7 +53,9 @@ public Q_SLOTS:
         QDBusMessage answer =
             QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
         answer << response << QVariantMap{{u"uri"_s, uri}};
-        if (ignoresTokens) {
+        if (isSilent) {
+            QTimer::singleShot(100, [] { portalBus().unregisterService(service); });
+        } else if (ignoresTokens) {
             QTimer::singleShot(100, this, [answer] { portalBus().send(answer); });
         } else {
             // Before the call returns.
@@ -73,6 +76,7 @@ private Q_SLOTS:
     void portalWithoutTokens();
     void userSaysNo();
     void damagedFile();
+    void portalEnds();
     void noPortal();
 
 private:
@@ -159,6 +163,12 @@ void ScreenshotRequestTest::damagedFile()
     QCOMPARE(answer(), std::optional(QImage()));
     QVERIFY(!file.exists());
     m_portal->uri = u"https://example.org/picture.png"_s;
+    QCOMPARE(answer(), std::optional(QImage()));
+}
+
+void ScreenshotRequestTest::portalEnds()
+{
+    m_portal->isSilent = true;
     QCOMPARE(answer(), std::optional(QImage()));
 }
 

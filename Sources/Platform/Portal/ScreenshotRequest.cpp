@@ -7,6 +7,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QFile>
 #include <QUrl>
 #include <QUuid>
@@ -54,6 +55,9 @@ void ScreenshotRequest::start()
         return;
     }
     const QString token = u"vellora_"_s + QUuid::createUuid().toString(QUuid::Id128);
+    auto *portalEnd =
+        new QDBusServiceWatcher(service, *bus, QDBusServiceWatcher::WatchForUnregistration, this);
+    connect(portalEnd, &QDBusServiceWatcher::serviceUnregistered, this, [this] { finish({}); });
     // Before the call, which may be answered before it returns.
     listen(requestPath(*bus, token));
     QDBusMessage call =

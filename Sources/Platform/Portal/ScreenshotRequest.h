@@ -15,7 +15,7 @@ class ScreenshotRequest : public QObject
     Q_OBJECT
 
 public:
-    /// Gets the picture; null when there is none, such as when the user says no.
+    /// Gets the picture; null when there is none, such as when the user says no or the portal ends.
     using Handler = std::function<void(const QImage &)>;
 
     explicit ScreenshotRequest(Handler handler);
