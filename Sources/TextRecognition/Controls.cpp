@@ -174,6 +174,12 @@ bool isSwitch(const Component &component, const GreyImage &strength)
     const std::ptrdiff_t end = height / 2;
     if (std::any_of(profile.top.begin() + end, profile.top.end() - end, isDeep))
         return false;
+    // Round ends: にコ has straight ones.
+    const auto isRound = [least = height / 8](const std::vector<int> &side) {
+        return side[1] >= least && side[side.size() - 2] >= least;
+    };
+    if (!isRound(profile.left) || !isRound(profile.right))
+        return false;
     const auto middle = std::size_t(height / 2);
     if (isDeep(profile.left[middle]) || isDeep(profile.right[middle]))
         return false;

@@ -11,7 +11,7 @@ namespace recognition {
 /// high and stand among others, so square outlines count only from a size on.
 bool isOutline(const Component &component);
 
-/// Whether a component is a switch: a track with round ends or corners and a knob, all in one.
+/// Whether a component is a switch: a track with round ends and a knob, all in one.
 /// Words of a few letters that touch may have straight tops and bottoms too, but have no room for
 /// a knob. `strength`: how much each pixel of the page differs from its neighbours.
 bool isSwitch(const Component &component, const GreyImage &strength);

@@ -23,9 +23,10 @@ constexpr double leastDark = 0.3;
 constexpr double mostDark = 0.1;
 
 /// The strokes of bold type are a quarter as thick as its letters are high. What stands near to
-/// a word has to be thicker.
+/// a word has to be thicker, what is of another tone need not.
 constexpr double thickestStroke = 0.42;
 constexpr double thickestNearStroke = 0.5;
+constexpr double thickestPaleStroke = 0.33;
 
 /// Smaller filled shapes may be full stops, or the dense letters of small Chinese type, in pixels.
 constexpr int smallestFilled = 14;
@@ -159,7 +160,7 @@ bool isPale(const std::vector<Piece> &pieces, std::size_t i, int height)
 {
     const Piece &piece = pieces[i];
     if (10 * piece.box.height() < 6 * height || piece.dark > mostDark ||
-        piece.solid < thickestStroke * height)
+        piece.solid < thickestPaleStroke * height)
         return false;
     double dark = 0;
     int width = 0;

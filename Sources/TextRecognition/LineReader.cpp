@@ -31,6 +31,11 @@ constexpr double leastWholeForeign = 60;
 /// A line is taken for another language when that is this much likelier, as a power of two.
 constexpr double languageBits = 10;
 
+/// Below this a Latin reading on a page with another script may be of that script, which then may
+/// be this much less sure: it is not at its best beside Latin letters.
+constexpr double doubtfulLatin = 75;
+constexpr double foreignAdvance = 4;
+
 bool isHanScript(Script script)
 {
     return script == Script::Japanese || script == Script::SimplifiedHan ||
@@ -138,7 +143,7 @@ private:
     {
         QHash<QString, int> sure;
         for (const LineTask &task : m_tasks) {
-            if (task.best.confidence() >= sureConfidence &&
+            if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
                  2 * countLetters(task.best.text(), task.script).own >= task.best.characters()))
                 sure[task.best.model] += task.best.characters();
@@ -154,14 +159,21 @@ private:
         }
         if (Languages::scriptOf(most) != Script::Latin)
             m_foreign = most;
-        if (most == m_main)
-            return;
+        const bool misled = most != m_main;
         m_main = most;
-        forEachLine([this](LineTask &task) {
-            if (task.best.model == m_main || task.best.confidence() >= gateOf(task.script))
+        if (m_foreign.isEmpty())
+            return;
+        forEachLine([this, misled](LineTask &task) {
+            const bool isDoubtful =
+                task.script == Script::Latin ? task.best.confidence() < doubtfulLatin : misled;
+            if (!isDoubtful || task.best.model == m_foreign ||
+                task.best.confidence() >= gateOf(task.script))
                 return;
-            const Reading reading = task.read(m_pool, m_main);
-            if (reading.confidence() > task.best.confidence())
+            const Reading reading = task.read(m_pool, m_foreign);
+            const LetterCount letters =
+                countLetters(reading.text(), Languages::scriptOf(m_foreign));
+            if (letters.own >= std::max(2, letters.latin) &&
+                reading.confidence() > task.best.confidence() - foreignAdvance)
                 take(task, reading);
         });
     }

@@ -113,6 +113,32 @@ bool takesOther(const Place &place, Script script)
     return writtenInWords && (base < weakBase || other >= sureOther);
 }
 
+QString digitsOf(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text) {
+        if (isDigit(c.unicode()))
+            digits += c;
+    }
+    return digits;
+}
+
+/// The Arabic model reads a per cent sign before a number as two or three more digits. If the
+/// other reading of the place has the sign, the number and the sign as they are written; else an
+/// empty string.
+QString percentage(const Place &place)
+{
+    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base))
+        return {};
+    const QString number = digitsOf(place.other.front().text);
+    QString text = place.base.front().text;
+    const QString misread = digitsOf(text);
+    if (number.isEmpty() || !place.other.front().text.contains(u'%') || text.contains(u'%') ||
+        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread))
+        return {};
+    return text.replace(misread, number + u'%');
+}
+
 enum class Direction { LeftToRight, RightToLeft, None };
 
 Direction directionOf(const ReadWord &word)
@@ -169,6 +195,14 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     Reading merged{base.model, {}};
     bool changed = false;
     for (std::size_t i = 0; i < places.size(); ++i) {
+        const QString percent = script == Script::Arabic ? percentage(places[i]) : QString();
+        if (!percent.isEmpty()) {
+            places[i].base.front().text = percent;
+            places[i].base.front().confidence =
+                std::max(places[i].base.front().confidence, places[i].other.front().confidence);
+            takes[i] = false;
+            changed = true;
+        }
         changed = changed || takes[i];
         merged.words += takes[i] ? places[i].other : places[i].base;
     }

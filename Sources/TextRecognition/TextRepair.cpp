@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "TextRepair.h"
 
+#include <QRegularExpression>
+#include <QStringList>
+
+#include <algorithm>
+#include <iterator>
+
 namespace recognition {
 
 namespace {
@@ -48,6 +54,27 @@ QString withWideMarks(QString text)
     return text;
 }
 
+/// Numbers joined by hyphens after Arabic letters are shown from right to left, group by group, and
+/// read as shown; they are written the other way round.
+QString withDatesInOrder(QString text)
+{
+    static const QRegularExpression joined(QStringLiteral("\\d+(?:-\\d+)+"));
+    for (auto found = joined.match(text); found.hasMatch();
+         found = joined.match(text, found.capturedEnd())) {
+        const auto isLetter = [](QChar c) {
+            return c.isLetter();
+        };
+        const auto before = std::make_reverse_iterator(text.cbegin() + found.capturedStart());
+        const auto strong = std::find_if(before, text.crend(), isLetter);
+        if (strong == text.crend() || !isArabic(strong->unicode()))
+            continue;
+        QStringList groups = found.captured().split(u'-');
+        std::reverse(groups.begin(), groups.end());
+        text.replace(found.capturedStart(), found.capturedLength(), groups.join(u'-'));
+    }
+    return text;
+}
+
 } // namespace
 
 QString repairedText(const Reading &reading, Script script)
@@ -62,6 +89,8 @@ QString repairedText(const Reading &reading, Script script)
         text = withoutInnerBlanks(text);
     if (script == Script::SimplifiedHan || script == Script::TraditionalHan)
         text = withWideMarks(text);
+    if (script == Script::Arabic)
+        text = withDatesInOrder(text);
     return text.trimmed();
 }
 

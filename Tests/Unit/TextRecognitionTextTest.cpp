@@ -150,6 +150,27 @@ private Q_SLOTS:
         QCOMPARE(mergedReading(arabic, english, Script::Arabic).text(), u"مخطط (USB 3.0)"_s);
     }
 
+    void perCentSignsInArabicAreKept()
+    {
+        // On the screen the sign stands to the left of the number.
+        Reading arabic;
+        arabic.words = {word(u"معكوس:"_s, 90, 100, 200), word(u"(9650)"_s, 77, 0, 60)};
+        Reading english;
+        english.words = {word(u"(%50)"_s, 85, 0, 60), word(u"lala"_s, 20, 100, 200)};
+        QCOMPARE(mergedReading(arabic, english, Script::Arabic).text(), u"معكوس: (50%)"_s);
+    }
+
+    void datesInArabicAreInOrder()
+    {
+        const auto repaired = [](const QStringList &parts) {
+            return repairedText(words(parts), Script::Arabic);
+        };
+        QCOMPARE(repaired({u"شريط"_s, u"23-09-2016"_s}), u"شريط 2016-09-23"_s);
+        QCOMPARE(repaired({u"شريط"_s, u"8/9/2007"_s}), u"شريط 8/9/2007"_s);
+        QCOMPARE(repaired({u"2016-09-23"_s, u"شريط"_s}), u"2016-09-23 شريط"_s);
+        QCOMPARE(repaired({u"شريط"_s, u"KVM"_s, u"1-2"_s}), u"شريط KVM 1-2"_s);
+    }
+
     void blanksBetweenIdeographsGo()
     {
         QCOMPARE(repairedText(words({u"漢字"_s, u"仮名"_s}), Script::Japanese), u"漢字仮名"_s);
