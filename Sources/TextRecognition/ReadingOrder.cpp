@@ -200,17 +200,20 @@ private:
         return best;
     }
 
-    /// What a band leaves of a gutter: nothing if something crosses it.
+    /// What a band leaves of a gutter: nothing if something crosses it. Lines that fill their
+    /// column may reach far into what a short first line left free.
     Gap narrow(Gap gutter, const Indices &band) const
     {
-        const int middle = (gutter.left + gutter.right) / 2;
         for (const std::size_t i : band) {
-            if (box(i).right <= middle)
-                gutter.left = std::max(gutter.left, box(i).right);
-            else if (box(i).left >= middle)
-                gutter.right = std::min(gutter.right, box(i).left);
-            else
+            const bool fromLeft = box(i).left <= gutter.left;
+            const bool fromRight = box(i).right >= gutter.right;
+            if (fromLeft && fromRight)
                 return {};
+            const bool nearLeft = box(i).left - gutter.left < gutter.right - box(i).right;
+            if (fromLeft || (!fromRight && nearLeft))
+                gutter.left = std::max(gutter.left, box(i).right);
+            else
+                gutter.right = std::min(gutter.right, box(i).left);
         }
         return gutter;
     }

@@ -277,6 +277,19 @@ private Q_SLOTS:
                  (std::vector<Row>{{0}, {1}, {2}, {3}, {4}, {5}, {6}, {7}, {8}}));
     }
 
+    void aShortFirstLineDoesNotTieColumns()
+    {
+        std::vector<Piece> pieces{piece(10, 0, 220)};
+        for (int i = 1; i < 5; ++i)
+            pieces.push_back(piece(10, 20 * i, 300));
+        for (int i = 0; i < 5; ++i)
+            pieces.push_back(piece(350, 20 * i, 300));
+        const std::vector<Row> rows = readingOrder(pieces);
+        QCOMPARE(rows.size(), std::size_t(10));
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            QCOMPARE(rows[i], Row{i});
+    }
+
     void panesWithOtherLinesAreReadOneAfterTheOther()
     {
         std::vector<Piece> pieces;
