@@ -104,7 +104,7 @@ QImage pictureOf(const QString &screen)
     if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) {
         return {};
     }
-    const QVariantMap told = qdbus_cast<QVariantMap>(answer.arguments().constFirst());
+    const auto told = qdbus_cast<QVariantMap>(answer.arguments().constFirst());
     const QSize size(told.value(u"width"_s).toInt(), told.value(u"height"_s).toInt());
     const qsizetype stride = told.value(u"stride"_s).toInt();
     // The numbers are those of QImage.

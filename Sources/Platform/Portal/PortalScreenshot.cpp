@@ -125,7 +125,7 @@ QImage PortalScreenshot::takePicture()
         request, [request] { request->start(); }, Qt::QueuedConnection);
     const bool isAnswered = picture.wait_for(longestWait) == std::future_status::ready;
     request->deleteLater();
-    const QImage image = isAnswered ? picture.get() : QImage();
+    QImage image = isAnswered ? picture.get() : QImage();
     if (image.isNull()) {
         m_wasGranted = false;
     }
