@@ -31,27 +31,41 @@ QString withoutInnerBlanks(const QString &text)
     return result;
 }
 
+/// Whether there is room for a full-width mark at the end of `word`, which takes up a whole letter:
+/// before the next word, or, of a mark alone, between its neighbours. Nobody knows at the end.
+bool hasRoomForWideMark(const QList<ReadWord> &words, qsizetype i)
+{
+    if (i + 1 == words.size())
+        return true;
+    const ReadWord &word = words[i];
+    const ReadWord &letters = word.text.size() > 1 || i == 0 ? word : words[i - 1];
+    const int room = words[i + 1].box.left - letters.box.right;
+    return 100 * room >= (word.text.size() > 1 ? 18 : 50) * letters.box.height();
+}
+
 /// Chinese sets its marks full width; the models give half of them back narrow. A narrow colon
 /// before a blank or a number stays, as programs write it.
-QString withWideMarks(QString text)
+Reading withWideMarks(Reading reading)
 {
-    static const QString narrow = QStringLiteral(",;?!");
-    static const QString wide = QStringLiteral("，；？！");
-    for (qsizetype i = 1; i < text.size(); ++i) {
-        const qsizetype kind = narrow.indexOf(text[i]);
-        const bool isLast = i + 1 == text.size();
-        if (kind < 0 && !(text[i] == u':' && (isLast || isHan(text[i + 1].unicode()))))
+    static const QString narrow = QStringLiteral(",;?!:");
+    static const QString wide = QStringLiteral("，；？！：");
+    QList<ReadWord> &words = reading.words;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        QString &text = words[i].text;
+        const qsizetype kind = narrow.indexOf(text.back());
+        const QString before = text.size() > 1 ? text : i > 0 ? words[i - 1].text : QString();
+        if (kind < 0 || before.isEmpty() ||
+            !isHan(before[text.size() > 1 ? before.size() - 2 : before.size() - 1].unicode()))
             continue;
-        const bool isSpaced = text[i - 1] == u' ' && i > 1;
-        if (!isHan(text[isSpaced ? i - 2 : i - 1].unicode()))
+        const bool beforeHan = i + 1 == words.size() || isHan(words[i + 1].text.front().unicode());
+        if ((text.back() == u':' && !beforeHan) || !hasRoomForWideMark(words, i))
             continue;
-        text[i] = kind < 0 ? QChar(u'：') : wide[kind];
-        while (i + 1 < text.size() && text[i + 1] == u' ')
-            text.remove(i + 1, 1);
-        if (isSpaced)
-            text.remove(--i, 1);
+        text.back() = wide[kind];
+        words[i].afterBlank = words[i].afterBlank && text.size() > 1;
+        if (i + 1 < words.size())
+            words[i + 1].afterBlank = false;
     }
-    return text;
+    return reading;
 }
 
 /// Numbers joined by hyphens after Arabic letters are shown from right to left, group by group, and
@@ -80,15 +94,15 @@ QString withDatesInOrder(QString text)
 QString repairedText(const Reading &reading, Script script)
 {
     QString text;
-    for (const char32_t c : reading.text().toUcs4()) {
+    const bool isChinese = script == Script::SimplifiedHan || script == Script::TraditionalHan;
+    const QString read = isChinese ? withWideMarks(reading).text() : reading.text();
+    for (const char32_t c : read.toUcs4()) {
         if (!isDirectionMark(c))
             text += QString::fromUcs4(&c, 1);
     }
     if (script == Script::Japanese || script == Script::SimplifiedHan ||
         script == Script::TraditionalHan)
         text = withoutInnerBlanks(text);
-    if (script == Script::SimplifiedHan || script == Script::TraditionalHan)
-        text = withWideMarks(text);
     if (script == Script::Arabic)
         text = withDatesInOrder(text);
     return text.trimmed();

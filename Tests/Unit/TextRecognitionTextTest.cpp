@@ -179,16 +179,34 @@ private Q_SLOTS:
         QCOMPARE(repairedText(words({u"파일"_s, u"열기"_s}), Script::Korean), u"파일 열기"_s);
     }
 
-    void chineseMarksAreWide()
+    void chineseMarksAreWideWhereThereIsRoom()
     {
-        const auto repaired = [](const QStringList &parts, Script script) {
-            return repairedText(words(parts), script);
+        const auto placed = [](const QString &text, int left, int right) {
+            ReadWord result = word(text, 90, left, right);
+            result.box.top = 0;
+            result.box.bottom = 30;
+            return result;
         };
-        QCOMPARE(repaired({u"新增"_s, u","_s, u"容量"_s}, Script::TraditionalHan), u"新增，容量"_s);
-        QCOMPARE(repaired({u"尺寸:"_s}, Script::SimplifiedHan), u"尺寸："_s);
-        QCOMPARE(repaired({u"變更:"_s, u"60%"_s}, Script::TraditionalHan), u"變更: 60%"_s);
-        QCOMPARE(repaired({u"a,"_s, u"b"_s}, Script::SimplifiedHan), u"a, b"_s);
-        QCOMPARE(repaired({u"影モード:"_s}, Script::Japanese), u"影モード:"_s);
+        const auto repaired = [](const QList<ReadWord> &list, Script script) {
+            return repairedText(Reading{{}, list}, script);
+        };
+        const ReadWord last = placed(u"容量"_s, 90, 150);
+        QCOMPARE(
+            repaired({placed(u"新增"_s, 0, 60), placed(u","_s, 62, 66), placed(u"容量"_s, 70, 130)},
+                     Script::TraditionalHan),
+            u"新增 , 容量"_s);
+        QCOMPARE(repaired({placed(u"新增,"_s, 0, 65), last}, Script::TraditionalHan),
+                 u"新增，容量"_s);
+        QCOMPARE(repaired({placed(u"新"_s, 0, 30), placed(u","_s, 40, 44), last},
+                          Script::TraditionalHan),
+                 u"新，容量"_s);
+        QCOMPARE(repaired({placed(u"新增,"_s, 0, 86), last}, Script::SimplifiedHan),
+                 u"新增, 容量"_s);
+        QCOMPARE(repaired({placed(u"尺寸:"_s, 0, 70)}, Script::SimplifiedHan), u"尺寸："_s);
+        QCOMPARE(repaired({placed(u"變更:"_s, 0, 70), placed(u"60%"_s, 90, 140)},
+                          Script::TraditionalHan),
+                 u"變更: 60%"_s);
+        QCOMPARE(repaired({placed(u"影:"_s, 0, 40)}, Script::Japanese), u"影:"_s);
     }
 
     void directionMarksGo()
