@@ -36,7 +36,6 @@ private:
 private Q_SLOTS:
     void initTestCase();
     void overlayIsSeen();
-    void dimComesSoon();
     void quickGrabs();
     void grabsOfDimmedScreens();
     void wholeScreens();
@@ -147,38 +146,6 @@ void OverlayGrabTest::overlayIsSeen()
     QTRY_VERIFY(areAlike(screenshot(), m_reference));
 }
 
-void OverlayGrabTest::dimComesSoon()
-{
-    constexpr int cycles = 9;
-    std::vector<double> milliseconds;
-    const Screen screen = m_platform.screens->screens().last();
-    const QRectF corner(screen.geometry.width() - 1, screen.geometry.height() - 1, 1, 1);
-    const QImage clean = expected(screen, corner);
-    for (int cycle = 0; cycle < cycles; ++cycle) {
-        // A picture of a screen that an overlay has just left waits until it is settled.
-        QTest::qWait(600);
-        QElapsedTimer timer;
-        timer.start();
-        TestOverlay overlay(m_platform);
-        const auto isDimmed = [&] {
-            // Read by Qt: what we read ourselves is without the overlay.
-            const QPixmap seen = QGuiApplication::screens().last()->grabWindow(
-                0, static_cast<int>(corner.x()), static_cast<int>(corner.y()), 1, 1);
-            return qGray(seen.toImage().pixel(0, 0)) < qGray(clean.pixel(0, 0));
-        };
-        while (!isDimmed() && timer.elapsed() < 2000) {
-            QTest::qWait(1);
-        }
-        milliseconds.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-        overlay.orderOut();
-        QTRY_VERIFY(areAlike(grab(screen, corner), clean));
-    }
-    std::sort(milliseconds.begin(), milliseconds.end());
-    qInfo("dim seen: median %.1f ms, longest %.1f ms", milliseconds[cycles / 2],
-          milliseconds.back());
-    QVERIFY(milliseconds.back() < 2000);
-}
-
 void OverlayGrabTest::quickGrabs()
 {
     constexpr int cycles = 50;
@@ -246,7 +213,7 @@ void OverlayGrabTest::wholeScreens()
 
 void OverlayGrabTest::secondSelection()
 {
-    for (int cycle = 0; cycle < 60; ++cycle) {
+    for (int cycle = 0; cycle < 20; ++cycle) {
         TestOverlay first(m_platform);
         QVERIFY(first.waitUntilPainted());
         TestOverlay second(m_platform);
