@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
+#include <QScreen>
 #include <QTest>
 
 #include <algorithm>
@@ -23,6 +24,8 @@ private:
     QRectF anyRect(const Screen &screen);
     QImage expected(const Screen &screen, const QRectF &rect) const;
     QImage grab(const Screen &screen, const QRectF &rect);
+    /// Whether the last screen shows the dim, read by Qt: what we read is without the overlay.
+    bool isDimSeen() const;
     /// Empty where the grab is what it has to be.
     QString wrong(const Screen &screen, const QRectF &rect, const QImage &image);
 
@@ -98,6 +101,15 @@ QImage OverlayGrabTest::grab(const Screen &screen, const QRectF &rect)
     const QImage image = m_platform.screenRecording->createImage(*screen.displayNumber, rect);
     m_milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     return image;
+}
+
+bool OverlayGrabTest::isDimSeen() const
+{
+    QScreen *screen = QGuiApplication::screens().last();
+    const QPixmap seen =
+        screen->grabWindow(0, screen->size().width() - 1, screen->size().height() - 1, 1, 1);
+    const QPoint corner = m_platform.screens->screens().last().pixelGeometry.bottomRight();
+    return qGray(seen.toImage().pixel(0, 0)) < qGray(m_reference.pixel(corner));
 }
 
 QString OverlayGrabTest::wrong(const Screen &screen, const QRectF &rect, const QImage &image)
@@ -184,7 +196,7 @@ void OverlayGrabTest::grabsOfDimmedScreens()
     for (int cycle = 0; cycle < 5; ++cycle) {
         TestOverlay overlay(m_platform);
         QVERIFY(overlay.waitUntilPainted());
-        QTRY_VERIFY(!areAlike(screenshot(), m_reference));
+        QTRY_VERIFY(isDimSeen());
         for (const auto &panel : overlay.panels()) {
             panel->hole.moveLeft(200 + cycle);
             panel->update();
