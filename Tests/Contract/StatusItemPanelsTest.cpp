@@ -14,7 +14,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QProcess>
-#include <QScreen>
 #include <QTest>
 #include <QWindow>
 
@@ -68,27 +67,6 @@ int count(const QImage &image, const std::function<bool(QRgb)> &matches)
         }
     }
     return found;
-}
-
-/// What the screen shows.
-QImage seen()
-{
-    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
-        QImage::Format_RGB32);
-}
-
-/// The smallest rectangle in which the pictures differ.
-QRect difference(const QImage &one, const QImage &other)
-{
-    QRect changed;
-    for (int y = 0; y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
-            if (one.pixel(x, y) != other.pixel(x, y)) {
-                changed |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return changed;
 }
 
 void xdotool(const QStringList &arguments)

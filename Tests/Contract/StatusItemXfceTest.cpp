@@ -9,31 +9,11 @@
 
 #include <QGuiApplication>
 #include <QMenu>
-#include <QScreen>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QImage seen()
-{
-    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
-        QImage::Format_RGB32);
-}
-
-QRect difference(const QImage &one, const QImage &other)
-{
-    QRect changed;
-    for (int y = 0; y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
-            if (one.pixel(x, y) != other.pixel(x, y)) {
-                changed |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return changed;
-}
 
 void click(const QPoint &position, int button)
 {

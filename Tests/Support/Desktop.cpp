@@ -2,6 +2,8 @@
 #include "Support/Desktop.h"
 
 #include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -35,6 +37,25 @@ QImage screenshot()
               "ImageGrab.grab(xdisplay='').convert('RGB').save(sys.argv[1], compress_level=1)"_s,
               file});
     return QImage(file).convertToFormat(QImage::Format_RGB32);
+}
+
+QImage seen()
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
+        QImage::Format_RGB32);
+}
+
+QRect difference(const QImage &one, const QImage &other)
+{
+    QRect changed;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (one.pixel(x, y) != other.pixel(x, y)) {
+                changed |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return changed;
 }
 
 bool areAlike(const QImage &one, const QImage &other)

@@ -16,6 +16,12 @@ QString outputOf(const QString &program, const QStringList &arguments);
 /// What all screens show, read by another process.
 QImage screenshot();
 
+/// What the first screen shows, read by Qt.
+QImage seen();
+
+/// The smallest rectangle in which two pictures of one size differ.
+QRect difference(const QImage &one, const QImage &other);
+
 /// Whether two pictures have the same size and colours.
 bool areAlike(const QImage &one, const QImage &other);
 
