@@ -17,8 +17,9 @@ public:
     }
     int find(int a)
     {
-        while (at(a) != a)
+        while (at(a) != a) {
             a = at(a) = at(at(a));
+        }
         return a;
     }
     void join(int a, int b)
@@ -45,19 +46,23 @@ std::vector<Component> connectedComponents(const std::vector<Run> &runs)
     std::size_t aboveEnd = 0;
     for (std::size_t begin = 0; begin < runs.size();) {
         std::size_t end = begin;
-        while (end < runs.size() && runs[end].y == runs[begin].y)
+        while (end < runs.size() && runs[end].y == runs[begin].y) {
             ++end;
-        if (aboveEnd > above && runs[aboveEnd - 1].y != runs[begin].y - 1)
+        }
+        if (aboveEnd > above && runs[aboveEnd - 1].y != runs[begin].y - 1) {
             above = aboveEnd;
+        }
         for (std::size_t i = begin; i < end; ++i) {
             int name = -1;
-            while (above < aboveEnd && runs[above].right < runs[i].left)
+            while (above < aboveEnd && runs[above].right < runs[i].left) {
                 ++above;
+            }
             for (std::size_t k = above; k < aboveEnd && runs[k].left <= runs[i].right; ++k) {
-                if (name < 0)
+                if (name < 0) {
                     name = names[k];
-                else
+                } else {
                     sets.join(name, names[k]);
+                }
             }
             names[i] = name < 0 ? sets.add() : name;
         }

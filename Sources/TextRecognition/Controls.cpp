@@ -32,18 +32,22 @@ Sides coveredSides(const Component &component, int margin)
     int border = 0;
     for (const Run &run : component.runs) {
         const std::size_t row = std::size_t(run.y - box.top) * 2;
-        if (run.left < box.left + margin)
+        if (run.left < box.left + margin) {
             rows[row] = 1;
-        if (run.right > box.right - margin)
+        }
+        if (run.right > box.right - margin) {
             rows[row + 1] = 1;
+        }
         const bool top = run.y < box.top + margin;
         const bool bottom = run.y >= box.bottom - margin;
         for (int x = run.left; (top || bottom) && x < run.right; ++x) {
             const std::size_t column = std::size_t(x - box.left) * 2;
-            if (top)
+            if (top) {
                 columns[column] = 1;
-            if (bottom)
+            }
+            if (bottom) {
                 columns[column + 1] = 1;
+            }
         }
         if (top || bottom) {
             border += run.right - run.left;
@@ -106,8 +110,9 @@ template <typename Iterator>
 bool areAlike(const std::vector<int> &a, Iterator b, int tolerance)
 {
     std::size_t different = 0;
-    for (const int value : a)
+    for (const int value : a) {
         different += std::abs(value - *b++) > tolerance;
+    }
     return 12 * different <= a.size();
 }
 
@@ -135,12 +140,14 @@ int largestFlatSquare(const GreyImage &strength, const Box &box)
 bool isOutline(const Component &component)
 {
     const Box &box = component.box;
-    if (box.height() < 10 || box.width() < 10)
+    if (box.height() < 10 || box.width() < 10) {
         return false;
+    }
     const int shorter = std::min(box.width(), box.height());
     const bool square = box.width() < 1.6 * box.height();
-    if (square && shorter < 60)
+    if (square && shorter < 60) {
         return false;
+    }
     const int margin = std::clamp(shorter / 4, 3, 12);
     const Sides sides = coveredSides(component, margin);
     // Round ends cover their sides in part only.
@@ -154,35 +161,41 @@ bool isSwitch(const Component &component, const GreyImage &strength)
     const int width = box.width();
     const int height = box.height();
     if (height < 12 || height > tallestSwitch || 10 * width < 13 * height ||
-        10 * width > 28 * height)
+        10 * width > 28 * height) {
         return false;
+    }
     // Across its middle there are its two sides and those of the knob; a word has more strokes.
     const int middleRow = box.top + height / 2;
     if (std::count_if(component.runs.begin(), component.runs.end(),
-                      [middleRow](const Run &run) { return run.y == middleRow; }) > 4)
+                      [middleRow](const Run &run) { return run.y == middleRow; }) > 4) {
         return false;
+    }
     const Profile profile(component);
     // A shadow below makes it a little lopsided.
     const int tolerance = 2 + height / 8;
     if (!areAlike(profile.left, profile.left.rbegin(), tolerance) ||
         !areAlike(profile.right, profile.right.rbegin(), tolerance) ||
-        !areAlike(profile.top, profile.bottom.begin(), tolerance))
+        !areAlike(profile.top, profile.bottom.begin(), tolerance)) {
         return false;
+    }
     const auto isDeep = [limit = 2 + height / 5](int depth) {
         return depth > limit;
     };
     const std::ptrdiff_t end = height / 2;
-    if (std::any_of(profile.top.begin() + end, profile.top.end() - end, isDeep))
+    if (std::any_of(profile.top.begin() + end, profile.top.end() - end, isDeep)) {
         return false;
+    }
     // Round ends: にコ has straight ones.
     const auto isRound = [least = height / 8](const std::vector<int> &side) {
         return side[1] >= least && side[side.size() - 2] >= least;
     };
-    if (!isRound(profile.left) || !isRound(profile.right))
+    if (!isRound(profile.left) || !isRound(profile.right)) {
         return false;
+    }
     const auto middle = std::size_t(height / 2);
-    if (isDeep(profile.left[middle]) || isDeep(profile.right[middle]))
+    if (isDeep(profile.left[middle]) || isDeep(profile.right[middle])) {
         return false;
+    }
     return 5 * largestFlatSquare(strength, box) >= 2 * height;
 }
 

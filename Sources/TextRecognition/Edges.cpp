@@ -33,20 +33,24 @@ int cornerSide(const std::vector<std::uint8_t> &rules, const GreyImage &image, i
 {
     const auto count = [&](int row, int from, int to) {
         int sum = 0;
-        for (int k = std::max(0, from); k < std::min(image.width, to); ++k)
+        for (int k = std::max(0, from); k < std::min(image.width, to); ++k) {
             sum += rules[std::size_t(row) * image.width + k];
+        }
         return sum;
     };
     for (int i = -1; i <= corner; ++i) {
         const int row = y + i * step;
-        if (row < 0 || row >= image.height)
+        if (row < 0 || row >= image.height) {
             continue;
+        }
         const int left = count(row, x - 2 * corner, x - 1);
         const int right = count(row, x + 3, x + 2 * corner + 2);
-        if (right >= corner && left == 0)
+        if (right >= corner && left == 0) {
             return 1;
-        if (left >= corner && right == 0)
+        }
+        if (left >= corner && right == 0) {
             return -1;
+        }
     }
     return 0;
 }
@@ -71,8 +75,9 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
                               (start < 0 || x == start || !differs(line[x], line[x - 1]) ||
                                !differs(next[x], next[x - 1]));
             if (edge) {
-                if (start < 0)
+                if (start < 0) {
                     start = x;
+                }
                 continue;
             }
             if (start >= 0 && x - start > ruleLength) {
@@ -94,17 +99,19 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
                               (start < 0 || !previous || !differs(line[x], previous[x]) ||
                                !differs(line[x + 1], previous[x + 1]));
             if (edge) {
-                if (start < 0)
+                if (start < 0) {
                     start = y;
+                }
                 continue;
             }
             const int length = start < 0 ? 0 : y - start;
-            if (length > ruleLength * 3 / 2)
+            if (length > ruleLength * 3 / 2) {
                 sides.push_back({x, start, y});
-            else if (length >= shortestSide) {
+            } else if (length >= shortestSide) {
                 const int side = cornerSide(rules, image, x, start, -1);
-                if (side != 0 && side == cornerSide(rules, image, x, y - 1, 1))
+                if (side != 0 && side == cornerSide(rules, image, x, y - 1, 1)) {
                     sides.push_back({x, start, y});
+                }
             }
             start = -1;
         }
@@ -146,13 +153,16 @@ std::vector<Run> edgeRuns(const GreyImage &strength, int threshold)
     for (int y = 0; y < strength.height; ++y) {
         const std::uint8_t *line = strength.row(y);
         for (int x = 0; x < strength.width;) {
-            while (x < strength.width && line[x] <= threshold)
+            while (x < strength.width && line[x] <= threshold) {
                 ++x;
+            }
             const int start = x;
-            while (x < strength.width && line[x] > threshold)
+            while (x < strength.width && line[x] > threshold) {
                 ++x;
-            if (x > start)
+            }
+            if (x > start) {
                 runs.push_back({y, start, x});
+            }
         }
     }
     return runs;

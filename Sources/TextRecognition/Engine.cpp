@@ -51,8 +51,9 @@ void markBlanks(Reading &reading, const QString &text)
     qsizetype at = 0;
     for (ReadWord &word : reading.words) {
         const qsizetype found = text.indexOf(word.text, at);
-        if (found < 0)
+        if (found < 0) {
             continue;
+        }
         word.afterBlank = found == 0 || text.at(found - 1).isSpace();
         at = found + word.text.size();
     }
@@ -72,14 +73,16 @@ std::unique_ptr<Engine> Engine::load(const ModelFolder &folder, const QString &m
 {
     stayOnThisThread();
     const std::vector<char> data = folder.read(model, dictionary);
-    if (data.empty())
+    if (data.empty()) {
         return nullptr;
+    }
     auto p = std::make_unique<Private>();
     p->model = model;
     // The name keys the library's own cache of word lists, shared between copies.
     if (p->api.Init(data.data(), int(data.size()), model.toUtf8().constData(),
-                    tesseract::OEM_LSTM_ONLY, nullptr, 0, nullptr, nullptr, false, nullptr) != 0)
+                    tesseract::OEM_LSTM_ONLY, nullptr, 0, nullptr, nullptr, false, nullptr) != 0) {
         return nullptr;
+    }
     silence(p->api);
     p->api.SetVariable("tessedit_do_invert", "0");
     return std::unique_ptr<Engine>(new Engine(std::move(p)));
@@ -90,8 +93,9 @@ Reading Engine::read(const GreyImage &picture, ReadMode mode)
     stayOnThisThread();
     Reading reading;
     reading.model = m_p->model;
-    if (picture.isEmpty())
+    if (picture.isEmpty()) {
         return reading;
+    }
     tesseract::TessBaseAPI &api = m_p->api;
     api.SetPageSegMode(segmentation(mode));
     api.SetImage(picture.pixels.data(), picture.width, picture.height, 1, picture.width);
@@ -101,12 +105,14 @@ Reading Engine::read(const GreyImage &picture, ReadMode mode)
         constexpr auto words = tesseract::RIL_WORD;
         for (bool more = at && !at->Empty(words); more; more = at->Next(words)) {
             const std::unique_ptr<char[]> text(at->GetUTF8Text(words));
-            if (!text)
+            if (!text) {
                 continue;
+            }
             ReadWord word;
             word.text = QString::fromUtf8(text.get()).trimmed();
-            if (word.text.isEmpty())
+            if (word.text.isEmpty()) {
                 continue;
+            }
             word.confidence = at->Confidence(words);
             word.startsLine = at->IsAtBeginningOf(tesseract::RIL_TEXTLINE);
             at->BoundingBox(words, &word.box.left, &word.box.top, &word.box.right,
@@ -114,8 +120,9 @@ Reading Engine::read(const GreyImage &picture, ReadMode mode)
             reading.words.append(word);
         }
         const std::unique_ptr<char[]> text(api.GetUTF8Text());
-        if (text)
+        if (text) {
             markBlanks(reading, QString::fromUtf8(text.get()));
+        }
     }
     api.Clear();
     return reading;

@@ -22,8 +22,9 @@ EnginePool::Loan::Loan(Loan &&other) noexcept = default;
 
 EnginePool::Loan::~Loan()
 {
-    if (m_engine)
+    if (m_engine) {
         m_pool->giveBack(m_model, m_dictionary, std::move(m_engine));
+    }
 }
 
 EnginePool::EnginePool(ModelFolder folder, Now now)
@@ -62,8 +63,9 @@ bool EnginePool::dropIdle(std::chrono::milliseconds age)
         const Clock::time_point limit = m_now() - age;
         for (auto &[key, engines] : m_idle) {
             std::erase_if(engines, [&](Idle &idle) {
-                if (idle.since > limit)
+                if (idle.since > limit) {
                     return false;
+                }
                 dropped.push_back(std::move(idle));
                 return true;
             });
@@ -84,8 +86,9 @@ std::size_t EnginePool::idleCount() const
 {
     const std::lock_guard lock(m_mutex);
     std::size_t count = 0;
-    for (const auto &[key, engines] : m_idle)
+    for (const auto &[key, engines] : m_idle) {
         count += engines.size();
+    }
     return count;
 }
 

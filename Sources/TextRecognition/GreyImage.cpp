@@ -23,15 +23,17 @@ GreyImage::GreyImage(int w, int h, std::uint8_t value)
 
 GreyImage greyImage(const QImage &image)
 {
-    if (image.isNull())
+    if (image.isNull()) {
         return {};
+    }
     GreyImage grey(image.width(), image.height(), 255);
     for (int top = 0; top < grey.height; top += stripHeight) {
         const int rows = std::min(stripHeight, grey.height - top);
         const QImage strip = image.copy(0, top, grey.width, rows)
                                  .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        if (strip.isNull())
+        if (strip.isNull()) {
             return {};
+        }
         for (int y = 0; y < rows; ++y) {
             const auto *line = reinterpret_cast<const QRgb *>(strip.constScanLine(y));
             std::uint8_t *out = grey.row(top + y);
@@ -51,8 +53,9 @@ GreyImage greyImage(const QImage &image)
 GreyImage cropped(const GreyImage &image, const Box &box)
 {
     GreyImage part(box.width(), box.height(), 0);
-    for (int y = 0; y < part.height; ++y)
+    for (int y = 0; y < part.height; ++y) {
         std::copy_n(image.row(box.top + y) + box.left, part.width, part.row(y));
+    }
     return part;
 }
 

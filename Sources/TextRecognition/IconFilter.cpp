@@ -39,8 +39,9 @@ bool isTall(const LineTask &task, const ReadWord &word)
     for (const Mark &mark : task.line().marks) {
         const double centre = mark.box.centreX2() / 2.0;
         if (centre >= left && centre <= right && 5 * mark.box.height() >= 6 * height &&
-            mark.box.width() <= 2 * mark.box.height())
+            mark.box.width() <= 2 * mark.box.height()) {
             return true;
+        }
     }
     return false;
 }
@@ -48,13 +49,16 @@ bool isTall(const LineTask &task, const ReadWord &word)
 bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &rest)
 {
     const auto length = std::size_t(word.text.size());
-    if (length >= iconConfidence.size())
+    if (length >= iconConfidence.size()) {
         return false;
+    }
     const LetterCount letters = countLetters(word.text, task.script);
-    if (letters.digits > 0 && letters.digits == int(length))
+    if (letters.digits > 0 && letters.digits == int(length)) {
         return word.confidence < iconConfidence.back();
-    if (letters.all() == 0)
+    }
+    if (letters.all() == 0) {
         return word.confidence < (isUsualMark(word.text) ? 60 : iconConfidence[0]);
+    }
     const double limit =
         length <= 3 && isTall(task, word) ? tallConfidence : iconConfidence[length];
     return word.confidence < std::min(limit, rest.confidence() - margin);
@@ -69,8 +73,9 @@ double gapAt(const LineTask &task, double x)
     int end = line.marks.front().box.right;
     for (const Mark &mark : line.marks) {
         const double centre = (end + mark.box.left) / 2.0;
-        if (mark.box.left > end && std::abs(centre - x) <= line.letterHeight)
+        if (mark.box.left > end && std::abs(centre - x) <= line.letterHeight) {
             widest = std::max(widest, double(mark.box.left - end));
+        }
         end = std::max(end, mark.box.right);
     }
     return widest / std::max(1, line.letterHeight);
@@ -82,8 +87,9 @@ Reading withoutIcons(const LineTask &task)
 {
     Reading reading = task.best;
     for (const bool atRight : {false, true}) {
-        if (reading.words.size() < 2)
+        if (reading.words.size() < 2) {
             break;
+        }
         // By place, not by reading order: an icon is at the left or right end.
         const auto byPlace = [](const ReadWord &a, const ReadWord &b) {
             return a.box.centreX2() < b.box.centreX2();
@@ -93,16 +99,18 @@ Reading withoutIcons(const LineTask &task)
         const auto end = atRight ? right : left;
         Reading rest = reading;
         rest.words.removeAt(end - reading.words.cbegin());
-        if (countLetters(rest.text(), task.script).all() < 2 || !looksLikeIcon(task, *end, rest))
+        if (countLetters(rest.text(), task.script).all() < 2 || !looksLikeIcon(task, *end, rest)) {
             continue;
+        }
         double inner = atRight ? 0 : 1e9;
         for (const ReadWord &word : std::as_const(rest.words)) {
             inner = atRight ? std::max(inner, double(word.box.right))
                             : std::min(inner, double(word.box.left));
         }
         const double outer = atRight ? end->box.left : end->box.right;
-        if (gapAt(task, task.image().pageX((inner + outer) / 2)) >= leastGap)
+        if (gapAt(task, task.image().pageX((inner + outer) / 2)) >= leastGap) {
             reading = rest;
+        }
     }
     return reading;
 }

@@ -16,17 +16,20 @@ IdleDropper::~IdleDropper()
         m_stop = true;
     }
     m_wake.notify_all();
-    if (m_thread.joinable())
+    if (m_thread.joinable()) {
         m_thread.join();
+    }
 }
 
 void IdleDropper::restart()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_running || m_stop)
+    if (m_running || m_stop) {
         return;
-    if (m_thread.joinable())
+    }
+    if (m_thread.joinable()) {
         m_thread.join();
+    }
     m_running = true;
     m_thread = std::thread(&IdleDropper::run, this);
 }

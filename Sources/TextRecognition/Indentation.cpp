@@ -30,11 +30,13 @@ double medianAdvance(const std::vector<PlacedText> &lines, std::size_t first, st
 {
     std::vector<double> advances;
     for (std::size_t i = first; i < last; ++i) {
-        if (const double advance = advanceOf(lines[i]); advance > 0)
+        if (const double advance = advanceOf(lines[i]); advance > 0) {
             advances.push_back(advance);
+        }
     }
-    if (advances.size() < fewest)
+    if (advances.size() < fewest) {
         return 0;
+    }
     const auto middle = advances.begin() + std::ptrdiff_t(advances.size() / 2);
     std::nth_element(advances.begin(), middle, advances.end());
     const double advance = *middle;
@@ -59,14 +61,17 @@ std::vector<int> indentations(const std::vector<PlacedText> &lines)
     std::vector<int> blanks(lines.size(), 0);
     for (std::size_t first = 0; first < lines.size();) {
         std::size_t last = first + 1;
-        while (last < lines.size() && follows(lines[last - 1].box, lines[last].box))
+        while (last < lines.size() && follows(lines[last - 1].box, lines[last].box)) {
             ++last;
+        }
         if (const double advance = medianAdvance(lines, first, last); advance > 0) {
             int left = lines[first].box.left;
-            for (std::size_t i = first; i < last; ++i)
+            for (std::size_t i = first; i < last; ++i) {
                 left = std::min(left, lines[i].box.left);
-            for (std::size_t i = first; i < last; ++i)
+            }
+            for (std::size_t i = first; i < last; ++i) {
                 blanks[i] = int(std::lround((lines[i].box.left - left) / advance));
+            }
         }
         first = last;
     }

@@ -30,16 +30,19 @@ std::vector<Piece> piecesOf(const GreyImage &flat)
     for (int x = 0; x <= flat.width; ++x) {
         bool blank = true;
         for (int y = 0; x < flat.width && y < flat.height; ++y) {
-            if (flat.at(x, y) >= palestInk)
+            if (flat.at(x, y) >= palestInk) {
                 continue;
+            }
             blank = false;
             top = std::min(top, y);
             bottom = std::max(bottom, y + 1);
         }
-        if (!blank)
+        if (!blank) {
             continue;
-        if (bottom > top)
+        }
+        if (bottom > top) {
             pieces.push_back({bottom - top, x - start});
+        }
         top = flat.height;
         bottom = 0;
         start = x + 1;
@@ -56,13 +59,15 @@ int inkHeight(const GreyImage &flat)
               [](const Piece &a, const Piece &b) { return a.height < b.height; });
     // Punctuation and accents tell nothing. A wide piece is several letters that touch.
     int all = 0;
-    for (const Piece &piece : pieces)
+    for (const Piece &piece : pieces) {
         all += 3 * piece.height >= pieces.back().height ? piece.width : 0;
+    }
     int seen = 0;
     for (const Piece &piece : pieces) {
         seen += 3 * piece.height >= pieces.back().height ? piece.width : 0;
-        if (5 * seen >= 3 * all && all > 0 && seen > 0)
+        if (5 * seen >= 3 * all && all > 0 && seen > 0) {
             return piece.height + edges;
+        }
     }
     return 0;
 }

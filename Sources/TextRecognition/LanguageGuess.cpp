@@ -23,8 +23,9 @@ QHash<QString, Levels> readProfiles()
     QHash<QString, Levels> profiles;
     for (std::size_t at = 0; at < languageProfiles.size(); at += itemLength) {
         Levels levels{};
-        for (std::size_t i = 0; i < levels.size(); ++i)
+        for (std::size_t i = 0; i < levels.size(); ++i) {
             levels[i] = languageProfiles[at + groupLength + i] - u'a';
+        }
         profiles.insert(
             QString(reinterpret_cast<const QChar *>(languageProfiles.data()) + at, groupLength),
             levels);
@@ -38,12 +39,14 @@ QString words(const QString &text)
     QString result(u' ');
     for (QChar c : text) {
         // Its small letter would be two characters.
-        if (c == QChar(0x130))
+        if (c == QChar(0x130)) {
             c = u'i';
-        if (isLatin(c.unicode()))
+        }
+        if (isLatin(c.unicode())) {
             result += c.toLower();
-        else if (!result.endsWith(u' '))
+        } else if (!result.endsWith(u' ')) {
             result += u' ';
+        }
     }
     return result + u' ';
 }
@@ -57,10 +60,12 @@ QList<LanguageScore> guessLanguage(const QString &text)
     const QString letters = words(text);
     for (qsizetype i = 0; i + groupLength <= letters.size(); ++i) {
         const auto found = profiles.constFind(letters.mid(i, groupLength));
-        if (found == profiles.constEnd())
+        if (found == profiles.constEnd()) {
             continue;
-        for (std::size_t k = 0; k < sums.size(); ++k)
+        }
+        for (std::size_t k = 0; k < sums.size(); ++k) {
             sums[k] += (*found)[k];
+        }
     }
     QList<LanguageScore> scores;
     for (std::size_t k = 0; k < sums.size(); ++k) {

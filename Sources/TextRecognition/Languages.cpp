@@ -41,8 +41,9 @@ constexpr std::array languages{
 Languages::Languages(const QStringList &installedModels)
 {
     for (const Language &language : languages) {
-        if (installedModels.contains(language.model) && !m_models.contains(language.model))
+        if (installedModels.contains(language.model) && !m_models.contains(language.model)) {
             m_models.append(language.model);
+        }
     }
 }
 
@@ -50,8 +51,9 @@ QStringList Languages::tags() const
 {
     QStringList tags;
     for (const Language &language : languages) {
-        if (m_models.contains(language.model))
+        if (m_models.contains(language.model)) {
             tags.append(language.tag);
+        }
     }
     return tags;
 }
@@ -60,8 +62,9 @@ Languages Languages::restrictedTo(const QStringList &tags) const
 {
     QStringList wanted;
     for (const Language &language : languages) {
-        if (tags.contains(language.tag) && m_models.contains(language.model))
+        if (tags.contains(language.tag) && m_models.contains(language.model)) {
             wanted.append(language.model);
+        }
     }
     return wanted.isEmpty() ? *this : Languages(wanted);
 }
@@ -70,8 +73,9 @@ QList<Script> Languages::scripts() const
 {
     QList<Script> scripts;
     for (const QString &model : m_models) {
-        if (!scripts.contains(scriptOf(model)))
+        if (!scripts.contains(scriptOf(model))) {
             scripts.append(scriptOf(model));
+        }
     }
     return scripts;
 }
@@ -80,8 +84,9 @@ QStringList Languages::models(Script script) const
 {
     QStringList models;
     for (const QString &model : m_models) {
-        if (scriptOf(model) == script)
+        if (scriptOf(model) == script) {
             models.append(model);
+        }
     }
     return models;
 }
@@ -89,8 +94,9 @@ QStringList Languages::models(Script script) const
 Script Languages::scriptOf(const QString &model)
 {
     for (const Language &language : languages) {
-        if (model == language.model)
+        if (model == language.model) {
             return language.script;
+        }
     }
     return Script::Latin;
 }

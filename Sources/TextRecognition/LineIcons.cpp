@@ -65,17 +65,20 @@ std::vector<Piece> piecesOf(const GreyImage &flat, int palest)
     for (int x = 0; x <= flat.width; ++x) {
         bool blank = true;
         for (int y = 0; x < flat.width && y < flat.height; ++y) {
-            if (flat.at(x, y) > palest)
+            if (flat.at(x, y) > palest) {
                 continue;
+            }
             blank = false;
             piece.box.top = std::min(piece.box.top, y);
             piece.box.bottom = std::max(piece.box.bottom, y + 1);
         }
-        if (!blank)
+        if (!blank) {
             continue;
+        }
         piece.box.right = x;
-        if (piece.box.height() > 0)
+        if (piece.box.height() > 0) {
             pieces.push_back(piece);
+        }
         piece.box = {x + 1, flat.height, 0, 0};
     }
     return pieces;
@@ -127,10 +130,12 @@ bool isSquare(const Piece &piece)
 int gapAround(const std::vector<Piece> &pieces, std::size_t i)
 {
     int gap = pieces.back().box.right;
-    if (i > 0)
+    if (i > 0) {
         gap = std::min(gap, pieces[i].box.left - pieces[i - 1].box.right);
-    if (i + 1 < pieces.size())
+    }
+    if (i + 1 < pieces.size()) {
         gap = std::min(gap, pieces[i + 1].box.left - pieces[i].box.right);
+    }
     return gap;
 }
 
@@ -146,11 +151,13 @@ bool isThick(const std::vector<Piece> &pieces, std::size_t i, int usual, int hei
 {
     const Piece &piece = pieces[i];
     if (10 * piece.box.height() < 6 * height || piece.box.width() > 2 * piece.box.height() ||
-        piece.solid < thicker * usual)
+        piece.solid < thicker * usual) {
         return false;
+    }
     const double gap = double(gapAround(pieces, i)) / height;
-    if (gap >= leastGap)
+    if (gap >= leastGap) {
         return piece.solid >= thickestStroke * height;
+    }
     const bool atEnd = i == 0 || i + 1 == pieces.size();
     return atEnd && gap >= leastThickGap && piece.solid >= thickestNearStroke * height;
 }
@@ -160,8 +167,9 @@ bool isPale(const std::vector<Piece> &pieces, std::size_t i, int height)
 {
     const Piece &piece = pieces[i];
     if (10 * piece.box.height() < 6 * height || piece.dark > mostDark ||
-        piece.solid < thickestPaleStroke * height)
+        piece.solid < thickestPaleStroke * height) {
         return false;
+    }
     double dark = 0;
     int width = 0;
     for (std::size_t k = 0; k < pieces.size(); ++k) {
@@ -175,12 +183,14 @@ bool isPale(const std::vector<Piece> &pieces, std::size_t i, int height)
 bool isTall(const std::vector<Piece> &pieces, std::size_t i, int height)
 {
     const Piece &piece = pieces[i];
-    if (!isSquare(piece) || gapAround(pieces, i) < leastGap * height)
+    if (!isSquare(piece) || gapAround(pieces, i) < leastGap * height) {
         return false;
+    }
     Box rest = pieces[i == 0 ? 1 : 0].box;
     for (std::size_t k = 0; k < pieces.size(); ++k) {
-        if (k != i)
+        if (k != i) {
             rest.unite(pieces[k].box);
+        }
     }
     const bool isHollow = 2 * piece.hollow >= std::min(piece.box.width(), piece.box.height());
     return piece.box.height() >= (isHollow ? tallHollow : tall) * rest.height() &&
@@ -194,8 +204,9 @@ void whitenIcons(GreyImage &flat, int height)
     std::vector<Piece> icons;
     for (const int palest : {palestInk, palestOutline}) {
         std::vector<Piece> pieces = piecesOf(flat, palest);
-        if (pieces.empty())
+        if (pieces.empty()) {
             break;
+        }
         std::vector<int> solids;
         for (Piece &piece : pieces) {
             measure(flat, palest, piece);
@@ -210,28 +221,32 @@ void whitenIcons(GreyImage &flat, int height)
                 icons.push_back(pieces[i]);
                 continue;
             }
-            if (pieces.size() < 2)
+            if (pieces.size() < 2) {
                 break;
+            }
             const bool isIcon = palest == palestInk
                                     ? isThick(pieces, i, *middle, height)
                                     : isTall(pieces, i, height) || isPale(pieces, i, height);
             all += pieces[i].box.width();
             found += isIcon ? pieces[i].box.width() : 0;
-            if (isIcon)
+            if (isIcon) {
                 icons.push_back(pieces[i]);
+            }
         }
-        if (2 * found > all)
+        if (2 * found > all) {
             icons.erase(
                 std::remove_if(icons.begin(), icons.end(),
                                [height](const Piece &icon) { return !isFilled(icon, height); }),
                 icons.end());
+        }
     }
     for (const Piece &icon : icons) {
         // The blur around it too.
         const int left = std::max(0, icon.box.left - 1);
         const int right = std::min(flat.width, icon.box.right + 1);
-        for (int y = 0; y < flat.height; ++y)
+        for (int y = 0; y < flat.height; ++y) {
             std::fill(flat.row(y) + left, flat.row(y) + right, std::uint8_t(255));
+        }
     }
 }
 

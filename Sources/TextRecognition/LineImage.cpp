@@ -61,26 +61,30 @@ void eraseEdges(GreyImage &flat, const Stretch &stretch, const Box &box)
     const auto darkShare = [&flat](int x0, int x1, int y0, int y1) {
         int dark = 0;
         for (int y = y0; y < y1; ++y) {
-            for (int x = x0; x < x1; ++x)
+            for (int x = x0; x < x1; ++x) {
                 dark += flat.at(x, y) < 128;
+            }
         }
         return double(dark) / std::max(1, (x1 - x0) * (y1 - y0));
     };
     const auto whiten = [&flat](int x0, int x1, int y0, int y1) {
-        for (int y = y0; y < y1; ++y)
+        for (int y = y0; y < y1; ++y) {
             std::fill(flat.row(y) + x0, flat.row(y) + x1, std::uint8_t(255));
+        }
     };
     const int deepest = std::min(patchEdge, flat.height / 2);
     for (int y = 0; y < deepest; ++y) {
         for (const int row : {y, flat.height - 1 - y}) {
-            if (darkShare(left, right, row, row + 1) > 0.5)
+            if (darkShare(left, right, row, row + 1) > 0.5) {
                 whiten(left, right, row, row + 1);
+            }
         }
     }
     for (int x = 0; x < std::min(patchEdge, (right - left) / 2); ++x) {
         for (const int column : {left + x, right - 1 - x}) {
-            if (darkShare(column, column + 1, 0, flat.height) > 0.7)
+            if (darkShare(column, column + 1, 0, flat.height) > 0.7) {
                 whiten(column, column + 1, 0, flat.height);
+            }
         }
     }
 }
@@ -92,53 +96,62 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     const Box box{std::max(0, line.box.left - 1), std::max(0, line.box.top - 1),
                   std::min(page.width, line.box.right + 1),
                   std::min(page.height, line.box.bottom + 1)};
-    if (box.isEmpty() || line.marks.empty())
+    if (box.isEmpty() || line.marks.empty()) {
         return {};
+    }
 
     LineImage result;
     const std::vector<Stretch> stretches = stretchesOf(page, line);
-    for (const Stretch &stretch : stretches)
+    for (const Stretch &stretch : stretches) {
         result.contrast = std::max(result.contrast, stretch.tones.contrast());
-    if (result.contrast < leastContrast)
+    }
+    if (result.contrast < leastContrast) {
         return {};
+    }
 
     const std::vector<Rows> used = rowsOf(line, box);
     GreyImage flat(box.width(), box.height(), 255);
     for (int x = box.left; x < box.right; ++x) {
         const Tones tones = tonesAt(stretches, x);
-        if (tones.contrast() < leastContrast)
+        if (tones.contrast() < leastContrast) {
             continue;
+        }
         const double slope = 255.0 / (tones.ink - tones.background);
         const Rows &at = used[std::size_t(x - box.left)];
         for (int y = at.top; y < at.bottom; ++y) {
             const double ink = std::clamp((page.at(x, y) - tones.background) * slope, 0.0, 255.0);
-            flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - int(ink + 0.5));
+            flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - std::lround(ink));
         }
     }
 
     for (const Stretch &stretch : stretches) {
-        if (stretch.tones.onPatch)
+        if (stretch.tones.onPatch) {
             eraseEdges(flat, stretch, box);
+        }
     }
 
     int height = line.letterHeight;
     if (!line.isVertical) {
         removeRules(flat, line.letterHeight);
-        if (const int ink = inkHeight(flat); ink > 0)
+        if (const int ink = inkHeight(flat); ink > 0) {
             whitenIcons(flat, ink);
-        if (const int ink = inkHeight(flat); ink > 0)
+        }
+        if (const int ink = inkHeight(flat); ink > 0) {
             height = ink;
+        }
     }
     double scale = letterHeight / std::max(4, height);
     scale = std::min({scale, 6.0, double(longest) / box.width()});
     const int width = std::max(1, int(std::lround(box.width() * scale)));
     const int rows = std::max(1, int(std::lround(box.height() * scale)));
-    if (isBilevel(flat))
+    if (isBilevel(flat)) {
         flat = softened(flat);
+    }
     const GreyImage scaled = resampled(flat, width, rows);
     result.picture = GreyImage(width + 2 * margin, rows + 2 * margin, 255);
-    for (int y = 0; y < rows; ++y)
+    for (int y = 0; y < rows; ++y) {
         std::copy_n(scaled.row(y), width, result.picture.row(y + margin) + margin);
+    }
     result.scale = scale;
     result.offsetX = margin - box.left * scale;
     result.offsetY = margin - box.top * scale;

@@ -52,25 +52,29 @@ public:
         , m_pool(pool)
         , m_workers(workers)
     {
-        for (const Script script : languages.scripts())
+        for (const Script script : languages.scripts()) {
             m_candidates.append(languages.models(script).first());
+        }
         m_latin = languages.models(Script::Latin).value(0);
     }
 
     void run()
     {
         m_main = mainModel(lines(), m_candidates, m_pool, m_workers);
-        if (Languages::scriptOf(m_main) == Script::Latin)
+        if (Languages::scriptOf(m_main) == Script::Latin) {
             useLatin(latinModel(lines(), m_languages, m_pool, m_workers));
-        else if (isHanScript(Languages::scriptOf(m_main)))
+        } else if (isHanScript(Languages::scriptOf(m_main))) {
             chooseHan();
+        }
         forEachLine([this](LineTask &task) { readLine(task); });
         reconsiderMain();
-        if (Languages::scriptOf(m_main) != Script::Latin)
+        if (Languages::scriptOf(m_main) != Script::Latin) {
             chooseLatin();
+        }
         forEachLine([this](LineTask &task) {
-            if (task.script == Script::Latin)
+            if (task.script == Script::Latin) {
                 checkLanguage(task);
+            }
             checkMixed(task);
             task.best = withoutIcons(task);
         });
@@ -86,16 +90,18 @@ private:
     std::vector<LineTask *> lines()
     {
         std::vector<LineTask *> lines;
-        for (LineTask &task : m_tasks)
+        for (LineTask &task : m_tasks) {
             lines.push_back(&task);
+        }
         return lines;
     }
 
     void useLatin(const QString &model)
     {
         m_candidates.replaceInStrings(m_latin, model);
-        if (m_main == m_latin)
+        if (m_main == m_latin) {
             m_main = model;
+        }
         m_latin = model;
     }
 
@@ -112,16 +118,19 @@ private:
     void readLine(LineTask &task)
     {
         take(task, task.read(m_pool, m_main));
-        if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty())
+        if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty()) {
             return;
+        }
         if (!m_latin.isEmpty() && m_main != m_latin) {
             const Reading reading = task.read(m_pool, m_latin);
             const bool native = 10 * ownCharacters(task) >= 3 * task.best.characters();
             if (reading.confidence() >= sureConfidence ||
-                (!native && reading.confidence() > task.best.confidence() + 3))
+                (!native && reading.confidence() > task.best.confidence() + 3)) {
                 take(task, reading);
-            if (reading.confidence() >= sureConfidence || native)
+            }
+            if (reading.confidence() >= sureConfidence || native) {
                 return;
+            }
         }
         QStringList others = m_candidates;
         others.removeAll(m_main);
@@ -129,12 +138,14 @@ private:
         const int doubt = task.best.characters() <= 8 ? 25 : 8;
         const double least = std::max(task.best.confidence() + doubt, leastForeign);
         const QString other = otherScript(task, others, least, m_pool);
-        if (other.isEmpty())
+        if (other.isEmpty()) {
             return;
+        }
         const Reading reading = task.read(m_pool, other);
         if (reading.confidence() >= leastWholeForeign &&
-            reading.confidence() > task.best.confidence() + 3)
+            reading.confidence() > task.best.confidence() + 3) {
             take(task, reading);
+        }
     }
 
     /// The first lines may have misled: if more of the page was read surely with another script's
@@ -145,36 +156,44 @@ private:
         for (const LineTask &task : m_tasks) {
             if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
-                 2 * countLetters(task.best.text(), task.script).own >= task.best.characters()))
+                 2 * countLetters(task.best.text(), task.script).own >= task.best.characters())) {
                 sure[task.best.model] += task.best.characters();
+            }
         }
         for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
-            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(m_foreign))
+            if (Languages::scriptOf(i.key()) != Script::Latin &&
+                i.value() > sure.value(m_foreign)) {
                 m_foreign = i.key();
+            }
         }
         QString most = m_main;
         for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
-            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(most))
+            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(most)) {
                 most = i.key();
+            }
         }
-        if (Languages::scriptOf(most) != Script::Latin)
+        if (Languages::scriptOf(most) != Script::Latin) {
             m_foreign = most;
+        }
         const bool misled = most != m_main;
         m_main = most;
-        if (m_foreign.isEmpty())
+        if (m_foreign.isEmpty()) {
             return;
+        }
         forEachLine([this, misled](LineTask &task) {
             const bool isDoubtful =
                 task.script == Script::Latin ? task.best.confidence() < doubtfulLatin : misled;
             if (!isDoubtful || task.best.model == m_foreign ||
-                task.best.confidence() >= gateOf(task.script))
+                task.best.confidence() >= gateOf(task.script)) {
                 return;
+            }
             const Reading reading = task.read(m_pool, m_foreign);
             const LetterCount letters =
                 countLetters(reading.text(), Languages::scriptOf(m_foreign));
             if (letters.own >= std::max(2, letters.latin) &&
-                reading.confidence() > task.best.confidence() - foreignAdvance)
+                reading.confidence() > task.best.confidence() - foreignAdvance) {
                 take(task, reading);
+            }
         });
     }
 
@@ -183,8 +202,9 @@ private:
     {
         int count = 0;
         for (const ReadWord &word : task.best.words) {
-            if (word.confidence >= 70 && countLetters(word.text, task.script).own > 0)
+            if (word.confidence >= 70 && countLetters(word.text, task.script).own > 0) {
                 count += int(word.text.size());
+            }
         }
         return count;
     }
@@ -200,19 +220,23 @@ private:
     {
         std::vector<LineTask *> lines;
         for (LineTask &task : m_tasks) {
-            if (task.script == Script::Latin)
+            if (task.script == Script::Latin) {
                 lines.push_back(&task);
+            }
         }
-        if (lines.empty())
+        if (lines.empty()) {
             return;
+        }
         const QString model = latinModel(lines, m_languages, m_pool, m_workers);
-        if (model == m_latin)
+        if (model == m_latin) {
             return;
+        }
         useLatin(model);
         m_workers.forEach(lines.size(), [&](std::size_t i) {
             const Reading reading = lines[i]->read(m_pool, model);
-            if (reading.confidence() + 1 > lines[i]->best.confidence())
+            if (reading.confidence() + 1 > lines[i]->best.confidence()) {
                 take(*lines[i], reading);
+            }
         });
     }
 
@@ -223,34 +247,41 @@ private:
         scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
         double mine = 0;
         for (const LanguageScore &score : std::as_const(scores)) {
-            if (score.model == m_latin)
+            if (score.model == m_latin) {
                 mine = score.bits;
+            }
         }
         if (!scores.isEmpty() && scores[0].model != m_latin &&
             scores[0].bits - mine >= languageBits) {
             const Reading reading = task.read(m_pool, scores[0].model);
-            if (reading.confidence() + 1 > task.best.confidence())
+            if (reading.confidence() + 1 > task.best.confidence()) {
                 take(task, reading);
+            }
         } else if (task.best.confidence() < 80 && m_pool.folder().has(u"Latin"_s)) {
             const Reading reading = task.read(m_pool, u"Latin"_s);
-            if (reading.confidence() > task.best.confidence() + 4)
+            if (reading.confidence() > task.best.confidence() + 4) {
                 take(task, reading);
+            }
         }
     }
 
     /// Reads a line again with a second script and keeps the surer words of each.
     void checkMixed(LineTask &task)
     {
-        if (task.best.isEmpty() || task.best.leastConfidence() >= mixedGate)
+        if (task.best.isEmpty() || task.best.leastConfidence() >= mixedGate) {
             return;
+        }
         QString second = m_latin;
-        if (task.script == Script::Latin)
+        if (task.script == Script::Latin) {
             second = m_foreign;
-        if (second.isEmpty())
+        }
+        if (second.isEmpty()) {
             return;
+        }
         const Reading merged = mergedReading(task.best, task.read(m_pool, second), task.script);
-        if (merged.confidence() > task.best.confidence())
+        if (merged.confidence() > task.best.confidence()) {
             task.best = merged;
+        }
     }
 
     std::vector<LineTask> &m_tasks;

@@ -89,29 +89,34 @@ void erase(GreyImage &flat, const Band &band, int left, int right)
 void removeRules(GreyImage &flat, int height)
 {
     const int all = inkWidth(flat);
-    if (all == 0)
+    if (all == 0) {
         return;
+    }
     std::vector<Band> bands;
     for (int y = 0; y < flat.height; ++y) {
         const Strokes strokes = strokesOf(flat, y, height);
         const bool isLong = strokes.longest > longStroke * height && 10 * strokes.inLong >= 6 * all;
         const bool isWhole =
             strokes.longest >= shortStroke * height && 20 * strokes.inLong >= 17 * all;
-        if (!isLong && !isWhole)
+        if (!isLong && !isWhole) {
             continue;
-        if (!bands.empty() && bands.back().bottom == y)
+        }
+        if (!bands.empty() && bands.back().bottom == y) {
             ++bands.back().bottom;
-        else
+        } else {
             bands.push_back({y, y + 1});
+        }
     }
     for (Band band : bands) {
-        if (band.bottom - band.top > std::max(2.0, thickest * height))
+        if (band.bottom - band.top > std::max(2.0, thickest * height)) {
             continue;
+        }
         // The blur of a rule that lies between two rows of pixels.
         const auto isBlur = [&](int y) {
             int grey = 0;
-            for (int x = 0; y >= 0 && y < flat.height && x < flat.width; ++x)
+            for (int x = 0; y >= 0 && y < flat.height && x < flat.width; ++x) {
                 grey += flat.at(x, y) < 245;
+            }
             return 10 * grey >= 9 * all;
         };
         band.top -= isBlur(band.top - 1);

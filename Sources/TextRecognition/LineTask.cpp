@@ -15,8 +15,9 @@ constexpr int white = 225;
 bool isBlankColumn(const GreyImage &picture, int x)
 {
     for (int y = 0; y < picture.height; ++y) {
-        if (picture.at(x, y) < white)
+        if (picture.at(x, y) < white) {
             return false;
+        }
     }
     return true;
 }
@@ -40,8 +41,9 @@ int cutNear(const GreyImage &picture, int length, bool fromRight)
 GreyImage part(const GreyImage &picture, int left, int right)
 {
     GreyImage result(right - left, picture.height, 255);
-    for (int y = 0; y < picture.height; ++y)
+    for (int y = 0; y < picture.height; ++y) {
         std::memcpy(result.row(y), picture.row(y) + left, std::size_t(result.width));
+    }
     return result;
 }
 
@@ -55,12 +57,14 @@ Dictionary dictionaryOf(const QString &model)
 Reading readWith(EnginePool &pool, const QString &model, const GreyImage &picture)
 {
     const EnginePool::Loan engine = pool.lend(model, dictionaryOf(model));
-    if (!engine)
+    if (!engine) {
         return {};
+    }
     Reading reading = engine->read(picture, ReadMode::Line);
     // Looking for the baseline fails on a lone dash or a very wide letter.
-    if (reading.isEmpty())
+    if (reading.isEmpty()) {
         reading = engine->read(picture, ReadMode::RawLine);
+    }
     return reading;
 }
 
@@ -77,8 +81,9 @@ Reading LineTask::read(EnginePool &pool, const QString &model)
     {
         const std::lock_guard lock(*m_mutex);
         const auto found = m_readings.constFind(model);
-        if (found != m_readings.constEnd())
+        if (found != m_readings.constEnd()) {
             return *found;
+        }
     }
     const Reading reading = readWith(pool, model, m_image.picture);
     const std::lock_guard lock(*m_mutex);
@@ -90,8 +95,9 @@ Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bo
 {
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
-    if (picture.width * 4 < length * 5)
+    if (picture.width * 4 < length * 5) {
         return read(pool, model);
+    }
     const int cut = cutNear(picture, length, fromRight);
     const GreyImage crop =
         fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);

@@ -30,8 +30,9 @@ bool haveValley(const std::vector<Component> &parts, const Box &box)
 {
     std::vector<int> covered(std::size_t(box.height()), 0);
     for (const Component &part : parts) {
-        for (int y = part.box.top; y < part.box.bottom; ++y)
+        for (int y = part.box.top; y < part.box.bottom; ++y) {
             covered[std::size_t(y - box.top)] += part.box.width();
+        }
     }
     const auto begin = covered.begin();
     const auto height = std::ptrdiff_t(covered.size());
@@ -46,20 +47,24 @@ void dropFrames(std::vector<Mark> &marks)
     std::vector<std::size_t> frames;
     for (std::size_t i = 0; i < marks.size(); ++i) {
         const Box &box = marks[i].box;
-        if (box.height() < 14 || 10 * box.width() < 22 * box.height())
+        if (box.height() < 14 || 10 * box.width() < 22 * box.height()) {
             continue;
+        }
         int inside = 0;
         for (const Mark &other : marks) {
             const Box &o = other.box;
             if (o.left > box.left && o.right < box.right && o.top > box.top &&
-                o.bottom < box.bottom && 3 * o.height() >= box.height())
+                o.bottom < box.bottom && 3 * o.height() >= box.height()) {
                 inside += o.width();
+            }
         }
-        if (4 * inside >= box.width())
+        if (4 * inside >= box.width()) {
             frames.push_back(i);
+        }
     }
-    for (auto i = frames.rbegin(); i != frames.rend(); ++i)
+    for (auto i = frames.rbegin(); i != frames.rend(); ++i) {
         marks.erase(marks.begin() + std::ptrdiff_t(*i));
+    }
 }
 
 class MarkFinder
@@ -75,8 +80,9 @@ public:
     std::vector<Mark> find()
     {
         const auto runs = edgeRuns(m_strength, thresholds[0]);
-        for (const Component &component : connectedComponents(runs))
+        for (const Component &component : connectedComponents(runs)) {
             take(component, 0, false);
+        }
         dropFrames(m_marks);
         return std::move(m_marks);
     }
@@ -84,18 +90,21 @@ public:
 private:
     void take(const Component &component, std::size_t level, bool textured)
     {
-        if (isOutline(component) || isSwitch(component, m_strength))
+        if (isOutline(component) || isSwitch(component, m_strength)) {
             return;
+        }
         if (level == 0 && hasRules(component)) {
             for (const Component &part : connectedComponents(withoutRules(component))) {
-                if (!joinsRules(part))
+                if (!joinsRules(part)) {
                     take(part, level, textured);
+                }
             }
             return;
         }
         if (const auto parts = fusedParts(component, level); !parts.empty()) {
-            for (const Component &part : parts)
+            for (const Component &part : parts) {
                 take(part, level, textured);
+            }
             return;
         }
         const bool tooBig = isTooBig(component);
@@ -104,12 +113,14 @@ private:
             return;
         }
         if (level + 1 == thresholds.size()) {
-            if (!tooBig)
+            if (!tooBig) {
                 add(component, textured);
+            }
             return;
         }
-        for (const Component &part : connectedComponents(above(component, thresholds[level + 1])))
+        for (const Component &part : connectedComponents(above(component, thresholds[level + 1]))) {
             take(part, level + 1, true);
+        }
     }
 
     void add(const Component &component, bool textured)
@@ -119,8 +130,9 @@ private:
         for (const Run &run : component.runs) {
             rows[std::size_t(run.y - component.box.top)] += run.right - run.left;
             const std::uint8_t *line = m_strength.row(run.y);
-            for (int x = run.left; x < run.right; ++x)
+            for (int x = run.left; x < run.right; ++x) {
                 strength = std::max(strength, int(line[x]));
+            }
         }
         m_marks.push_back({component.box, textured, strength, std::move(rows)});
     }
@@ -131,8 +143,9 @@ private:
     std::vector<Component> fusedParts(const Component &component, std::size_t &level) const
     {
         const Box &box = component.box;
-        if (box.height() < 20 || 2 * box.width() < 3 * box.height())
+        if (box.height() < 20 || 2 * box.width() < 3 * box.height()) {
             return {};
+        }
         for (std::size_t next = level + 1; next < thresholds.size(); ++next) {
             std::vector<Component> parts = connectedComponents(above(component, thresholds[next]));
             int highest = 0;
@@ -143,8 +156,9 @@ private:
                 letters += part.box.height() >= 5;
                 pixels += part.pixels;
             }
-            if (4 * pixels < component.pixels)
+            if (4 * pixels < component.pixels) {
                 break;
+            }
             if (letters >= 4 && 20 * highest <= 12 * box.height() && haveValley(parts, box)) {
                 level = next;
                 return parts;
@@ -157,8 +171,9 @@ private:
     {
         return std::any_of(component.runs.begin(), component.runs.end(), [this](const Run &run) {
             for (int x = run.left; x < run.right; ++x) {
-                if (isRule(x, run.y))
+                if (isRule(x, run.y)) {
                     return true;
+                }
             }
             return false;
         });
@@ -167,9 +182,10 @@ private:
     std::vector<Run> withoutRules(const Component &component) const
     {
         std::vector<Run> runs;
-        for (const Run &run : component.runs)
+        for (const Run &run : component.runs) {
             split(
                 run, [this, y = run.y](int x) { return !isRule(x, y); }, runs);
+        }
         return runs;
     }
 
@@ -186,10 +202,12 @@ private:
         constexpr int thickest = 6;
         for (int i = 0; i < thickest; ++i) {
             y += step;
-            if (y < 0 || y >= m_image.height)
+            if (y < 0 || y >= m_image.height) {
                 return false;
-            if (!rules(y)[x])
+            }
+            if (!rules(y)[x]) {
                 return m_strength.at(x, y) > thresholds[0];
+            }
         }
         return false;
     }
@@ -203,8 +221,9 @@ private:
             for (int y = std::max(0, at.top); y < std::min(at.bottom, m_image.height); ++y) {
                 const std::uint8_t *rule = rules(y);
                 for (int x = std::max(0, at.left); x < std::min(at.right, m_image.width); ++x) {
-                    if (rule[x])
+                    if (rule[x]) {
                         return true;
+                    }
                 }
             }
             return false;
@@ -212,10 +231,12 @@ private:
         const Box wide{box.left - 2, box.top - 2, box.right + 2, box.bottom + 2};
         const bool above = hasRule({wide.left, wide.top, wide.right, box.top + 2});
         const bool below = hasRule({wide.left, box.bottom - 2, wide.right, wide.bottom});
-        if (box.width() <= 6 && box.height() >= 8)
+        if (box.width() <= 6 && box.height() >= 8) {
             return above && below;
-        if (box.width() > 8 || box.height() > 8)
+        }
+        if (box.width() > 8 || box.height() > 8) {
             return false;
+        }
         return (hasRule({box.left, wide.top, box.right, box.top}) ||
                 hasRule({box.left, box.bottom, box.right, wide.bottom})) &&
                (hasRule({wide.left, box.top, box.left, box.bottom}) ||
@@ -232,13 +253,16 @@ private:
     static void split(const Run &run, Keep keep, std::vector<Run> &runs)
     {
         for (int x = run.left; x < run.right;) {
-            while (x < run.right && !keep(x))
+            while (x < run.right && !keep(x)) {
                 ++x;
+            }
             const int start = x;
-            while (x < run.right && keep(x))
+            while (x < run.right && keep(x)) {
                 ++x;
-            if (x > start)
+            }
+            if (x > start) {
                 runs.push_back({run.y, start, x});
+            }
         }
     }
 
@@ -257,13 +281,15 @@ private:
     /// that less than half is left at the next threshold.
     bool isStable(const Component &component, std::size_t level) const
     {
-        if (level + 1 == thresholds.size())
+        if (level + 1 == thresholds.size()) {
             return true;
+        }
         int left = 0;
         for (const Run &run : component.runs) {
             const std::uint8_t *line = m_strength.row(run.y);
-            for (int x = run.left; x < run.right; ++x)
+            for (int x = run.left; x < run.right; ++x) {
                 left += line[x] > thresholds[level + 1];
+            }
         }
         return 2 * left >= component.pixels;
     }
@@ -278,8 +304,9 @@ private:
 
 std::vector<Mark> findMarks(const GreyImage &image)
 {
-    if (image.width < 3 || image.height < 3)
+    if (image.width < 3 || image.height < 3) {
         return {};
+    }
     const GreyImage strength = edgeStrength(image);
     return MarkFinder(image, strength).find();
 }

@@ -51,10 +51,12 @@ std::vector<Place> placesOf(const Reading &base, const Reading &other)
         apart.push_back(std::move(mine));
         places = std::move(apart);
     };
-    for (const ReadWord &word : base.words)
+    for (const ReadWord &word : base.words) {
         add(word, &Place::base);
-    for (const ReadWord &word : other.words)
+    }
+    for (const ReadWord &word : other.words) {
         add(word, &Place::other);
+    }
     return places;
 }
 
@@ -67,8 +69,9 @@ bool hasLetters(const QList<ReadWord> &words)
 {
     for (const ReadWord &word : words) {
         for (const char32_t c : word.text.toUcs4()) {
-            if (QChar::isLetter(c))
+            if (QChar::isLetter(c)) {
                 return true;
+            }
         }
     }
     return false;
@@ -82,8 +85,9 @@ bool isAlike(const QList<ReadWord> &words)
     int letters = 0;
     for (const ReadWord &word : words) {
         for (const QChar c : word.text) {
-            if (c.isLetter() && !alike.contains(c))
+            if (c.isLetter() && !alike.contains(c)) {
                 return false;
+            }
             letters += c.isLetter();
         }
     }
@@ -93,21 +97,26 @@ bool isAlike(const QList<ReadWord> &words)
 /// Whether the other reading is right where the base reading, of a line in `script`, is not.
 bool takesOther(const Place &place, Script script)
 {
-    if (place.base.isEmpty() || !hasLetters(place.other))
+    if (place.base.isEmpty() || !hasLetters(place.other)) {
         return false;
+    }
     const double other = confidence(place.other);
     const double base = confidence(place.base);
-    if (other < leastOther)
+    if (other < leastOther) {
         return false;
-    if (script == Script::Cyrillic && isAlike(place.base))
+    }
+    if (script == Script::Cyrillic && isAlike(place.base)) {
         return true;
-    if (other < base + advantage)
+    }
+    if (other < base + advantage) {
         return false;
+    }
     // What holds letters of the line's own script is rarely all wrong, and of Chinese and
     // Japanese a word is as much as the model saw fit to put together.
     const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
-    if (script == Script::Latin || 2 * own.own <= own.all())
+    if (script == Script::Latin || 2 * own.own <= own.all()) {
         return true;
+    }
     const bool writtenInWords =
         script == Script::Arabic || script == Script::Cyrillic || script == Script::Korean;
     return writtenInWords && (base < weakBase || other >= sureOther);
@@ -117,8 +126,9 @@ QString digitsOf(const QString &text)
 {
     QString digits;
     for (const QChar c : text) {
-        if (isDigit(c.unicode()))
+        if (isDigit(c.unicode())) {
             digits += c;
+        }
     }
     return digits;
 }
@@ -128,14 +138,16 @@ QString digitsOf(const QString &text)
 /// empty string.
 QString percentage(const Place &place)
 {
-    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base))
+    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base)) {
         return {};
+    }
     const QString number = digitsOf(place.other.front().text);
     QString text = place.base.front().text;
     const QString misread = digitsOf(text);
     if (number.isEmpty() || !place.other.front().text.contains(u'%') || text.contains(u'%') ||
-        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread))
+        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread)) {
         return {};
+    }
     return text.replace(misread, number + u'%');
 }
 
@@ -144,10 +156,12 @@ enum class Direction { LeftToRight, RightToLeft, None };
 Direction directionOf(const ReadWord &word)
 {
     for (const char32_t c : word.text.toUcs4()) {
-        if (isArabic(c) && QChar::isLetter(c))
+        if (isArabic(c) && QChar::isLetter(c)) {
             return Direction::RightToLeft;
-        if (QChar::isLetter(c))
+        }
+        if (QChar::isLetter(c)) {
             return Direction::LeftToRight;
+        }
     }
     return Direction::None;
 }
@@ -169,8 +183,9 @@ void sortLogically(QList<ReadWord> &words, bool fromRight)
             turns = turns || directionOf(*last) == against;
             ++last;
         }
-        if (turns)
+        if (turns) {
             std::reverse(first, last);
+        }
         first = last == first ? first + 1 : last;
     }
 }
@@ -183,14 +198,17 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     std::sort(places.begin(), places.end(),
               [](const Place &a, const Place &b) { return a.box.left < b.box.left; });
     std::vector<bool> takes;
-    for (const Place &place : places)
+    takes.reserve(places.size());
+    for (const Place &place : places) {
         takes.push_back(takesOther(place, script));
+    }
     // Numbers and brackets go with the foreign word that they stand beside.
     for (std::size_t i = 0; i < places.size(); ++i) {
         const bool beside = (i > 0 && takes[i - 1]) || (i + 1 < places.size() && takes[i + 1]);
         if (!takes[i] && beside && !hasLetters(places[i].base) && !places[i].other.isEmpty() &&
-            confidence(places[i].other) + advantage > confidence(places[i].base))
+            confidence(places[i].other) + advantage > confidence(places[i].base)) {
             takes[i] = true;
+        }
     }
     Reading merged{base.model, {}};
     bool changed = false;
@@ -206,8 +224,9 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
         changed = changed || takes[i];
         merged.words += takes[i] ? places[i].other : places[i].base;
     }
-    if (!changed)
+    if (!changed) {
         return base;
+    }
     sortLogically(merged.words, script == Script::Arabic);
     return merged;
 }

@@ -29,8 +29,9 @@ constexpr std::size_t lastList = 20;
 QString defaultFolder()
 {
     for (const QLatin1StringView folder : folders) {
-        if (!QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files).isEmpty())
+        if (!QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files).isEmpty()) {
             return folder;
+        }
     }
     return folders.front();
 }
@@ -40,30 +41,36 @@ std::vector<char> withoutLists(QFile &file)
 {
     std::uint32_t count = 0;
     if (file.read(reinterpret_cast<char *>(&count), sizeof count) != sizeof count || count < 18 ||
-        count > 64)
+        count > 64) {
         return {};
+    }
     std::vector<std::int64_t> offsets(count);
     const auto table = qint64(count * sizeof(std::int64_t));
-    if (file.read(reinterpret_cast<char *>(offsets.data()), table) != table)
+    if (file.read(reinterpret_cast<char *>(offsets.data()), table) != table) {
         return {};
+    }
 
     std::vector<std::int64_t> newOffsets(count, -1);
     std::vector<char> data(sizeof count + std::size_t(table));
     for (std::size_t i = 0; i < count; ++i) {
-        if (offsets[i] < 0 || (i >= firstList && i <= lastList))
+        if (offsets[i] < 0 || (i >= firstList && i <= lastList)) {
             continue;
+        }
         std::int64_t end = file.size();
         for (const std::int64_t other : offsets) {
-            if (other > offsets[i])
+            if (other > offsets[i]) {
                 end = std::min(end, other);
+            }
         }
         const std::int64_t length = end - offsets[i];
-        if (length < 0 || end > file.size() || !file.seek(offsets[i]))
+        if (length < 0 || end > file.size() || !file.seek(offsets[i])) {
             return {};
+        }
         newOffsets[i] = std::int64_t(data.size());
         data.resize(data.size() + std::size_t(length));
-        if (file.read(data.data() + newOffsets[i], length) != length)
+        if (file.read(data.data() + newOffsets[i], length) != length) {
             return {};
+        }
     }
     std::memcpy(data.data(), &count, sizeof count);
     std::memcpy(data.data() + sizeof count, newOffsets.data(), std::size_t(table));
@@ -84,8 +91,9 @@ QStringList ModelFolder::installed() const
         const QStringList files = QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files);
         for (const QString &file : files) {
             const QString model = file.chopped(suffix.size());
-            if (!models.contains(model))
+            if (!models.contains(model)) {
                 models.append(model);
+            }
         }
     }
     return models;
@@ -95,8 +103,9 @@ QString ModelFolder::fileOf(const QString &model) const
 {
     for (const QString &folder : {m_path, m_path + "/script"_L1}) {
         const QString file = folder + u'/' + model + suffix;
-        if (QFile::exists(file))
+        if (QFile::exists(file)) {
             return file;
+        }
     }
     return {};
 }
@@ -109,13 +118,16 @@ bool ModelFolder::has(const QString &model) const
 std::vector<char> ModelFolder::read(const QString &model, Dictionary dictionary) const
 {
     QFile file(fileOf(model));
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return {};
-    if (dictionary == Dictionary::Without)
+    }
+    if (dictionary == Dictionary::Without) {
         return withoutLists(file);
+    }
     std::vector<char> data(std::size_t(file.size()));
-    if (file.read(data.data(), qint64(data.size())) != qint64(data.size()))
+    if (file.read(data.data(), qint64(data.size())) != qint64(data.size())) {
         return {};
+    }
     return data;
 }
 

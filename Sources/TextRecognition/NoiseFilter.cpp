@@ -21,10 +21,12 @@ Evidence evidenceOf(const std::vector<LineTask> &tasks)
     for (const LineTask &task : tasks) {
         const LetterCount letters = countLetters(task.best.text(), task.script);
         const double confidence = task.best.confidence();
-        if (confidence > 80)
+        if (confidence > 80) {
             evidence.goodCharacters += task.best.characters();
-        if (confidence >= 72 && letters.all() >= 2)
+        }
+        if (confidence >= 72 && letters.all() >= 2) {
             ++evidence.goodLines;
+        }
         ++evidence.lines;
     }
     return evidence;
@@ -42,40 +44,49 @@ double leastConfidence(const LineTask &task, const Evidence &page)
 {
     const int letters = countLetters(task.best.text(), task.script).all();
     const int characters = task.best.characters();
-    if (letters == 0)
+    if (letters == 0) {
         return 80;
+    }
     // An icon set apart from its label is one mark, about twice as wide as high. Two or three
     // letters of Chinese, Japanese or Korean are as well.
     const Box &box = task.line().box;
     const bool isAlphabetic = writesWithAlphabet(task.script);
     if (isAlphabetic && characters <= 3 && task.line().marks.size() == 1 &&
-        10 * box.width() >= 13 * box.height() && box.width() <= 3 * box.height())
+        10 * box.width() >= 13 * box.height() && box.width() <= 3 * box.height()) {
         return 85;
+    }
     // A few letters of these are a whole line, and the models are less sure of them.
     if (!isAlphabetic && 10 * countLetters(task.best.text(), task.script).own >= 6 * characters &&
-        page.goodCharacters > 8)
+        page.goodCharacters > 8) {
         return characters <= 2 ? 45 : 35;
-    if (characters <= 2)
+    }
+    if (characters <= 2) {
         return page.goodCharacters > 8 ? 60 : 80;
-    if (characters <= 4)
+    }
+    if (characters <= 4) {
         return page.goodCharacters > 8 ? 50 : 72;
-    if (characters >= 8 && letters >= 5 && page.goodCharacters > 8)
+    }
+    if (characters >= 8 && letters >= 5 && page.goodCharacters > 8) {
         return 15;
+    }
     return 50;
 }
 
 bool isNoise(const LineTask &task, const Evidence &page)
 {
     const double confidence = task.best.confidence();
-    if (task.best.isEmpty() || confidence < leastConfidence(task, page))
+    if (task.best.isEmpty() || confidence < leastConfidence(task, page)) {
         return true;
+    }
     const int letters = countLetters(task.best.text(), task.script).all();
     if (letters <= 1 && !(page.lines <= 2 && confidence >= 85 && letters > 0) &&
-        page.goodLines * 10 < page.lines * 6)
+        page.goodLines * 10 < page.lines * 6) {
         return true;
+    }
     // Among many things that were not read, what was is likely chance.
-    if (page.lines < 5 || page.goodLines * 10 >= page.lines * 3)
+    if (page.lines < 5 || page.goodLines * 10 >= page.lines * 3) {
         return false;
+    }
     const double sure = writesWithAlphabet(task.script) ? 90 : 80;
     return (task.best.characters() < 6 && !(confidence > sure && letters >= 3)) ||
            (task.best.characters() < 12 && confidence < 70);
@@ -93,8 +104,9 @@ void dropScenery(std::vector<LineTask> &tasks, const std::vector<Box> &rows)
 {
     constexpr int shortest = 5;
     constexpr double leastSure = 85;
-    if (rows.empty())
+    if (rows.empty()) {
         return;
+    }
     std::erase_if(tasks, [&rows](const LineTask &task) {
         const Box &box = task.line().box;
         const bool inRow = std::any_of(rows.begin(), rows.end(),

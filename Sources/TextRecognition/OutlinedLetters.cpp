@@ -27,13 +27,16 @@ std::vector<Run> brightRuns(const GreyImage &page)
     for (int y = 0; y < page.height; ++y) {
         const std::uint8_t *line = page.row(y);
         for (int x = 0; x < page.width;) {
-            while (x < page.width && line[x] < darkestFill)
+            while (x < page.width && line[x] < darkestFill) {
                 ++x;
+            }
             const int start = x;
-            while (x < page.width && line[x] >= darkestFill)
+            while (x < page.width && line[x] >= darkestFill) {
                 ++x;
-            if (x > start)
+            }
+            if (x > start) {
                 runs.push_back({y, start, x});
+            }
         }
     }
     return runs;
@@ -51,8 +54,9 @@ int darkestNear(const GreyImage &page, int x, int y)
 {
     int darkest = 255;
     for (int nearY = std::max(0, y - 1); nearY <= std::min(page.height - 1, y + 1); ++nearY) {
-        for (int nearX = std::max(0, x - 1); nearX <= std::min(page.width - 1, x + 1); ++nearX)
+        for (int nearX = std::max(0, x - 1); nearX <= std::min(page.width - 1, x + 1); ++nearX) {
             darkest = std::min(darkest, int(page.at(nearX, nearY)));
+        }
     }
     return darkest;
 }
@@ -80,8 +84,9 @@ std::vector<int> surroundings(const GreyImage &page, const Component &shape)
         for (int x = 0; x < mask.width; ++x) {
             const int pageX = x + box.left - margin;
             if (mask.at(x, y) == 1 && pageX >= 0 && pageY >= 0 && pageX < page.width &&
-                pageY < page.height)
+                pageY < page.height) {
                 greys.push_back(darkestNear(page, pageX, pageY));
+            }
         }
     }
     return greys;
@@ -102,19 +107,23 @@ std::vector<OutlinedLetter> outlinedLetters(const GreyImage &page)
     for (Component &shape : connectedComponents(brightRuns(page))) {
         const Box &box = shape.box;
         if (box.height() < smallestDot || box.height() > tallest ||
-            box.width() > 15 * box.height() + tallest)
+            box.width() > 15 * box.height() + tallest) {
             continue;
+        }
         std::vector<int> around = surroundings(page, shape);
-        if (around.empty())
+        if (around.empty()) {
             continue;
+        }
         const auto dark = std::count_if(around.begin(), around.end(),
                                         [](int grey) { return grey <= darkestFill - leastStep; });
         const double share = double(dark) / double(around.size());
-        if (share < leastOutline && box.height() < smallestOutlined)
+        if (share < leastOutline && box.height() < smallestOutlined) {
             continue;
+        }
         std::vector<int> fills;
-        for (const Run &run : shape.runs)
+        for (const Run &run : shape.runs) {
             fills.push_back(page.at((run.left + run.right) / 2, run.y));
+        }
         const bool isLetter = box.height() < smallestOutlined || hasStrokes(shape);
         letters.push_back({std::move(shape), middleOf(std::move(around)),
                            middleOf(std::move(fills)), isLetter && share >= sureOutline,

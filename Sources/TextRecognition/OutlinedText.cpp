@@ -50,8 +50,9 @@ std::vector<Row> rowsOf(const std::vector<OutlinedLetter> &letters)
 {
     std::vector<Row> rows;
     for (const OutlinedLetter &letter : letters) {
-        if (letter.shape.box.height() < smallestOutlined)
+        if (letter.shape.box.height() < smallestOutlined) {
             continue;
+        }
         Row row{letter.shape.box, letter.fill, 1, letter.isSure, letter.isBare};
         // Joining may bring it within reach of rows passed over before.
         for (std::size_t i = 0; i < rows.size();) {
@@ -83,8 +84,9 @@ std::vector<Row> rowsOf(const std::vector<OutlinedLetter> &letters)
             return horizontalOverlap(row.box, other.box) > 0 &&
                    4 * verticalOverlap(row.box, other.box) > row.box.height();
         });
-        if (!overlaps)
+        if (!overlaps) {
             apart.push_back(row);
+        }
     }
     return apart;
 }
@@ -118,8 +120,9 @@ bool standsOnScenery(const GreyImage &page, const Box &row, int outline, int fil
 void paint(const GreyImage &page, const std::vector<const OutlinedLetter *> &letters,
            const Box &patch, int outline, GreyImage &painted)
 {
-    for (int y = patch.top; y < patch.bottom; ++y)
+    for (int y = patch.top; y < patch.bottom; ++y) {
         std::fill(painted.row(y) + patch.left, painted.row(y) + patch.right, std::uint8_t(outline));
+    }
     for (const OutlinedLetter *letter : letters) {
         for (const Run &run : letter->shape.runs) {
             // With the blur of its edges.
@@ -127,8 +130,9 @@ void paint(const GreyImage &page, const std::vector<const OutlinedLetter *> &let
             for (int y = std::max(box.top, patch.top); y < std::min(box.bottom, patch.bottom);
                  ++y) {
                 for (int x = std::max(box.left, patch.left); x < std::min(box.right, patch.right);
-                     ++x)
+                     ++x) {
                     painted.row(y)[x] = std::max(page.at(x, y), std::uint8_t(outline));
+                }
             }
         }
     }
@@ -148,17 +152,21 @@ void findBright(const GreyImage &page, OutlinedText &found)
         std::vector<int> outlines;
         for (const OutlinedLetter &letter : letters) {
             if (letter.isBare || !patch.contains(letter.shape.box) ||
-                std::abs(letter.fill - row.fill) > mostFillStep)
+                std::abs(letter.fill - row.fill) > mostFillStep) {
                 continue;
+            }
             members.push_back(&letter);
-            if (letter.isSure && letter.shape.box.height() >= smallestOutlined)
+            if (letter.isSure && letter.shape.box.height() >= smallestOutlined) {
                 outlines.push_back(letter.outline);
+            }
         }
         const int outline = middleOf(std::move(outlines));
-        if (!standsOnScenery(page, row.box, outline, row.fill))
+        if (!standsOnScenery(page, row.box, outline, row.fill)) {
             continue;
-        if (found.page.isEmpty())
+        }
+        if (found.page.isEmpty()) {
             found.page = page;
+        }
         paint(page, members, patch, outline, found.page);
         found.rows.push_back(patch);
     }
@@ -166,8 +174,9 @@ void findBright(const GreyImage &page, OutlinedText &found)
 
 GreyImage inverted(GreyImage page)
 {
-    for (std::uint8_t &pixel : page.pixels)
+    for (std::uint8_t &pixel : page.pixels) {
         pixel = std::uint8_t(255 - pixel);
+    }
     return page;
 }
 
@@ -176,14 +185,17 @@ GreyImage inverted(GreyImage page)
 OutlinedText findOutlinedText(const GreyImage &page)
 {
     OutlinedText found;
-    if (page.width < 3 || page.height < 3)
+    if (page.width < 3 || page.height < 3) {
         return found;
+    }
     findBright(page, found);
-    if (!found.rows.empty())
+    if (!found.rows.empty()) {
         return found;
+    }
     findBright(inverted(page), found);
-    if (!found.rows.empty())
+    if (!found.rows.empty()) {
         found.page = inverted(std::move(found.page));
+    }
     return found;
 }
 

@@ -30,8 +30,9 @@ std::vector<TextLine> outlinedLines(const OutlinedText &outlined, std::vector<Ma
             mark.box = {mark.box.left + row.left, mark.box.top + row.top, mark.box.right + row.left,
                         mark.box.bottom + row.top};
         }
-        for (TextLine &line : findLines(letters))
+        for (TextLine &line : findLines(letters)) {
             lines.push_back(std::move(line));
+        }
     }
     return lines;
 }
@@ -49,8 +50,9 @@ std::vector<LineTask> lineTasks(const GreyImage &page, std::vector<TextLine> lin
     });
     std::vector<LineTask> tasks;
     for (auto &task : owners) {
-        if (!task->image().isEmpty())
+        if (!task->image().isEmpty()) {
             tasks.push_back(std::move(*task));
+        }
     }
     return tasks;
 }
@@ -63,14 +65,16 @@ PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
     for (const std::size_t i : row) {
         const LineTask &task = tasks[i];
         line.box.unite(task.line().box);
-        if (!best.text.isEmpty())
+        if (!best.text.isEmpty()) {
             best.text += u'\t';
+        }
         best.text += repairedText(task.best, task.script);
         best.confidence = std::min(best.confidence, task.best.confidence() / 100);
     }
     line.readings.append(best);
-    if (row.size() > 1)
+    if (row.size() > 1) {
         return line;
+    }
     QList<Reading> others = tasks[row.front()].others();
     std::sort(others.begin(), others.end(),
               [](const Reading &a, const Reading &b) { return a.confidence() > b.confidence(); });
@@ -78,8 +82,9 @@ PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
         const QString text = repairedText(reading, Languages::scriptOf(reading.model));
         const bool known = std::any_of(line.readings.cbegin(), line.readings.cend(),
                                        [&text](const LineReading &r) { return r.text == text; });
-        if (!text.isEmpty() && !known)
+        if (!text.isEmpty() && !known) {
             line.readings.append({text, std::min(best.confidence, reading.confidence() / 100)});
+        }
     }
     return line;
 }
@@ -88,12 +93,15 @@ PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
 void indent(std::vector<PageLine> &lines)
 {
     std::vector<PlacedText> placed;
-    for (const PageLine &line : lines)
+    placed.reserve(lines.size());
+    for (const PageLine &line : lines) {
         placed.push_back({line.box, line.readings.first().text});
+    }
     const std::vector<int> blanks = indentations(placed);
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        for (LineReading &reading : lines[i].readings)
+        for (LineReading &reading : lines[i].readings) {
             reading.text.prepend(QString(blanks[i], u' '));
+        }
     }
 }
 
@@ -103,33 +111,39 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
                                Workers &workers)
 {
     std::vector<Mark> marks = findMarks(page);
-    if (marks.empty() || languages.isEmpty())
+    if (marks.empty() || languages.isEmpty()) {
         return {};
+    }
     if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
         std::vector<PageLine> columns = readVertical(page, marks, pool);
-        if (!columns.empty())
+        if (!columns.empty()) {
             return columns;
+        }
     }
     const OutlinedText outlined = findOutlinedText(page);
     std::vector<TextLine> lines = outlinedLines(outlined, marks);
-    for (TextLine &line : findLines(marks))
+    for (TextLine &line : findLines(marks)) {
         lines.push_back(std::move(line));
+    }
     std::vector<LineTask> tasks =
         lineTasks(outlined.rows.empty() ? page : outlined.page, std::move(lines), workers);
-    if (tasks.empty())
+    if (tasks.empty()) {
         return {};
+    }
     readLines(tasks, languages, pool, workers);
     dropNoise(tasks);
     dropScenery(tasks, outlined.rows);
 
     std::vector<Piece> pieces;
+    pieces.reserve(tasks.size());
     for (const LineTask &task : tasks) {
         pieces.push_back({task.line().box, task.line().letterHeight,
                           countLetters(task.best.text(), Script::Arabic).own > 0});
     }
     std::vector<PageLine> result;
-    for (const Row &row : readingOrder(pieces))
+    for (const Row &row : readingOrder(pieces)) {
         result.push_back(pageLine(row, tasks));
+    }
     indent(result);
     return result;
 }

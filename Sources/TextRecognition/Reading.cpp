@@ -7,8 +7,9 @@ QString Reading::text() const
 {
     QString text;
     for (const ReadWord &word : words) {
-        if (!text.isEmpty() && word.afterBlank)
+        if (!text.isEmpty() && word.afterBlank) {
             text += u' ';
+        }
         text += word.text;
     }
     return text;
@@ -17,16 +18,18 @@ QString Reading::text() const
 int Reading::characters() const
 {
     qsizetype count = 0;
-    for (const ReadWord &word : words)
+    for (const ReadWord &word : words) {
         count += word.text.size();
+    }
     return int(count);
 }
 
 double Reading::confidence() const
 {
     double sum = 0;
-    for (const ReadWord &word : words)
+    for (const ReadWord &word : words) {
         sum += word.confidence * double(word.text.size());
+    }
     const int count = characters();
     return count > 0 ? sum / count : 0;
 }
@@ -34,8 +37,9 @@ double Reading::confidence() const
 double Reading::leastConfidence() const
 {
     double least = words.isEmpty() ? 0 : 100;
-    for (const ReadWord &word : words)
+    for (const ReadWord &word : words) {
         least = std::min(least, word.confidence);
+    }
     return least;
 }
 

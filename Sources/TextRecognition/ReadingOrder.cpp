@@ -40,24 +40,27 @@ private:
     Box bounds(const Indices &members) const
     {
         Box all = box(members.front());
-        for (const std::size_t i : members)
+        for (const std::size_t i : members) {
             all.unite(box(i));
+        }
         return all;
     }
 
     bool isRightToLeft(const Indices &members) const
     {
         long balance = 0;
-        for (const std::size_t i : members)
+        for (const std::size_t i : members) {
             balance += m_pieces[i].rightToLeft ? box(i).width() : -box(i).width();
+        }
         return balance > 0;
     }
 
     int letterHeight(const Indices &members) const
     {
         std::vector<int> heights;
-        for (const std::size_t i : members)
+        for (const std::size_t i : members) {
             heights.push_back(m_pieces[i].letterHeight);
+        }
         const auto middle = heights.begin() + std::ptrdiff_t(heights.size() / 2);
         std::nth_element(heights.begin(), middle, heights.end());
         return std::max(1, *middle);
@@ -73,10 +76,11 @@ private:
         for (const std::size_t i : members) {
             // Descenders and the edges around letters may touch the next line.
             const int slack = m_pieces[i].letterHeight / 4;
-            if (all.empty() || box(i).top + slack >= bottom)
+            if (all.empty() || box(i).top + slack >= bottom) {
                 all.push_back({i});
-            else
+            } else {
                 all.back().push_back(i);
+            }
             bottom = all.back().size() == 1 ? box(i).bottom : std::max(bottom, box(i).bottom);
         }
         return all;
@@ -86,17 +90,20 @@ private:
     std::vector<Gap> gaps(const Indices &members) const
     {
         std::vector<Gap> taken;
-        for (const std::size_t i : members)
+        for (const std::size_t i : members) {
             taken.push_back({box(i).left, box(i).right});
+        }
         std::sort(taken.begin(), taken.end(),
                   [](const Gap &a, const Gap &b) { return a.left < b.left; });
         std::vector<Gap> free;
-        if (taken.empty())
+        if (taken.empty()) {
             return free;
+        }
         int right = taken.front().right;
         for (const Gap &gap : taken) {
-            if (gap.left > right)
+            if (gap.left > right) {
                 free.push_back({right, gap.left});
+            }
             right = std::max(right, gap.right);
         }
         return free;
@@ -105,8 +112,9 @@ private:
     /// Whether text left and right of a gutter is read side after side, not row after row.
     bool areColumns(const Indices &left, const Indices &right) const
     {
-        if (left.size() < 2 || right.size() < 2)
+        if (left.size() < 2 || right.size() < 2) {
             return false;
+        }
         const Indices &fewer = left.size() < right.size() ? left : right;
         const Indices &more = left.size() < right.size() ? right : left;
         // Cells of one row stand on one line; the lines of two panes do not.
@@ -122,8 +130,9 @@ private:
         }
         const bool aligned = 10 * matched >= 7 * fewer.size();
         const bool severalLines = fewer.size() >= 2 && more.size() >= 3;
-        if (aligned)
+        if (aligned) {
             return severalLines && isProse(left, alignedProse) && isProse(right, alignedProse);
+        }
         return fewer.size() >= 3 ||
                (severalLines && isProse(left, looseProse) && isProse(right, looseProse));
     }
@@ -138,8 +147,9 @@ private:
     {
         const int width = bounds(members).width();
         std::vector<int> widths;
-        for (const std::size_t i : members)
+        for (const std::size_t i : members) {
             widths.push_back(box(i).width());
+        }
         const auto middle = widths.begin() + std::ptrdiff_t(widths.size() / 2);
         std::nth_element(widths.begin(), middle, widths.end());
         return *middle >= 0.6 * width && *middle >= least * letterHeight(members);
@@ -147,8 +157,9 @@ private:
 
     void region(Indices members, int depth)
     {
-        if (members.empty())
+        if (members.empty()) {
             return;
+        }
         const std::vector<Indices> all = bands(std::move(members));
         for (std::size_t first = 0; first < all.size();) {
             Indices left;
@@ -157,8 +168,9 @@ private:
             if (last > first || !left.empty()) {
                 Indices both = left;
                 both.insert(both.end(), right.begin(), right.end());
-                if (isRightToLeft(both))
+                if (isRightToLeft(both)) {
                     std::swap(left, right);
+                }
                 region(std::move(left), depth + 1);
                 region(std::move(right), depth + 1);
                 first = last;
@@ -177,19 +189,22 @@ private:
         std::size_t best = first;
         for (const Gap &start : gaps(all[first])) {
             const int least = 3 * letterHeight(all[first]) / 2;
-            if (start.width() < least)
+            if (start.width() < least) {
                 continue;
+            }
             Gap gutter = start;
             Indices lefts;
             Indices rights;
             std::size_t end = first;
             for (; end < all.size(); ++end) {
                 const Gap narrowed = narrow(gutter, all[end]);
-                if (narrowed.width() < least)
+                if (narrowed.width() < least) {
                     break;
+                }
                 gutter = narrowed;
-                for (const std::size_t i : all[end])
+                for (const std::size_t i : all[end]) {
                     (box(i).right <= gutter.left ? lefts : rights).push_back(i);
+                }
             }
             if (end > best && areColumns(lefts, rights)) {
                 best = end;
@@ -207,13 +222,15 @@ private:
         for (const std::size_t i : band) {
             const bool fromLeft = box(i).left <= gutter.left;
             const bool fromRight = box(i).right >= gutter.right;
-            if (fromLeft && fromRight)
+            if (fromLeft && fromRight) {
                 return {};
+            }
             const bool nearLeft = box(i).left - gutter.left < gutter.right - box(i).right;
-            if (fromLeft || (!fromRight && nearLeft))
+            if (fromLeft || (!fromRight && nearLeft)) {
                 gutter.left = std::max(gutter.left, box(i).right);
-            else
+            } else {
                 gutter.right = std::min(gutter.right, box(i).left);
+            }
         }
         return gutter;
     }
@@ -232,8 +249,9 @@ private:
                 const int shared = verticalOverlap(boxes[r], box(i));
                 const int lower = std::min(boxes[r].height(), box(i).height());
                 bool free = true;
-                for (const std::size_t k : rows[r])
+                for (const std::size_t k : rows[r]) {
                     free = free && horizontalOverlap(box(k), box(i)) <= 0;
+                }
                 if (free && 2 * shared > lower && shared > most) {
                     most = shared;
                     best = r;
@@ -249,8 +267,9 @@ private:
         for (Row &row : rows) {
             std::sort(row.begin(), row.end(),
                       [this](std::size_t a, std::size_t b) { return box(a).left < box(b).left; });
-            if (isRightToLeft(row))
+            if (isRightToLeft(row)) {
                 std::reverse(row.begin(), row.end());
+            }
             m_rows.push_back(std::move(row));
         }
     }

@@ -17,10 +17,12 @@ struct Taps
 float catmullRom(float x)
 {
     x = std::fabs(x);
-    if (x < 1)
+    if (x < 1) {
         return (1.5F * x - 2.5F) * x * x + 1;
-    if (x < 2)
+    }
+    if (x < 2) {
         return ((-0.5F * x + 2.5F) * x - 4) * x + 2;
+    }
     return 0;
 }
 
@@ -40,8 +42,9 @@ std::vector<Taps> taps(int from, int to)
             tap.weights.push_back(catmullRom((float(k) - centre) / stretch));
             sum += tap.weights.back();
         }
-        for (float &weight : tap.weights)
+        for (float &weight : tap.weights) {
             weight = sum != 0 ? weight / sum : 1.0F / float(tap.weights.size());
+        }
     }
     return all;
 }
@@ -52,8 +55,9 @@ GreyImage resampled(const GreyImage &image, int width, int height)
 {
     width = std::max(width, 1);
     height = std::max(height, 1);
-    if (image.isEmpty() || (image.width == width && image.height == height))
+    if (image.isEmpty() || (image.width == width && image.height == height)) {
         return image;
+    }
     const std::vector<Taps> across = taps(image.width, width);
     const std::vector<Taps> down = taps(image.height, height);
 
@@ -66,15 +70,17 @@ GreyImage resampled(const GreyImage &image, int width, int height)
         for (std::size_t k = 0; k < tap.weights.size(); ++k) {
             const std::uint8_t *line = image.row(tap.first + int(k));
             const float weight = tap.weights[k];
-            for (int x = 0; x < image.width; ++x)
+            for (int x = 0; x < image.width; ++x) {
                 sum[std::size_t(x)] += weight * float(line[x]);
+            }
         }
         std::uint8_t *out = result.row(y);
         for (int x = 0; x < width; ++x) {
             const Taps &columns = across[std::size_t(x)];
             float value = 0.5F;
-            for (std::size_t k = 0; k < columns.weights.size(); ++k)
+            for (std::size_t k = 0; k < columns.weights.size(); ++k) {
                 value += columns.weights[k] * sum[std::size_t(columns.first) + k];
+            }
             out[x] = std::uint8_t(std::clamp(value, 0.0F, 255.0F));
         }
     }

@@ -12,8 +12,9 @@ namespace {
 bool rowBoundary(const TextLine &line, int &boundary)
 {
     const Box &box = line.box;
-    if (box.height() < 1.6 * line.letterHeight || line.marks.size() < 3)
+    if (box.height() < 1.6 * line.letterHeight || line.marks.size() < 3) {
         return false;
+    }
     const auto isTall = [&box](const Mark &mark) {
         return 5 * mark.box.height() > 3 * box.height();
     };
@@ -26,10 +27,12 @@ bool rowBoundary(const TextLine &line, int &boundary)
     std::vector<int> covered(std::size_t(box.height()), 0);
     for (const Mark &mark : line.marks) {
         // What is as high as both rows, such as a column of icons, tells nothing beside letters.
-        if (3 * low > 2 * all && isTall(mark))
+        if (3 * low > 2 * all && isTall(mark)) {
             continue;
-        for (std::size_t i = 0; i < mark.rows.size(); ++i)
+        }
+        for (std::size_t i = 0; i < mark.rows.size(); ++i) {
             covered[std::size_t(mark.box.top - box.top) + i] += mark.rows[i];
+        }
     }
     const auto begin = covered.begin();
     const auto height = std::ptrdiff_t(covered.size());
@@ -59,8 +62,9 @@ void splitRows(std::vector<TextLine> &lines)
 {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         int boundary = 0;
-        if (!rowBoundary(lines[i], boundary))
+        if (!rowBoundary(lines[i], boundary)) {
             continue;
+        }
         std::vector<Mark> upper;
         std::vector<Mark> lower;
         for (const Mark &mark : lines[i].marks) {
@@ -76,8 +80,9 @@ void splitRows(std::vector<TextLine> &lines)
         };
         std::erase_if(upper, isNothing);
         std::erase_if(lower, isNothing);
-        if (upper.empty() || lower.empty())
+        if (upper.empty() || lower.empty()) {
             continue;
+        }
         lines[i] = lineOf(std::move(upper));
         lines.push_back(lineOf(std::move(lower)));
         --i;

@@ -82,14 +82,15 @@ LetterCount countLetters(const QString &text, Script script)
 {
     LetterCount count;
     for (const char32_t c : text.toUcs4()) {
-        if (isLatin(c))
+        if (isLatin(c)) {
             ++count.latin;
-        else if (belongsTo(c, script))
+        } else if (belongsTo(c, script)) {
             ++count.own;
-        else if (isDigit(c))
+        } else if (isDigit(c)) {
             ++count.digits;
-        else if (QChar::isLetter(c))
+        } else if (QChar::isLetter(c)) {
             ++count.other;
+        }
     }
     return count;
 }

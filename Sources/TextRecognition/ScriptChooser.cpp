@@ -44,10 +44,12 @@ bool hasOwnShapes(const QString &text)
 double scriptScore(const Reading &reading, Script script)
 {
     const LetterCount letters = countLetters(reading.text(), script);
-    if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits)
+    if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits) {
         return 0;
-    if (script == Script::Cyrillic && !hasOwnShapes(reading.text()))
+    }
+    if (script == Script::Cyrillic && !hasOwnShapes(reading.text())) {
         return 0;
+    }
     const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
     return reading.confidence() - few;
 }
@@ -77,8 +79,9 @@ QString textOf(const std::vector<LineTask *> &lines, const QString &model, Engin
 {
     workers.forEach(lines.size(), [&](std::size_t i) { lines[i]->read(pool, model); });
     QString text;
-    for (LineTask *line : lines)
+    for (LineTask *line : lines) {
         text += line->read(pool, model).text() + u' ';
+    }
     return text;
 }
 
@@ -94,8 +97,9 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
             top = score;
             best = model;
         }
-        if (score >= 93)
+        if (score >= 93) {
             break;
+        }
     }
     return best;
 }
@@ -104,12 +108,14 @@ QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candi
                   EnginePool &pool, Workers &workers)
 {
     const QStringList others = withoutLatin(candidates);
-    if (candidates.size() == 1)
+    if (candidates.size() == 1) {
         return candidates.first();
+    }
     QString latin;
     for (const QString &model : candidates) {
-        if (Languages::scriptOf(model) == Script::Latin)
+        if (Languages::scriptOf(model) == Script::Latin) {
             latin = model;
+        }
     }
     // A line may be no text, or hard to read: what is not sure is decided by several.
     double latinSum = 0;
@@ -118,23 +124,27 @@ QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candi
     for (std::size_t i = 0; i < lines; ++i) {
         if (!latin.isEmpty()) {
             const Reading reading = tasks[i]->sample(pool, latin, sampleLength, false);
-            if (reading.confidence() >= sureConfidence && reading.characters() >= 3)
+            if (reading.confidence() >= sureConfidence && reading.characters() >= 3) {
                 return latin;
+            }
             latinSum += reading.confidence() + 4;
         }
         std::vector<double> scores(sums.size(), 0);
         workers.forEach(scores.size(), [&](std::size_t k) {
             scores[k] = sampleScore(*tasks[i], others[qsizetype(k)], pool);
         });
-        for (std::size_t k = 0; k < sums.size(); ++k)
+        for (std::size_t k = 0; k < sums.size(); ++k) {
             sums[k] += scores[k];
+        }
         const auto best = std::max_element(scores.begin(), scores.end());
-        if (best != scores.end() && *best >= sureConfidence)
+        if (best != scores.end() && *best >= sureConfidence) {
             return others[best - scores.begin()];
+        }
     }
     const auto best = std::max_element(sums.begin(), sums.end());
-    if (best != sums.end() && *best > latinSum)
+    if (best != sums.end() && *best > latinSum) {
         return others[best - sums.begin()];
+    }
     return latin.isEmpty() ? candidates.first() : latin;
 }
 
@@ -160,8 +170,9 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models
         const auto first = scores.begin() + std::ptrdiff_t(line * count);
         const double best = *std::max_element(first, first + std::ptrdiff_t(count));
         const double weight = std::min(20.0, tasks[line]->length());
-        for (std::size_t k = 0; k < count; ++k)
+        for (std::size_t k = 0; k < count; ++k) {
             sums[k] -= weight * std::min(mostHanDoubt, best - scores[line * count + k]);
+        }
     }
     return models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
 }
@@ -170,37 +181,44 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
                    EnginePool &pool, Workers &workers)
 {
     const QStringList models = languages.models(Script::Latin);
-    const QString first = models.first();
-    if (models.size() == 1)
+    QString first = models.first();
+    if (models.size() == 1) {
         return first;
+    }
 
     std::vector<LineTask *> lines;
     double length = 0;
     for (LineTask *task : tasks) {
-        if (lines.size() == languageLines || length > languageLetters)
+        if (lines.size() == languageLines || length > languageLetters) {
             break;
+        }
         lines.push_back(task);
         length += task->length();
     }
     // The first model's reading costs nothing if it turns out to be the right one.
     QList<LanguageScore> scores = guessAmong(textOf(lines, first, pool, workers), models);
-    if (scores.size() < 2)
+    if (scores.size() < 2) {
         return first;
-    if (scores[0].model == first && scores[0].bits - scores[1].bits >= clearBits)
+    }
+    if (scores[0].model == first && scores[0].bits - scores[1].bits >= clearBits) {
         return first;
+    }
     // It loses the accents, which tell the others apart.
-    if (pool.folder().has(u"Latin"_s))
+    if (pool.folder().has(u"Latin"_s)) {
         scores = guessAmong(textOf(lines, u"Latin"_s, pool, workers), models);
-    if (scores[0].bits - scores[1].bits >= clearBits)
+    }
+    if (scores[0].bits - scores[1].bits >= clearBits) {
         return scores[0].model;
+    }
 
     // Too little text to tell: let the likeliest read it.
     scores.removeIf(
         [top = scores[0].bits](const LanguageScore &s) { return s.bits <= top - clearBits; });
     scores = scores.mid(0, 3);
     if (!std::any_of(scores.cbegin(), scores.cend(),
-                     [&first](const LanguageScore &s) { return s.model == first; }))
+                     [&first](const LanguageScore &s) { return s.model == first; })) {
         scores.append({first, scores.last().bits - 2});
+    }
     QString best = first;
     double top = 0;
     for (const LanguageScore &score : std::as_const(scores)) {

@@ -44,8 +44,9 @@ public:
     Languages installed() const
     {
         const Languages languages(pool.folder().installed());
-        if (languages.isEmpty())
+        if (languages.isEmpty()) {
             throwNoModels(pool.folder());
+        }
         return languages;
     }
 
@@ -66,8 +67,9 @@ void TesseractTextRecognizer::prepare()
 {
     m_p->workers.start([p = m_p.get()] {
         const Languages languages(p->pool.folder().installed());
-        if (!languages.isEmpty())
+        if (!languages.isEmpty()) {
             p->pool.lend(languages.models(languages.scripts().first()).first(), Dictionary::With);
+        }
         p->dropper.restart();
     });
 }
@@ -86,11 +88,13 @@ void TesseractTextRecognizer::perform(TextRecognitionRequest &request, const QIm
         RecognizedTextObservation observation;
         observation.boundingBox =
             QRectF(line.box.left, line.box.top, line.box.width(), line.box.height());
-        for (const LineReading &reading : line.readings)
+        for (const LineReading &reading : line.readings) {
             observation.candidates.append({reading.text, reading.confidence});
+        }
         request.results.append(observation);
     }
     m_p->dropper.restart();
-    if (request.completionHandler)
+    if (request.completionHandler) {
         request.completionHandler(request, std::nullopt);
+    }
 }

@@ -25,8 +25,9 @@ QString withoutInnerBlanks(const QString &text)
     for (qsizetype i = 0; i < characters.size(); ++i) {
         const bool inner = characters[i] == U' ' && i > 0 && i + 1 < characters.size() &&
                            isWideEastAsian(characters[i - 1]) && isWideEastAsian(characters[i + 1]);
-        if (!inner)
+        if (!inner) {
             result += QString::fromUcs4(reinterpret_cast<const char32_t *>(&characters[i]), 1);
+        }
     }
     return result;
 }
@@ -35,8 +36,9 @@ QString withoutInnerBlanks(const QString &text)
 /// before the next word, or, of a mark alone, between its neighbours. Nobody knows at the end.
 bool hasRoomForWideMark(const QList<ReadWord> &words, qsizetype i)
 {
-    if (i + 1 == words.size())
+    if (i + 1 == words.size()) {
         return true;
+    }
     const ReadWord &word = words[i];
     const ReadWord &letters = word.text.size() > 1 || i == 0 ? word : words[i - 1];
     const int room = words[i + 1].box.left - letters.box.right;
@@ -55,15 +57,18 @@ Reading withWideMarks(Reading reading)
         const qsizetype kind = narrow.indexOf(text.back());
         const QString before = text.size() > 1 ? text : i > 0 ? words[i - 1].text : QString();
         if (kind < 0 || before.isEmpty() ||
-            !isHan(before[text.size() > 1 ? before.size() - 2 : before.size() - 1].unicode()))
+            !isHan(before[text.size() > 1 ? before.size() - 2 : before.size() - 1].unicode())) {
             continue;
+        }
         const bool beforeHan = i + 1 == words.size() || isHan(words[i + 1].text.front().unicode());
-        if ((text.back() == u':' && !beforeHan) || !hasRoomForWideMark(words, i))
+        if ((text.back() == u':' && !beforeHan) || !hasRoomForWideMark(words, i)) {
             continue;
+        }
         text.back() = wide[kind];
         words[i].afterBlank = words[i].afterBlank && text.size() > 1;
-        if (i + 1 < words.size())
+        if (i + 1 < words.size()) {
             words[i + 1].afterBlank = false;
+        }
     }
     return reading;
 }
@@ -80,8 +85,9 @@ QString withDatesInOrder(QString text)
         };
         const auto before = std::make_reverse_iterator(text.cbegin() + found.capturedStart());
         const auto strong = std::find_if(before, text.crend(), isLetter);
-        if (strong == text.crend() || !isArabic(strong->unicode()))
+        if (strong == text.crend() || !isArabic(strong->unicode())) {
             continue;
+        }
         QStringList groups = found.captured().split(u'-');
         std::reverse(groups.begin(), groups.end());
         text.replace(found.capturedStart(), found.capturedLength(), groups.join(u'-'));
@@ -97,14 +103,17 @@ QString repairedText(const Reading &reading, Script script)
     const bool isChinese = script == Script::SimplifiedHan || script == Script::TraditionalHan;
     const QString read = isChinese ? withWideMarks(reading).text() : reading.text();
     for (const char32_t c : read.toUcs4()) {
-        if (!isDirectionMark(c))
+        if (!isDirectionMark(c)) {
             text += QString::fromUcs4(&c, 1);
+        }
     }
     if (script == Script::Japanese || script == Script::SimplifiedHan ||
-        script == Script::TraditionalHan)
+        script == Script::TraditionalHan) {
         text = withoutInnerBlanks(text);
-    if (script == Script::Arabic)
+    }
+    if (script == Script::Arabic) {
         text = withDatesInOrder(text);
+    }
     return text.trimmed();
 }
 

@@ -31,8 +31,9 @@ int percentile(const Histogram &histogram, double share)
     long seen = 0;
     for (int value = 0; value < 256; ++value) {
         seen += histogram[std::size_t(value)];
-        if (seen > wanted)
+        if (seen > wanted) {
             return value;
+        }
     }
     return 255;
 }
@@ -40,10 +41,11 @@ int percentile(const Histogram &histogram, double share)
 void add(const Box &mark, Stretch &stretch)
 {
     stretch.box.unite(mark);
-    if (!stretch.words.empty() && mark.left <= stretch.words.back().right + 1)
+    if (!stretch.words.empty() && mark.left <= stretch.words.back().right + 1) {
         stretch.words.back().unite(mark);
-    else
+    } else {
         stretch.words.push_back(mark);
+    }
 }
 
 void count(const GreyImage &page, Stretch &stretch)
@@ -54,8 +56,9 @@ void count(const GreyImage &page, Stretch &stretch)
             const bool edge = y == word.top || y == word.bottom - 1;
             for (int x = word.left; x < word.right; ++x) {
                 ++stretch.inside[line[x]];
-                if (edge || x == word.left || x == word.right - 1)
+                if (edge || x == word.left || x == word.right - 1) {
                     ++stretch.rim[line[x]];
+                }
             }
         }
     }
@@ -70,8 +73,9 @@ long all(const Histogram &histogram)
 long countNear(const Histogram &histogram, int value)
 {
     long sum = 0;
-    for (int v = std::max(0, value - 6); v <= std::min(255, value + 6); ++v)
+    for (int v = std::max(0, value - 6); v <= std::min(255, value + 6); ++v) {
         sum += histogram[std::size_t(v)];
+    }
     return sum;
 }
 
@@ -118,8 +122,9 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         const bool follows = !stretches.empty() &&
                              mark.box.left <= stretches.back().box.right + gap &&
                              mark.box.right - stretches.back().box.left <= most;
-        if (!follows)
+        if (!follows) {
             stretches.push_back({mark.box, {}, {}, {}, {}});
+        }
         add(mark.box, stretches.back());
     }
     int strongest = 0;
@@ -139,8 +144,9 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
             });
         if (stretch.tones.onPatch && isLikeOthers &&
             100 * countNear(stretch.inside, stretch.tones.background) <
-                leastPatch * all(stretch.inside))
+                leastPatch * all(stretch.inside)) {
             stretch.tones = tonesOn(stretch, plain);
+        }
     }
     // Specks between letters, as of a JPEG picture, have no background of their own.
     std::erase_if(stretches, [strongest](const Stretch &stretch) {
@@ -167,16 +173,19 @@ Tones tonesAt(const std::vector<Stretch> &stretches, int x)
 {
     std::size_t i = 0;
     while (i + 1 < stretches.size() &&
-           x >= (stretches[i].box.right + stretches[i + 1].box.left) / 2)
+           x >= (stretches[i].box.right + stretches[i + 1].box.left) / 2) {
         ++i;
+    }
     const Stretch &mine = stretches[i];
     const bool before = x < mine.centre();
-    if ((before && i == 0) || (!before && i + 1 == stretches.size()))
+    if ((before && i == 0) || (!before && i + 1 == stretches.size())) {
         return mine.tones;
+    }
     const Stretch &other = stretches[before ? i - 1 : i + 1];
     if (other.tones.isDarkOnBright() != mine.tones.isDarkOnBright() ||
-        std::abs(other.tones.background - mine.tones.background) > mostDrift)
+        std::abs(other.tones.background - mine.tones.background) > mostDrift) {
         return mine.tones;
+    }
     const double share = (x - mine.centre()) / (other.centre() - mine.centre());
     const auto mix = [share](int a, int b) {
         return int(std::lround(a + (b - a) * share));

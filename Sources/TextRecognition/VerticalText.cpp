@@ -25,8 +25,9 @@ constexpr double leastConfidence = 60;
 
 int share(std::vector<int> values, double part)
 {
-    if (values.empty())
+    if (values.empty()) {
         return 0;
+    }
     const auto at = values.begin() + std::ptrdiff_t(double(values.size() - 1) * part);
     std::nth_element(values.begin(), at, values.end());
     return *at;
@@ -35,8 +36,9 @@ int share(std::vector<int> values, double part)
 int letterSizeOf(const std::vector<Mark> &marks)
 {
     std::vector<int> sizes;
-    for (const Mark &mark : marks)
+    for (const Mark &mark : marks) {
         sizes.push_back(std::max(mark.box.width(), mark.box.height()));
+    }
     return share(std::move(sizes), 0.75);
 }
 
@@ -44,8 +46,9 @@ int letterSizeOf(const std::vector<Mark> &marks)
 
 bool isVertical(const std::vector<Mark> &marks)
 {
-    if (marks.size() < fewestLetters || marks.size() > mostMarks)
+    if (marks.size() < fewestLetters || marks.size() > mostMarks) {
         return false;
+    }
     const int size = letterSizeOf(marks);
     std::vector<int> beside;
     std::vector<int> below;
@@ -53,28 +56,35 @@ bool isVertical(const std::vector<Mark> &marks)
     for (const Mark &mark : marks) {
         const Box &box = mark.box;
         wide += box.width() > 2 * size || box.width() > 2 * box.height();
-        if (box.height() * 2 < size && box.width() * 2 < size)
+        if (box.height() * 2 < size && box.width() * 2 < size) {
             continue;
+        }
         int right = std::numeric_limits<int>::max();
         int down = std::numeric_limits<int>::max();
         for (const Mark &other : marks) {
-            if (&other == &mark)
+            if (&other == &mark) {
                 continue;
+            }
             const Box &o = other.box;
             if (o.left >= box.right &&
-                2 * verticalOverlap(o, box) > std::min(o.height(), box.height()))
+                2 * verticalOverlap(o, box) > std::min(o.height(), box.height())) {
                 right = std::min(right, o.left - box.right);
+            }
             if (o.top >= box.bottom &&
-                2 * horizontalOverlap(o, box) > std::min(o.width(), box.width()))
+                2 * horizontalOverlap(o, box) > std::min(o.width(), box.width())) {
                 down = std::min(down, o.top - box.bottom);
+            }
         }
-        if (right <= 3 * size)
+        if (right <= 3 * size) {
             beside.push_back(right);
-        if (down <= 3 * size)
+        }
+        if (down <= 3 * size) {
             below.push_back(down);
+        }
     }
-    if (below.size() < fewestLetters || wide * 5 > marks.size())
+    if (below.size() < fewestLetters || wide * 5 > marks.size()) {
         return false;
+    }
     // Within a column letters nearly touch; between columns there is half a letter at least.
     const int near = share(below, 0.5);
     return 10 * near < 3 * size &&
@@ -84,36 +94,43 @@ bool isVertical(const std::vector<Mark> &marks)
 std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark> &marks,
                                    EnginePool &pool)
 {
-    if (!pool.folder().has(verticalModel))
+    if (!pool.folder().has(verticalModel)) {
         return {};
+    }
     TextLine whole;
     whole.marks = marks;
     whole.box = marks.front().box;
-    for (const Mark &mark : marks)
+    for (const Mark &mark : marks) {
         whole.box.unite(mark.box);
+    }
     whole.letterHeight = letterSizeOf(marks);
     whole.isVertical = true;
     const LineImage image = lineImage(page, whole);
-    if (image.isEmpty())
+    if (image.isEmpty()) {
         return {};
+    }
     const EnginePool::Loan engine = pool.lend(verticalModel, Dictionary::With);
-    if (!engine)
+    if (!engine) {
         return {};
+    }
     const Reading reading = engine->read(image.picture, ReadMode::Vertical);
-    if (reading.confidence() < leastConfidence)
+    if (reading.confidence() < leastConfidence) {
         return {};
+    }
 
     std::vector<Reading> columns;
     for (const ReadWord &word : reading.words) {
-        if (columns.empty() || word.startsLine)
+        if (columns.empty() || word.startsLine) {
             columns.push_back({reading.model, {}});
+        }
         columns.back().words.append(word);
     }
     std::vector<PageLine> lines;
     for (const Reading &column : columns) {
         Box box = column.words.first().box;
-        for (const ReadWord &word : column.words)
+        for (const ReadWord &word : column.words) {
             box.unite(word.box);
+        }
         lines.push_back(
             {{int(image.pageX(box.left)), int((box.top - image.offsetY) / image.scale),
               int(image.pageX(box.right)), int((box.bottom - image.offsetY) / image.scale)},

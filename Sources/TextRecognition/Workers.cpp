@@ -26,16 +26,18 @@ public:
             std::size_t mine = 0;
             {
                 const std::lock_guard lock(m_mutex);
-                if (m_next == m_count)
+                if (m_next == m_count) {
                     return;
+                }
                 mine = m_next++;
                 ++m_busy;
             }
             m_work(mine);
             const std::lock_guard lock(m_mutex);
             --m_busy;
-            if (m_next == m_count && m_busy == 0)
+            if (m_next == m_count && m_busy == 0) {
                 m_done.notify_all();
+            }
         }
     }
 
@@ -72,12 +74,14 @@ void Workers::start(std::function<void()> task)
 
 void Workers::forEach(std::size_t count, const std::function<void(std::size_t)> &work)
 {
-    if (count == 0)
+    if (count == 0) {
         return;
+    }
     const auto batch = std::make_shared<Batch>(count, work);
     const auto helpers = std::min(count - 1, std::size_t(m_pool.maxThreadCount()));
-    for (std::size_t i = 0; i < helpers; ++i)
+    for (std::size_t i = 0; i < helpers; ++i) {
         m_pool.start([batch] { batch->takePart(); });
+    }
     batch->takePart();
     batch->wait();
 }

@@ -18,8 +18,8 @@
 class XEmbedIcon
 {
 public:
-    /// `connection` outlives the icon. `visual` is the tray's choice, XCB_NONE if it has none.
-    XEmbedIcon(const X11Connection &connection, xcb_visualid_t visual);
+    /// `x` outlives the icon. `visual` is the tray's choice, XCB_NONE if it has none.
+    XEmbedIcon(const X11Connection &x, xcb_visualid_t visual);
     ~XEmbedIcon();
     XEmbedIcon(const XEmbedIcon &) = delete;
     XEmbedIcon &operator=(const XEmbedIcon &) = delete;
