@@ -36,14 +36,11 @@ bool isTall(const LineTask &task, const ReadWord &word)
     const double left = task.image().pageX(word.box.left);
     const double right = task.image().pageX(word.box.right);
     const int height = task.line().letterHeight;
-    for (const Mark &mark : task.line().marks) {
+    return std::ranges::any_of(task.line().marks, [&](const Mark &mark) {
         const double centre = mark.box.centreX2() / 2.0;
-        if (centre >= left && centre <= right && 5 * mark.box.height() >= 6 * height &&
-            mark.box.width() <= 2 * mark.box.height()) {
-            return true;
-        }
-    }
-    return false;
+        return centre >= left && centre <= right && 5 * mark.box.height() >= 6 * height &&
+               mark.box.width() <= 2 * mark.box.height();
+    });
 }
 
 bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &rest)

@@ -85,7 +85,7 @@ Reading LineTask::read(EnginePool &pool, const QString &model)
             return *found;
         }
     }
-    const Reading reading = readWith(pool, model, m_image.picture);
+    Reading reading = readWith(pool, model, m_image.picture);
     const std::lock_guard lock(*m_mutex);
     m_readings.insert(model, reading);
     return reading;

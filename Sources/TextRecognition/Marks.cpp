@@ -5,8 +5,10 @@
 #include "Controls.h"
 #include "Edges.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <ranges>
 
 namespace recognition {
 
@@ -62,8 +64,8 @@ void dropFrames(std::vector<Mark> &marks)
             frames.push_back(i);
         }
     }
-    for (auto i = frames.rbegin(); i != frames.rend(); ++i) {
-        marks.erase(marks.begin() + std::ptrdiff_t(*i));
+    for (const std::size_t frame : std::views::reverse(frames)) {
+        marks.erase(marks.begin() + std::ptrdiff_t(frame));
     }
 }
 

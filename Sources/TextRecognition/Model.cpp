@@ -45,7 +45,7 @@ std::vector<char> withoutLists(QFile &file)
         return {};
     }
     std::vector<std::int64_t> offsets(count);
-    const auto table = qint64(count * sizeof(std::int64_t));
+    const auto table = qint64(count) * qint64(sizeof(std::int64_t));
     if (file.read(reinterpret_cast<char *>(offsets.data()), table) != table) {
         return {};
     }
@@ -102,7 +102,7 @@ QStringList ModelFolder::installed() const
 QString ModelFolder::fileOf(const QString &model) const
 {
     for (const QString &folder : {m_path, m_path + "/script"_L1}) {
-        const QString file = folder + u'/' + model + suffix;
+        QString file = folder + u'/' + model + suffix;
         if (QFile::exists(file)) {
             return file;
         }

@@ -43,7 +43,7 @@ public:
 
     Languages installed() const
     {
-        const Languages languages(pool.folder().installed());
+        Languages languages(pool.folder().installed());
         if (languages.isEmpty()) {
             throwNoModels(pool.folder());
         }

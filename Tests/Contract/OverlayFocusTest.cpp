@@ -12,6 +12,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+/// In which nothing must happen, in milliseconds: longer than the tenth of a second after which Qt
+/// takes the loss of the keyboard for final.
+constexpr int quiet = 300;
+} // namespace
+
 class OverlayFocusTest : public QObject
 {
     Q_OBJECT
@@ -183,7 +189,7 @@ void OverlayFocusTest::deactivation()
         m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
     QVERIFY(overlay.waitUntilPainted());
     QTRY_VERIFY(overlay.panels().back()->isActiveWindow());
-    QTest::qWait(300);
+    QTest::qWait(quiet);
     QCOMPARE(resigned, 0);
 
     QElapsedTimer timer;
@@ -205,7 +211,7 @@ void OverlayFocusTest::noDeactivationAmongOwnWindows()
         m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
     // We have not had the keyboard yet.
     m_peer->activate();
-    QTest::qWait(200);
+    QTest::qWait(quiet);
     QCOMPARE(resigned, 0);
 
     TestOverlay overlay(m_platform);
@@ -214,7 +220,7 @@ void OverlayFocusTest::noDeactivationAmongOwnWindows()
         m_platform.overlaySurface->makeKey(*panel);
         QTRY_VERIFY(panel->isActiveWindow());
     }
-    QTest::qWait(200);
+    QTest::qWait(quiet);
     QCOMPARE(resigned, 0);
 }
 
@@ -226,10 +232,9 @@ void OverlayFocusTest::grabbedKeysAreNoDeactivation()
     const auto observer =
         m_platform.eventMonitor->addResignActiveObserver([&resigned] { ++resigned; });
     m_peer->ask(u"grab"_s);
-    // Longer than the tenth of a second after which Qt takes the loss for final.
-    QTest::qWait(300);
+    QTest::qWait(quiet);
     m_peer->ask(u"ungrab"_s);
-    QTest::qWait(200);
+    QTest::qWait(quiet);
     QCOMPARE(resigned, 0);
     // And nothing of it stays behind.
     m_peer->takeKeyboard();

@@ -201,6 +201,7 @@ void OverlayGrabTest::grabsOfDimmedScreens()
             panel->hole.moveLeft(200 + cycle);
             panel->update();
         }
+        // In another phase of the repaint each time.
         QTest::qWait(10 * cycle);
         const Screen screen = anyScreen();
         const QRectF rect = anyRect(screen);

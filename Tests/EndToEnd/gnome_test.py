@@ -10,11 +10,11 @@ from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, key, screenshot
 from support.gnome import ask, set_permission
 from support.page import Page
+from support.pressing import QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
 from support.waiting import holds_for, wait_until
 
 TEXT = "Between two worlds"
-QT_O = 79
 PICTURES = Path(os.environ["HOME"]) / "Pictures"
 
 # The buttons of the shell's own dialog, by what stands on them.
@@ -85,11 +85,7 @@ class GnomeTest(unittest.TestCase):
             others = wait_until("the settings daemon's own keys", grabbed_keys)
             with Program({"outputMode": "clipboard", "hotkeyEnabled": "true"}):
                 wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
-                before = screenshot()
-                key("super+shift+o")
-                wait_until("the dim on every screen", lambda: is_dimmed(before))
-                key("Escape")
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                assert_captures("super+shift+o")
                 self.assertEqual(page.said(f"key {QT_O}"), [])
             wait_until("the shortcut to be free", lambda: grabbed_keys() == others)
 

@@ -7,36 +7,21 @@ import unittest
 from support import desktop, main
 from support.desktop import key, tool
 from support.page import Page
+from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
 from support.program import (Program, activate_action, is_dimmed, is_on_bus, is_unchanged,
                              settled_screenshot)
 from support.shortcut import (ALT, CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               wait_until_free, wait_until_taken)
-from support.waiting import holds_for, wait_until
+from support.waiting import wait_until
 
 TEXT = "In front"
 ON = {"hotkeyEnabled": "true"}
 SHORTCUT = "super+shift+o"
-# Qt's numbers, as the page says them.
-QT_O, QT_ESCAPE = 79, 16777216
-NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
-               "Accessibility permission likely denied")
+# Qt's number, as the page says it.
+QT_ESCAPE = 16777216
 
 
 class HotkeyTest(unittest.TestCase):
-    def assert_captures(self, shortcut=SHORTCUT):
-        before = settled_screenshot()
-        key(shortcut)
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
-        key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before))
-
-    def assert_reaches(self, page, shortcut):
-        """The shortcut goes to the window in front, and only there."""
-        before, count = settled_screenshot(), len(page.said(f"key {QT_O}"))
-        key(shortcut)
-        wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
-        holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
-
     def assert_never_saw_it(self, page):
         # What is typed afterwards has come: so would have what was typed before.
         count = len(page.said(r"key 88"))
@@ -47,15 +32,15 @@ class HotkeyTest(unittest.TestCase):
     def test_captures_and_the_window_in_front_sees_nothing(self):
         with Page(TEXT) as page, Program(ON):
             wait_until_taken()
-            self.assert_captures()
-            self.assert_captures()
+            assert_captures(SHORTCUT)
+            assert_captures(SHORTCUT)
             self.assert_never_saw_it(page)
 
     def test_other_modifiers_go_to_the_window(self):
         with Page(TEXT) as page, Program(ON):
             wait_until_taken()
             for shortcut in ("super+shift+alt+o", "shift+o", "o", "ctrl+shift+o"):
-                self.assert_reaches(page, shortcut)
+                assert_reaches(page, shortcut)
 
     def test_locks_do_not_matter(self):
         with Page(TEXT) as page, Program(ON):
@@ -64,7 +49,7 @@ class HotkeyTest(unittest.TestCase):
                 for lock in locks:
                     key(lock)
                 try:
-                    self.assert_captures()
+                    assert_captures(SHORTCUT)
                 finally:
                     for lock in locks:
                         key(lock)
@@ -74,7 +59,7 @@ class HotkeyTest(unittest.TestCase):
         with Page(TEXT) as page, Program({}) as program:
             program.status_item()
             self.assertTrue(is_free(O_KEY, SHIFT | SUPER))
-            self.assert_reaches(page, SHORTCUT)
+            assert_reaches(page, SHORTCUT)
 
     def test_a_shortcut_of_another_program(self):
         with Page(TEXT), KeyHolder(O_KEY, SHIFT | SUPER) as other:
@@ -89,8 +74,8 @@ class HotkeyTest(unittest.TestCase):
     def test_bare_key(self):
         with Page(TEXT) as page, Program({**ON, "hotkeyString": "o"}):
             wait_until_taken(O_KEY, 0)
-            self.assert_captures("o")
-            self.assert_reaches(page, "shift+o")
+            assert_captures("o")
+            assert_reaches(page, "shift+o")
 
     def test_frees_the_key_at_the_end(self):
         with Program(ON):

@@ -9,6 +9,7 @@ from support import accessibility, desktop, main
 from support.accessibility import control, controls, has_control
 from support.desktop import Pointer, frame_box, key, tool, window_box
 from support.page import Page
+from support.pressing import NOT_CREATED
 from support.program import (APPLICATION_ID, Program, activate_action, is_dimmed, is_on_bus,
                              is_unchanged, settings_file, settled_screenshot)
 from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
@@ -20,8 +21,6 @@ ON = {"hotkeyEnabled": "true"}
 ENVIRONMENT = accessibility.ENVIRONMENT
 RECORDER = "text", "Shortcut"
 ENABLE = "check box", "Enable global hotkey"
-NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
-               "Accessibility permission likely denied")
 
 
 def open_settings():

@@ -7,67 +7,44 @@ import unittest
 from support import desktop, main
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
-from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
+from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
+from support.program import Program, is_dimmed, is_unchanged, wait_until_launched
 from support.sway import command, float_pages
 from support.waiting import holds_for, wait_until
 
 TEXT = "Between two worlds"
 SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
-NOT_CREATED = ("GlobalHotkey: Failed to create event tap — "
-               "Accessibility permission likely denied")
-QT_O = 79
-
-
-def wait_until_launched():
-    """Until the program has done what it had to by now."""
-    wait_until("the program on the session bus", is_on_bus)
-    # What it is asked is answered by its event loop: the second answer comes after the launch.
-    for _ in range(2):
-        activate_action("no-such-action")
 
 
 class SwayTest(unittest.TestCase):
-    def assert_captures(self, shortcut):
-        before = screenshot()
-        key(shortcut)
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
-        key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before))
-
-    def assert_reaches_the_window(self, page, shortcut):
-        before, count = screenshot(), len(page.said(f"key {QT_O}"))
-        key(shortcut)
-        wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
-        holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
-
     # The shortcut
 
     def test_shortcut(self):
         with Page(TEXT) as page, Program(SHORTCUT_ON):
             wait_until_launched()
-            self.assert_captures("super+shift+o")
-            self.assert_captures("super+shift+o")
+            assert_captures("super+shift+o")
+            assert_captures("super+shift+o")
             self.assertEqual(page.said(f"key {QT_O}"), [])
-            self.assert_reaches_the_window(page, "ctrl+shift+o")
+            assert_reaches(page, "ctrl+shift+o")
 
     def test_shortcut_outlives_a_reload(self):
         with Page(TEXT), Program(SHORTCUT_ON):
             wait_until_launched()
-            self.assert_captures("super+shift+o")
+            assert_captures("super+shift+o")
             before = screenshot()
             command("reload")
             float_pages()
             # The reload is over, and the program has been told, when sway takes the next command.
             wait_until_launched()
             wait_until("the desktop of before", lambda: is_unchanged(before))
-            self.assert_captures("super+shift+o")
+            assert_captures("super+shift+o")
 
     def test_shortcut_is_freed_at_the_end(self):
         with Page(TEXT) as page:
             with Program(SHORTCUT_ON):
                 wait_until_launched()
-                self.assert_captures("super+shift+o")
-            self.assert_reaches_the_window(page, "super+shift+o")
+                assert_captures("super+shift+o")
+            assert_reaches(page, "super+shift+o")
 
     def test_shortcut_that_the_configuration_binds(self):
         with Program({**SHORTCUT_ON, "hotkeyString": "cmd+shift+d"}) as program:

@@ -3,7 +3,6 @@
 
 #include "Platform/Freedesktop/SessionBus.h"
 #include "Platform/GNOME/CustomKey.h"
-#include "Platform/Wayland/WaylandKeyboard.h"
 
 #include <QDBusConnectionInterface>
 
@@ -24,14 +23,4 @@ std::unique_ptr<KeyTap::Tap> CustomKeyTap::createTap(const KeyCombination &combi
         return nullptr;
     }
     return key;
-}
-
-std::optional<KeyCombination> CustomKeyTap::combination(const QKeyEvent &event) const
-{
-    return WaylandKeyboard().combination(event);
-}
-
-QString CustomKeyTap::keyLabel(quint16 keyCode) const
-{
-    return WaylandKeyboard().label(keyCode);
 }

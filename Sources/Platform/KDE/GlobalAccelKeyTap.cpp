@@ -3,7 +3,6 @@
 
 #include "Platform/Freedesktop/SessionBus.h"
 #include "Platform/KDE/GlobalAccelKey.h"
-#include "Platform/Wayland/WaylandKeyboard.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
@@ -29,14 +28,4 @@ std::unique_ptr<KeyTap::Tap> GlobalAccelKeyTap::createTap(const KeyCombination &
         return nullptr;
     }
     return key;
-}
-
-std::optional<KeyCombination> GlobalAccelKeyTap::combination(const QKeyEvent &event) const
-{
-    return WaylandKeyboard().combination(event);
-}
-
-QString GlobalAccelKeyTap::keyLabel(quint16 keyCode) const
-{
-    return WaylandKeyboard().label(keyCode);
 }

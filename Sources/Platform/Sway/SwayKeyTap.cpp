@@ -3,7 +3,6 @@
 
 #include "Platform/Sway/SwayConnection.h"
 #include "Platform/Sway/SwayKeyBinding.h"
-#include "Platform/Wayland/WaylandKeyboard.h"
 
 bool SwayKeyTap::isUsable()
 {
@@ -18,14 +17,4 @@ std::unique_ptr<KeyTap::Tap> SwayKeyTap::createTap(const KeyCombination &combina
         return nullptr;
     }
     return binding;
-}
-
-std::optional<KeyCombination> SwayKeyTap::combination(const QKeyEvent &event) const
-{
-    return WaylandKeyboard().combination(event);
-}
-
-QString SwayKeyTap::keyLabel(quint16 keyCode) const
-{
-    return WaylandKeyboard().label(keyCode);
 }

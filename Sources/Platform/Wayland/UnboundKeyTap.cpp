@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/UnboundKeyTap.h"
 
-#include "Platform/Wayland/WaylandKeyboard.h"
-
 #include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
@@ -18,14 +16,4 @@ std::unique_ptr<KeyTap::Tap> UnboundKeyTap::createTap(const KeyCombination & /*c
     m_log.log(u"This desktop lets programs bind no keys. Bind one yourself, in its settings, to: "
               u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName()));
     return nullptr;
-}
-
-std::optional<KeyCombination> UnboundKeyTap::combination(const QKeyEvent &event) const
-{
-    return WaylandKeyboard().combination(event);
-}
-
-QString UnboundKeyTap::keyLabel(quint16 keyCode) const
-{
-    return WaylandKeyboard().label(keyCode);
 }

@@ -266,3 +266,11 @@ def activate_action(action):
     desktop.tool("gdbus", "call", "--session", "--dest", APPLICATION_ID, "--object-path",
                  OBJECT_PATH, "--method", "org.freedesktop.Application.ActivateAction", action,
                  "[]", "{}")
+
+
+def wait_until_launched():
+    """Until the program has done what it had to by now."""
+    wait_until("the program on the session bus", is_on_bus)
+    # What it is asked is answered by its event loop: the second answer comes after the launch.
+    for _ in range(2):
+        activate_action("no-such-action")
