@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GlobalHotkey.h"
 
-#include "AppDelegate.h"
-#include "Settings.h"
+#include "HotkeyExpectations.h"
 #include "Support/FakePlatform.h"
 
 #include <QTest>
@@ -12,24 +11,18 @@ using namespace Qt::StringLiterals;
 namespace {
 constexpr quint64 command = KeyFlags::command;
 constexpr quint64 shift = KeyFlags::shift;
-constexpr KeyCombination commandShiftO{31, command | shift};
 constexpr quint64 capsLock = 0x10000;
 constexpr quint64 numericPad = 0x200000;
 constexpr quint64 function = 0x800000;
 constexpr quint64 leftCommandDevice = 0x8;
-
-const QString notTrusted = u"GlobalHotkey: Accessibility permission not yet granted"_s;
-const QString notCreated =
-    u"GlobalHotkey: Failed to create event tap — Accessibility permission likely denied"_s;
 } // namespace
 
-/// The listener, and the delegate that starts and stops it as the settings change.
+/// The listener by itself.
 class GlobalHotkeyTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -51,34 +44,14 @@ private Q_SLOTS:
     void staysDeafOnATakenConfiguration();
     void firesOnBareKeys();
 
-    void delegateStartsOnlyWhenOnAndTrusted_data();
-    void delegateStartsOnlyWhenOnAndTrusted();
-    void delegateCapturesOnTheShortcut();
-    void delegateFollowsTheShortcut();
-    void delegateIgnoresTheShortcutWhileOff();
-    void delegateFollowsTheSwitch();
-    void delegateRestartsOnTheSameValue();
-    void delegateSwitchesOffOnADenial();
-    void delegateStaysOnWhenTheKeyIsTaken();
-    void delegateFreesTheKeyAtTheEnd();
-
 private:
     std::shared_ptr<GlobalHotkey> listener();
-    /// Starts a delegate with these settings.
-    void launch(bool enabled, const QString &hotkeyString);
     bool press(const KeyCombination &combination);
 
     std::unique_ptr<FakePlatform> m_platform;
-    std::unique_ptr<AppDelegate> m_delegate;
     int m_actions = 0;
     int m_denials = 0;
 };
-
-void GlobalHotkeyTest::initTestCase()
-{
-    FakePlatform platform;
-    Settings::shared();
-}
 
 void GlobalHotkeyTest::init()
 {
@@ -89,11 +62,8 @@ void GlobalHotkeyTest::init()
 
 void GlobalHotkeyTest::cleanup()
 {
-    m_platform->endSelections();
-    m_delegate.reset();
     QCOMPARE(m_platform->keyTap.tapCount(), 0);
     QCoreApplication::sendPostedEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_platform.reset();
 }
 
@@ -104,14 +74,6 @@ std::shared_ptr<GlobalHotkey> GlobalHotkeyTest::listener()
         ++m_denials;
     };
     return hotkey;
-}
-
-void GlobalHotkeyTest::launch(bool enabled, const QString &hotkeyString)
-{
-    Settings::shared().setHotkeyEnabled(enabled);
-    Settings::shared().setHotkeyString(hotkeyString);
-    m_delegate = std::make_unique<AppDelegate>();
-    m_delegate->applicationDidFinishLaunching();
 }
 
 bool GlobalHotkeyTest::press(const KeyCombination &combination)
@@ -267,7 +229,7 @@ void GlobalHotkeyTest::tellsOfADenial()
     const auto hotkey = listener();
     hotkey->start();
     QVERIFY(!hotkey->isRunning());
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrusted});
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrustedLine});
     QCOMPARE(m_denials, 1);
     QCOMPARE(m_platform->keyTap.createCount, 0);
 }
@@ -278,7 +240,7 @@ void GlobalHotkeyTest::managesWithoutADenialHandler()
     const auto hotkey = GlobalHotkey::make([] {});
     hotkey->start();
     QVERIFY(!hotkey->isRunning());
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrusted});
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrustedLine});
 }
 
 void GlobalHotkeyTest::logsATapThatCannotBeCreated()
@@ -287,7 +249,7 @@ void GlobalHotkeyTest::logsATapThatCannotBeCreated()
     const auto hotkey = listener();
     hotkey->start();
     QVERIFY(!hotkey->isRunning());
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreated});
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreatedLine});
     QCOMPARE(m_denials, 0);
     m_platform->keyTap.taken.clear();
     hotkey->start();
@@ -319,7 +281,7 @@ void GlobalHotkeyTest::staysDeafOnATakenConfiguration()
     hotkey->start();
     hotkey->configure(u"ctrl+k"_s);
     QVERIFY(hotkey->isRunning());
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreated});
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreatedLine});
     hotkey->configure(u"ctrl+j"_s);
     QVERIFY(press({38, KeyFlags::control}));
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
@@ -333,121 +295,6 @@ void GlobalHotkeyTest::firesOnBareKeys()
     QVERIFY(press({31, 0}));
     QVERIFY(!press({31, shift}));
     QCOMPARE(m_actions, 1);
-}
-
-void GlobalHotkeyTest::delegateStartsOnlyWhenOnAndTrusted_data()
-{
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<bool>("trusted");
-    QTest::newRow("off") << false << true;
-    QTest::newRow("not trusted") << true << false;
-    QTest::newRow("on and trusted") << true << true;
-}
-
-void GlobalHotkeyTest::delegateStartsOnlyWhenOnAndTrusted()
-{
-    QFETCH(const bool, enabled);
-    QFETCH(const bool, trusted);
-    m_platform->keyTap.trusted = trusted;
-    launch(enabled, u"cmd+shift+o"_s);
-    QCOMPARE(m_platform->keyTap.tapCount(), enabled && trusted ? 1 : 0);
-    // Nobody is asked for anything at launch, and nothing is said.
-    QCOMPARE(m_platform->keyTap.promptCount, enabled && trusted ? 1 : 0);
-    QVERIFY(m_platform->systemLog.lines.isEmpty());
-    QCOMPARE(Settings::shared().hotkeyEnabled(), enabled);
-}
-
-void GlobalHotkeyTest::delegateCapturesOnTheShortcut()
-{
-    launch(true, u"cmd+shift+o"_s);
-    QVERIFY(press(commandShiftO));
-    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
-}
-
-void GlobalHotkeyTest::delegateFollowsTheShortcut()
-{
-    launch(true, u"cmd+shift+o"_s);
-    Settings::shared().setHotkeyString(u"ctrl+alt+5"_s);
-    QCOMPARE(m_platform->keyTap.tapCount(), 1);
-    QVERIFY(m_platform->keyTap.tapped() ==
-            (KeyCombination{23, KeyFlags::control | KeyFlags::option}));
-    QVERIFY(!press(commandShiftO));
-    QVERIFY(press({23, KeyFlags::control | KeyFlags::option}));
-}
-
-void GlobalHotkeyTest::delegateIgnoresTheShortcutWhileOff()
-{
-    launch(false, u"cmd+shift+o"_s);
-    Settings::shared().setHotkeyString(u"ctrl+alt+5"_s);
-    QCOMPARE(m_platform->keyTap.createCount, 0);
-    QCOMPARE(m_platform->keyTap.promptCount, 0);
-    Settings::shared().setHotkeyEnabled(true);
-    QVERIFY(m_platform->keyTap.tapped() ==
-            (KeyCombination{23, KeyFlags::control | KeyFlags::option}));
-}
-
-void GlobalHotkeyTest::delegateFollowsTheSwitch()
-{
-    launch(true, u"cmd+shift+o"_s);
-    Settings::shared().setHotkeyEnabled(false);
-    QCOMPARE(m_platform->keyTap.tapCount(), 0);
-    QVERIFY(!press(commandShiftO));
-    Settings::shared().setHotkeyEnabled(true);
-    QVERIFY(press(commandShiftO));
-}
-
-void GlobalHotkeyTest::delegateRestartsOnTheSameValue()
-{
-    launch(true, u"cmd+shift+o"_s);
-    Settings::shared().setHotkeyEnabled(true);
-    Settings::shared().setHotkeyString(u"cmd+shift+o"_s);
-    QCOMPARE(m_platform->keyTap.createCount, 3);
-    QCOMPARE(m_platform->keyTap.tapCount(), 1);
-}
-
-void GlobalHotkeyTest::delegateSwitchesOffOnADenial()
-{
-    launch(false, u"cmd+shift+o"_s);
-    m_platform->keyTap.trusted = false;
-    Settings::shared().setHotkeyEnabled(true);
-    QCoreApplication::sendPostedEvents();
-    QVERIFY(!Settings::shared().hotkeyEnabled());
-    QVERIFY(!m_platform->userDefaults().boolean(u"hotkeyEnabled"_s));
-    QCOMPARE(m_platform->keyTap.tapCount(), 0);
-    QCOMPARE(m_platform->keyTap.promptCount, 1);
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrusted});
-
-    // The same while it was on, when another shortcut is recorded.
-    m_platform->keyTap.trusted = true;
-    Settings::shared().setHotkeyEnabled(true);
-    m_platform->keyTap.trusted = false;
-    Settings::shared().setHotkeyString(u"ctrl+k"_s);
-    QVERIFY(!Settings::shared().hotkeyEnabled());
-    QCOMPARE(Settings::shared().hotkeyString(), u"ctrl+k"_s);
-    QCOMPARE(m_platform->keyTap.tapCount(), 0);
-}
-
-void GlobalHotkeyTest::delegateStaysOnWhenTheKeyIsTaken()
-{
-    m_platform->keyTap.taken = {commandShiftO};
-    launch(true, u"cmd+shift+o"_s);
-    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreated});
-    QVERIFY(Settings::shared().hotkeyEnabled());
-    QCOMPARE(m_platform->keyTap.tapCount(), 0);
-    // Recording another one recovers.
-    Settings::shared().setHotkeyString(u"cmd+shift+p"_s);
-    QVERIFY(press({35, command | shift}));
-    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
-}
-
-void GlobalHotkeyTest::delegateFreesTheKeyAtTheEnd()
-{
-    launch(true, u"cmd+shift+o"_s);
-    QCOMPARE(m_platform->keyTap.tapCount(), 1);
-    m_delegate.reset();
-    QCOMPARE(m_platform->keyTap.tapCount(), 0);
-    Settings::shared().setHotkeyString(u"ctrl+k"_s);
-    QCOMPARE(m_platform->keyTap.createCount, 1);
 }
 
 QTEST_MAIN(GlobalHotkeyTest)

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "CaptureFixture.h"
+#include "Settings.h"
+
+#include <QTest>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// What the status item shows for a moment after a capture: a copy, an error.
+class MarksTest : public CaptureFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void marksACopyForAMomentIfWanted();
+    void showsErrorsOnTheStatusItem_data();
+    void showsErrorsOnTheStatusItem();
+    void isSilentAboutErrorsWithoutAButton();
+    void keepsAMarkThatAnotherMarkRemembered();
+};
+
+void MarksTest::marksACopyForAMomentIfWanted()
+{
+    capture();
+    QCOMPARE(button().currentImage.name, u"checkmark.circle.fill"_s);
+    QCOMPARE(button().currentImage.accessibilityDescription, u"Copied"_s);
+    QVERIFY(!button().currentImage.data.isEmpty());
+    QCOMPARE(button().currentToolTip, u"Left-click to capture text · Right-click for menu"_s);
+    m_platform->mainQueue.advance(1499ms);
+    QCOMPARE(button().currentImage.name, u"checkmark.circle.fill"_s);
+    m_platform->mainQueue.advance(1ms);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+
+    Settings::shared().setShowNotification(false);
+    capture();
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    QCOMPARE(m_platform->systemSounds.played.size(), 2);
+}
+
+void MarksTest::showsErrorsOnTheStatusItem_data()
+{
+    QTest::addColumn<QString>("underlying");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("logLine");
+    QTest::newRow("no text") << QString() << u"No text found"_s << u"Vellora OCR: No text found"_s;
+    QTest::newRow("the recognizer fails")
+        << u"No language models are installed."_s
+        << u"OCR error: No language models are installed."_s
+        << u"Vellora OCR: OCR error: No language models are installed."_s;
+    QTest::newRow("a per-cent sign is a directive in the log")
+        << u"100%% of 5 %d files, 20% left %s"_s << u"OCR error: 100%% of 5 %d files, 20% left %s"_s
+        << u"Vellora OCR: OCR error: 100% of 5  files, 20ft "_s;
+}
+
+void MarksTest::showsErrorsOnTheStatusItem()
+{
+    QFETCH(QString, underlying);
+    QFETCH(QString, message);
+    QFETCH(QString, logLine);
+    m_platform->textRecognizer.nextResults.clear();
+    if (!underlying.isEmpty()) {
+        m_platform->textRecognizer.nextError = RecognitionError(underlying);
+    }
+    capture();
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    QCOMPARE(button().currentImage.accessibilityDescription, u"Error"_s);
+    QCOMPARE(button().currentToolTip, message);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{logLine});
+    m_platform->mainQueue.advance(1999ms);
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    m_platform->mainQueue.advance(1ms);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    QCOMPARE(button().currentToolTip, u"Left-click to capture text · Right-click for menu"_s);
+}
+
+void MarksTest::isSilentAboutErrorsWithoutAButton()
+{
+    m_delegate.reset();
+    m_platform->statusBar.button.reset();
+    m_delegate = std::make_unique<AppDelegate>();
+    m_delegate->applicationDidFinishLaunching();
+    m_platform->textRecognizer.nextResults.clear();
+    m_delegate->startCapture();
+    select();
+    settle();
+    QCOMPARE(m_platform->textRecognizer.performCount(), 1);
+    QVERIFY(m_platform->systemLog.lines.isEmpty());
+}
+
+void MarksTest::keepsAMarkThatAnotherMarkRemembered()
+{
+    m_platform->textRecognizer.nextResults.clear();
+    capture();
+    m_platform->mainQueue.advance(1s);
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"text"_s)};
+    capture();
+    QCOMPARE(button().currentImage.name, u"checkmark.circle.fill"_s);
+    m_platform->mainQueue.advance(1s);
+    // The error mark is over and has put the icon back.
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    m_platform->mainQueue.advance(500ms);
+    // The copied mark began on the triangle and puts that back.
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    m_platform->mainQueue.advance(60s);
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+}
+
+QTEST_MAIN(MarksTest)
+#include "MarksTest.moc"
