@@ -24,8 +24,9 @@ int main(int argc, char **argv)
     font.setPixelSize(std::max(1, arguments[3].toInt()));
     const QFontMetrics metrics(font);
     int width = 0;
-    for (const QString &line : lines)
+    for (const QString &line : lines) {
         width = std::max(width, metrics.horizontalAdvance(line));
+    }
 
     const int pitch = font.pixelSize() * 2;
     QImage image(width + 40, int(lines.size()) * pitch + 20, QImage::Format_RGB32);

@@ -28,8 +28,9 @@ QString recognizedText(TesseractTextRecognizer &recognizer, const QImage &image)
     recognizer.perform(request, image);
     QStringList lines;
     for (const RecognizedTextObservation &observation : request.results) {
-        for (const RecognizedText &best : observation.topCandidates(1))
+        for (const RecognizedText &best : observation.topCandidates(1)) {
             lines.append(best.string);
+        }
     }
     return lines.join(u'\n');
 }

@@ -27,8 +27,9 @@ QImage page(const QStringList &lines, int pixels = 14, const QString &family = u
     font.setPixelSize(pixels);
     const QFontMetrics metrics(font);
     int width = 0;
-    for (const QString &line : lines)
+    for (const QString &line : lines) {
         width = std::max(width, metrics.horizontalAdvance(line));
+    }
     QImage image(width + 40, int(lines.size()) * pixels * 2 + 20, QImage::Format_RGB32);
     image.fill(paper);
     QPainter painter(&image);
@@ -49,8 +50,9 @@ QStringList read(TesseractTextRecognizer &recognizer, const QImage &image)
     request.automaticallyDetectsLanguage = true;
     recognizer.perform(request, image);
     QStringList lines;
-    for (const RecognizedTextObservation &observation : request.results)
+    for (const RecognizedTextObservation &observation : request.results) {
         lines.append(observation.topCandidates(1).value(0).string);
+    }
     return lines;
 }
 
@@ -58,8 +60,9 @@ QStringList read(TesseractTextRecognizer &recognizer, const QImage &image)
 double errorRate(const QString &truth, const QString &text)
 {
     std::vector<qsizetype> previous(std::size_t(text.size()) + 1);
-    for (std::size_t i = 0; i < previous.size(); ++i)
+    for (std::size_t i = 0; i < previous.size(); ++i) {
         previous[i] = qsizetype(i);
+    }
     for (qsizetype i = 0; i < truth.size(); ++i) {
         std::vector<qsizetype> row(previous.size());
         row[0] = i + 1;
@@ -76,8 +79,9 @@ double errorRate(const QString &truth, const QString &text)
 bool hasModels(const QStringList &models)
 {
     for (const QString &model : models) {
-        if (!QFile::exists(u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model)))
+        if (!QFile::exists(u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model))) {
             return false;
+        }
     }
     return true;
 }
@@ -91,8 +95,9 @@ class TesseractTextRecognizerTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        if (!hasModels({u"eng"_s}))
+        if (!hasModels({u"eng"_s})) {
             QSKIP("needs the English model");
+        }
     }
 
     void withoutModelsItSaysWhatToDo()
@@ -176,8 +181,9 @@ private Q_SLOTS:
 
     void otherReadingsAreCandidates()
     {
-        if (!hasModels({u"eng"_s, u"deu"_s}))
+        if (!hasModels({u"eng"_s, u"deu"_s})) {
             QSKIP("needs the English and the German model");
+        }
         // English is tried first and cannot read the umlauts.
         TesseractTextRecognizer recognizer;
         TextRecognitionRequest request;
@@ -199,8 +205,9 @@ private Q_SLOTS:
              {QSize(1, 1), QSize(1, 700), QSize(700, 1), QSize(3, 3), QSize(2, 5000)}) {
             QImage line(size, QImage::Format_RGB32);
             for (int y = 0; y < size.height(); ++y) {
-                for (int x = 0; x < size.width(); ++x)
+                for (int x = 0; x < size.width(); ++x) {
                     line.setPixel(x, y, (x + y) % 3 ? 0xffffffff : 0xff000000);
+                }
             }
             QTest::addRow("%d by %d", size.width(), size.height()) << line;
         }
@@ -216,14 +223,16 @@ private Q_SLOTS:
         QTest::newRow("16-bit noise") << noise.convertToFormat(QImage::Format_RGBA64);
         QImage checkers(320, 240, QImage::Format_Mono);
         for (int y = 0; y < 240; ++y) {
-            for (int x = 0; x < 320; ++x)
+            for (int x = 0; x < 320; ++x) {
                 checkers.setPixel(x, y, (x / 16 + y / 16) % 2);
+            }
         }
         QTest::newRow("checkers") << checkers;
         QImage dots(200, 200, QImage::Format_Mono);
         for (int y = 0; y < 200; ++y) {
-            for (int x = 0; x < 200; ++x)
+            for (int x = 0; x < 200; ++x) {
                 dots.setPixel(x, y, (x + y) % 2);
+            }
         }
         QTest::newRow("every other pixel") << dots;
     }
@@ -298,10 +307,12 @@ private Q_SLOTS:
         QFETCH(QString, family);
         QFETCH(QStringList, lines);
         QFETCH(double, bound);
-        if (!hasModels(models))
+        if (!hasModels(models)) {
             QSKIP("needs the language's model");
-        if (!QFontInfo(QFont(family)).family().startsWith(family.left(8)))
+        }
+        if (!QFontInfo(QFont(family)).family().startsWith(family.left(8))) {
             QSKIP("needs the font");
+        }
         static TesseractTextRecognizer recognizer;
         const QString truth = lines.join(u'\n');
         for (const bool dark : {false, true}) {
@@ -339,14 +350,16 @@ private Q_SLOTS:
                 return read(recognizer, i % 2 ? secondPage : firstPage);
             }));
         }
-        for (int i = 0; i < 6; ++i)
+        for (int i = 0; i < 6; ++i) {
             QCOMPARE(results[std::size_t(i)].get(), QStringList{i % 2 ? second : first});
+        }
     }
 
     void itMayGoAwayWhilePreparing()
     {
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             TesseractTextRecognizer().prepare();
+        }
     }
 };
 

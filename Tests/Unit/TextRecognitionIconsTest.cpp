@@ -58,8 +58,9 @@ std::size_t inkColumns(const GreyImage &flat, int from, int to)
     std::size_t count = 0;
     for (int x = from; x < to; ++x) {
         bool ink = false;
-        for (int y = 0; y < flat.height; ++y)
+        for (int y = 0; y < flat.height; ++y) {
             ink = ink || flat.at(x, y) < 128;
+        }
         count += ink;
     }
     return count;
@@ -98,8 +99,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("pixels");
         for (const QString &text : {u"SSH"_s, u"27"_s, u"OO"_s, u"CD"_s, u"00"_s, u"On"_s}) {
-            for (const int pixels : {11, 14, 20, 40})
+            for (const int pixels : {11, 14, 20, 40}) {
                 QTest::addRow("%s %d", qPrintable(text), pixels) << text << pixels;
+            }
         }
     }
 
@@ -142,8 +144,9 @@ private Q_SLOTS:
     {
         QImage image = canvas(300, 200);
         QPainter painter(&image);
-        for (int x = -200; x < 300; x += 12)
+        for (int x = -200; x < 300; x += 12) {
             painter.drawLine(x, 0, x + 200, 200);
+        }
         painter.end();
         QVERIFY(findLines(findMarks(greyImage(image))).empty());
     }
@@ -172,10 +175,11 @@ private Q_SLOTS:
         QImage image = canvas(200, 40);
         write(image, 40, 26, u"Documents"_s);
         QPainter painter(&image);
-        if (fill.isValid())
+        if (fill.isValid()) {
             painter.fillRect(10, 13, 14, 14, fill);
-        else
+        } else {
             painter.drawRect(10, 8, 18, 24);
+        }
         painter.end();
         GreyImage flat = greyImage(image);
         const std::size_t word = inkColumns(flat, 36, 200);
@@ -188,8 +192,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         for (const QString &text : {u"À la carte"_s, u"A good one"_s, u"O no"_s, u"• point"_s,
-                                    u"1. Zażółć"_s, u"plan B"_s, u"— dash"_s})
+                                    u"1. Zażółć"_s, u"plan B"_s, u"— dash"_s}) {
             QTest::newRow(qPrintable(text)) << text;
+        }
     }
 
     void lettersStandingAloneAreKept()

@@ -77,8 +77,9 @@ private Q_SLOTS:
     {
         QFETCH(QImage::Format, format);
         QImage image = canvas(40, 300);
-        for (int y = 0; y < 300; ++y)
+        for (int y = 0; y < 300; ++y) {
             image.setPixel(y % 40, y, qRgb(0, 0, 0));
+        }
         const GreyImage grey = greyImage(image.convertToFormat(format));
         QCOMPARE(grey.width, 40);
         QCOMPARE(grey.height, 300);
@@ -202,9 +203,10 @@ private Q_SLOTS:
         }
         write(image, 40, 60, u"Holiday pictures"_s, Qt::white);
         bool found = false;
-        for (const TextLine &line : linesOf(image))
+        for (const TextLine &line : linesOf(image)) {
             found = found || (line.box.left < 50 && line.box.right > 140 && line.box.top > 40 &&
                               line.box.bottom < 70);
+        }
         QVERIFY(found);
     }
 
@@ -247,8 +249,9 @@ private Q_SLOTS:
         for (const int size : {1, 3, 10, 25}) {
             const GreyImage other = resampled(flat, size, size);
             QCOMPARE(other.width, size);
-            for (const std::uint8_t value : other.pixels)
+            for (const std::uint8_t value : other.pixels) {
                 QCOMPARE(int(value), 77);
+            }
         }
     }
 
@@ -269,10 +272,12 @@ private Q_SLOTS:
     void columnsOfProseAreReadOneAfterTheOther()
     {
         std::vector<Piece> pieces{piece(10, 0, 640, 20)};
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             pieces.push_back(piece(10, 40 + 20 * i, 300));
-        for (int i = 0; i < 4; ++i)
+        }
+        for (int i = 0; i < 4; ++i) {
             pieces.push_back(piece(350, 40 + 20 * i, 300));
+        }
         QCOMPARE(readingOrder(pieces),
                  (std::vector<Row>{{0}, {1}, {2}, {3}, {4}, {5}, {6}, {7}, {8}}));
     }
@@ -280,34 +285,41 @@ private Q_SLOTS:
     void aShortFirstLineDoesNotTieColumns()
     {
         std::vector<Piece> pieces{piece(10, 0, 220)};
-        for (int i = 1; i < 5; ++i)
+        for (int i = 1; i < 5; ++i) {
             pieces.push_back(piece(10, 20 * i, 300));
-        for (int i = 0; i < 5; ++i)
+        }
+        for (int i = 0; i < 5; ++i) {
             pieces.push_back(piece(350, 20 * i, 300));
+        }
         const std::vector<Row> rows = readingOrder(pieces);
         QCOMPARE(rows.size(), std::size_t(10));
-        for (std::size_t i = 0; i < rows.size(); ++i)
+        for (std::size_t i = 0; i < rows.size(); ++i) {
             QCOMPARE(rows[i], Row{i});
+        }
     }
 
     void panesWithOtherLinesAreReadOneAfterTheOther()
     {
         std::vector<Piece> pieces;
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < 5; ++i) {
             pieces.push_back(piece(10, 31 * i, 60));
-        for (int i = 0; i < 8; ++i)
+        }
+        for (int i = 0; i < 8; ++i) {
             pieces.push_back(piece(200, 5 + 19 * i, 300));
+        }
         const std::vector<Row> rows = readingOrder(pieces);
         QCOMPARE(rows.size(), std::size_t(13));
-        for (std::size_t i = 0; i < rows.size(); ++i)
+        for (std::size_t i = 0; i < rows.size(); ++i) {
             QCOMPARE(rows[i], Row{i});
+        }
     }
 
     void rightToLeftTurnsCellsAndColumns()
     {
         std::vector<Piece> pieces{piece(10, 20, 40), piece(200, 20, 40)};
-        for (Piece &p : pieces)
+        for (Piece &p : pieces) {
             p.rightToLeft = true;
+        }
         QCOMPARE(readingOrder(pieces), (std::vector<Row>{{1, 0}}));
     }
 
@@ -315,14 +327,16 @@ private Q_SLOTS:
     {
         std::vector<Mark> columns;
         for (int column = 0; column < 3; ++column) {
-            for (int i = 0; i < 8; ++i)
+            for (int i = 0; i < 8; ++i) {
                 columns.push_back({{40 * column, 22 * i, 40 * column + 20, 22 * i + 20}});
+            }
         }
         QVERIFY(isVertical(columns));
         std::vector<Mark> lines;
         for (int row = 0; row < 3; ++row) {
-            for (int i = 0; i < 8; ++i)
+            for (int i = 0; i < 8; ++i) {
                 lines.push_back({{22 * i, 40 * row, 22 * i + 20, 40 * row + 20}});
+            }
         }
         QVERIFY(!isVertical(lines));
     }

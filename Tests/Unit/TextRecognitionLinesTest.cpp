@@ -41,8 +41,9 @@ void drawRule(QImage &image, int y, int left, int right)
 int difference(const GreyImage &a, const GreyImage &b)
 {
     int different = 0;
-    for (std::size_t i = 0; i < a.pixels.size(); ++i)
+    for (std::size_t i = 0; i < a.pixels.size(); ++i) {
         different += std::abs(a.pixels[i] - b.pixels[i]) > 100;
+    }
     return different;
 }
 
@@ -76,9 +77,10 @@ std::vector<Mark> tiedRows(int bottom)
 {
     std::vector<Mark> marks;
     for (int i = 0; i < 4; ++i) {
-        for (const int top : {0, 16})
+        for (const int top : {0, 16}) {
             marks.push_back(
                 {{40 * i, top, 40 * i + 30, top + 12}, false, 200, std::vector<int>(12, 20)});
+        }
     }
     std::vector<int> rows(std::size_t(bottom), 20);
     std::fill(rows.begin() + 12, rows.begin() + std::min(bottom, 16), 2);
@@ -115,8 +117,9 @@ private Q_SLOTS:
         QVERIFY(row.top <= 52 && row.bottom >= 70);
         // Around the letters there is nothing left but their outline's grey.
         const int paper = qGray(outline.rgb());
-        for (int x = row.left; x < row.right; ++x)
+        for (int x = row.left; x < row.right; ++x) {
             QVERIFY(std::abs(found.page.at(x, row.top) - paper) < 40);
+        }
     }
 
     void plainTextIsNotOutlined_data()
@@ -222,8 +225,9 @@ private Q_SLOTS:
     void onlyStepsAreSoftened()
     {
         GreyImage steps(20, 20, 255);
-        for (int i = 4; i < 16; ++i)
+        for (int i = 4; i < 16; ++i) {
             steps.row(i)[i] = 0;
+        }
         QVERIFY(isBilevel(steps));
         const GreyImage soft = softened(steps);
         QVERIFY(soft.at(8, 8) < 160);

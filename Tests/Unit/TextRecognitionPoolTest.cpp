@@ -22,8 +22,9 @@ class TextRecognitionPoolTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        if (!ModelFolder().has(u"eng"_s))
+        if (!ModelFolder().has(u"eng"_s)) {
             QSKIP("needs the English model");
+        }
     }
 
     void returnedEnginesAreLentAgain()
@@ -111,8 +112,9 @@ private Q_SLOTS:
         Workers workers(3);
         std::vector<std::atomic<int>> done(1000);
         workers.forEach(done.size(), [&done](std::size_t i) { ++done[i]; });
-        for (const auto &count : done)
+        for (const auto &count : done) {
             QCOMPARE(count.load(), 1);
+        }
         workers.forEach(0, [](std::size_t) { QFAIL("there is nothing to do"); });
     }
 
@@ -127,15 +129,18 @@ private Q_SLOTS:
             pages.emplace_back([&workers, &begun] {
                 std::atomic<bool> first = true;
                 workers.forEach(2, [&](std::size_t) {
-                    if (first.exchange(false))
+                    if (first.exchange(false)) {
                         ++begun;
-                    while (begun < 3)
+                    }
+                    while (begun < 3) {
                         std::this_thread::yield();
+                    }
                 });
             });
         }
-        for (std::thread &page : pages)
+        for (std::thread &page : pages) {
             page.join();
+        }
         QCOMPARE(begun.load(), 3);
     }
 };

@@ -32,8 +32,9 @@ ReadWord word(const QString &text, double confidence, int left, int right)
 Reading words(const QStringList &texts)
 {
     Reading reading;
-    for (const QString &text : texts)
+    for (const QString &text : texts) {
         reading.words.append(word(text, 90, 0, 0));
+    }
     return reading;
 }
 
@@ -270,8 +271,9 @@ private Q_SLOTS:
     void dictionariesAreLeftOut()
     {
         const ModelFolder models;
-        if (!models.has(u"eng"_s))
+        if (!models.has(u"eng"_s)) {
             QSKIP("needs the English model");
+        }
         const auto whole = models.read(u"eng"_s, Dictionary::With);
         const auto small = models.read(u"eng"_s, Dictionary::Without);
         QVERIFY(!small.empty());

@@ -24,8 +24,8 @@ bool isKnown(const QString &action)
 
 } // namespace
 
-FreedesktopApplicationService::FreedesktopApplicationService(const QString &applicationId)
-    : m_applicationId(applicationId)
+FreedesktopApplicationService::FreedesktopApplicationService(QString applicationId)
+    : m_applicationId(std::move(applicationId))
 {
     new ApplicationAdaptor(this);
 }

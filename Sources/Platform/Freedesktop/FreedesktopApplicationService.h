@@ -13,7 +13,7 @@ class FreedesktopApplicationService : public QObject, public ApplicationService
 {
 public:
     /// `applicationId` is a reverse domain name, such as "org.example.Editor".
-    explicit FreedesktopApplicationService(const QString &applicationId);
+    explicit FreedesktopApplicationService(QString applicationId);
     ~FreedesktopApplicationService() override;
 
     Claim claim() override;

@@ -25,8 +25,8 @@ struct Request
 class Context
 {
 public:
-    explicit Context(const SoundWorker::Identity &identity)
-        : m_identity(identity)
+    explicit Context(SoundWorker::Identity identity)
+        : m_identity(std::move(identity))
     {
     }
     ~Context() { close(); }

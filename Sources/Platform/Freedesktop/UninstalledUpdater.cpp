@@ -4,8 +4,10 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 
-UninstalledUpdater::UninstalledUpdater(const QString &displayName)
-    : m_displayName(displayName)
+#include <utility>
+
+UninstalledUpdater::UninstalledUpdater(QString displayName)
+    : m_displayName(std::move(displayName))
 {
 }
 

@@ -13,7 +13,7 @@ class QMessageBox;
 class UninstalledUpdater : public Updater
 {
 public:
-    explicit UninstalledUpdater(const QString &displayName);
+    explicit UninstalledUpdater(QString displayName);
     ~UninstalledUpdater() override;
 
     /// Always false: there is nothing to begin.

@@ -7,6 +7,7 @@
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +32,8 @@ int livePixels(int extent)
 
 } // namespace
 
-StatusItemArtwork::StatusItemArtwork(const QString &iconThemeFolder)
-    : m_iconThemeFolder(iconThemeFolder)
+StatusItemArtwork::StatusItemArtwork(QString iconThemeFolder)
+    : m_iconThemeFolder(std::move(iconThemeFolder))
 {
 }
 

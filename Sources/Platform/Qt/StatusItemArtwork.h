@@ -15,7 +15,7 @@ class StatusItemArtwork
 {
 public:
     /// `iconThemeFolder` holds the same pictures as icons, see `DesktopPlatformOptions`.
-    explicit StatusItemArtwork(const QString &iconThemeFolder);
+    explicit StatusItemArtwork(QString iconThemeFolder);
 
     QString iconThemeFolder() const { return m_iconThemeFolder; }
 

@@ -40,8 +40,8 @@ QString plainToolTip(const QString &text)
 
 } // namespace
 
-XEmbedTray::XEmbedTray(const QString &title, StatusItemArtwork artwork)
-    : m_title(title)
+XEmbedTray::XEmbedTray(QString title, StatusItemArtwork artwork)
+    : m_title(std::move(title))
     , m_artwork(std::move(artwork))
 {
     m_toolTipDelay.setSingleShot(true);

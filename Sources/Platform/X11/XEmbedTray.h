@@ -21,7 +21,7 @@ class XEmbedTray : public StatusItemPanel
 
 public:
     /// `title` is the program's name for people. Absent for good where there is no X server.
-    XEmbedTray(const QString &title, StatusItemArtwork artwork);
+    XEmbedTray(QString title, StatusItemArtwork artwork);
     ~XEmbedTray() override;
 
     Presence presence() const override;
