@@ -9,6 +9,8 @@
 #include <QThread>
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace recognition;
@@ -52,8 +54,10 @@ public:
 
     EnginePool pool;
     IdleDropper dropper;
-    /// Last, so that it waits for its threads before what they use goes away.
     Workers workers;
+    std::atomic<bool> isPreparing = false;
+    /// Last, so that it is waited for before what it uses goes away.
+    std::jthread preparation;
 };
 
 TesseractTextRecognizer::TesseractTextRecognizer(const QString &tessdataFolder)
@@ -65,12 +69,16 @@ TesseractTextRecognizer::~TesseractTextRecognizer() = default;
 
 void TesseractTextRecognizer::prepare()
 {
-    m_p->workers.start([p = m_p.get()] {
+    if (m_p->isPreparing.exchange(true)) {
+        return;
+    }
+    m_p->preparation = std::jthread([p = m_p.get()] {
         const Languages languages(p->pool.folder().installed());
         if (!languages.isEmpty()) {
             p->pool.lend(languages.models(languages.scripts().first()).first(), Dictionary::With);
         }
         p->dropper.restart();
+        p->isPreparing = false;
     });
 }
 

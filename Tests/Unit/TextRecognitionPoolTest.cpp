@@ -109,7 +109,7 @@ private Q_SLOTS:
 
     void allWorkIsDoneOnce()
     {
-        Workers workers(3);
+        const Workers workers(3);
         std::vector<std::atomic<int>> done(1000);
         workers.forEach(done.size(), [&done](std::size_t i) { ++done[i]; });
         for (const auto &count : done) {
@@ -118,11 +118,11 @@ private Q_SLOTS:
         workers.forEach(0, [](std::size_t) { QFAIL("there is nothing to do"); });
     }
 
-    void pagesDoNotWaitForEachOthersHelpers()
+    void pagesDoNotWaitForEachOther()
     {
         // Every page's first piece waits until all pages have begun: that would never end if a
-        // page needed a helper that another one keeps busy.
-        Workers workers(2);
+        // page needed a thread that another one keeps busy.
+        const Workers workers(2);
         std::atomic<int> begun = 0;
         std::vector<std::thread> pages;
         for (int page = 0; page < 3; ++page) {

@@ -66,7 +66,7 @@ StatusNotifierPanel::StatusNotifierPanel(Identity identity, StatusItemArtwork ar
 
 StatusNotifierPanel::~StatusNotifierPanel()
 {
-    hide();
+    StatusNotifierPanel::hide();
 }
 
 void StatusNotifierPanel::setPresence(Presence presence)

@@ -90,7 +90,7 @@ bool SwayConnection::run(const QString &command)
            });
 }
 
-bool SwayConnection::send(Request request, const QByteArray &payload, QDeadlineTimer deadline)
+bool SwayConnection::send(Request request, const QByteArray &payload, QDeadlineTimer deadline) const
 {
     if (!isUsable()) {
         return false;
@@ -134,7 +134,7 @@ std::optional<SwayConnection::Message> SwayConnection::receive(QDeadlineTimer de
     return message;
 }
 
-std::optional<QByteArray> SwayConnection::read(qsizetype count, QDeadlineTimer deadline)
+std::optional<QByteArray> SwayConnection::read(qsizetype count, QDeadlineTimer deadline) const
 {
     QByteArray data(count, Qt::Uninitialized);
     qsizetype done = 0;

@@ -49,8 +49,8 @@ public:
     std::optional<Message> receive(QDeadlineTimer deadline);
 
 private:
-    bool send(Request request, const QByteArray &payload, QDeadlineTimer deadline);
-    std::optional<QByteArray> read(qsizetype count, QDeadlineTimer deadline);
+    bool send(Request request, const QByteArray &payload, QDeadlineTimer deadline) const;
+    std::optional<QByteArray> read(qsizetype count, QDeadlineTimer deadline) const;
     void close();
 
     int m_socket = -1;

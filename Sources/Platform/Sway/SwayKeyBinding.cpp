@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -57,15 +58,15 @@ bool SwayKeyBinding::bind()
         return false;
     }
     m_bound = key;
-    for (const QStringList &locks : lockVariants()) {
+    const bool isBound = std::ranges::all_of(lockVariants(), [&](const QStringList &locks) {
         // By the key's place: what a layout prints on it does not matter.
-        if (!m_connection.run(
-                u"bindcode --no-warn %1 %2"_s.arg(swayKeyText(key, locks), m_command))) {
-            unbind();
-            return false;
-        }
+        return m_connection.run(
+            u"bindcode --no-warn %1 %2"_s.arg(swayKeyText(key, locks), m_command));
+    });
+    if (!isBound) {
+        unbind();
     }
-    return true;
+    return isBound;
 }
 
 void SwayKeyBinding::unbind()

@@ -24,8 +24,8 @@ QJsonObject containerIn(const QJsonObject &node, qint64 number)
     }
     for (const auto &children : {"nodes"_L1, "floating_nodes"_L1}) {
         const QJsonArray list = node.value(children).toArray();
-        for (const QJsonValue &child : list) {
-            const QJsonObject found = containerIn(child.toObject(), number);
+        for (const auto &child : list) {
+            QJsonObject found = containerIn(child.toObject(), number);
             if (!found.isEmpty()) {
                 return found;
             }

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 /// write() without the signal that a pipe with a closed end would end the program by.
@@ -28,10 +29,10 @@ ssize_t writeQuietly(int pipe, const char *data, std::size_t count)
 }
 } // namespace
 
-PipeWriter::PipeWriter(int pipe, const QByteArray &data, QObject *parent)
+PipeWriter::PipeWriter(int pipe, QByteArray data, QObject *parent)
     : QObject(parent)
     , m_pipe(pipe)
-    , m_data(data)
+    , m_data(std::move(data))
     , m_notifier(pipe, QSocketNotifier::Write)
 {
     fcntl(m_pipe, F_SETFL, fcntl(m_pipe, F_GETFL) | O_NONBLOCK);

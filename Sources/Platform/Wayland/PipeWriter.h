@@ -12,7 +12,7 @@ class PipeWriter : public QObject
 {
 public:
     /// Takes over `pipe`.
-    PipeWriter(int pipe, const QByteArray &data, QObject *parent);
+    PipeWriter(int pipe, QByteArray data, QObject *parent);
     ~PipeWriter() override;
 
 private:

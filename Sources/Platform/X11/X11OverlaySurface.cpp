@@ -85,7 +85,7 @@ bool X11OverlaySurface::showsThrough() const
 
 QImage X11OverlaySurface::pictureOf(const Screen &screen)
 {
-    const QImage known = m_overlays->livePicture(screen.pixelGeometry);
+    QImage known = m_overlays->livePicture(screen.pixelGeometry);
     if (!known.isNull()) {
         return known;
     }
