@@ -14,14 +14,18 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland gnome weston)
 #                  [LABELS label...]     default: the name of the folder, in lower case
 #                  [ENVIRONMENT NAME=value...]
 #                  [TIMEOUT seconds]     default: 60
-#                  [WHOLE_STACKS])       tells leaks on Wayland by what made them; recognition then
+#                  [WHOLE_STACKS]        tells leaks on Wayland by what made them; recognition then
 #                                        takes six times as long
+#                  [OWN_THREADS])        has threads that share through the standard library's locks.
+#                                        Only such tests run under the thread sanitizer, which sees
+#                                        nothing of the locks inside Qt and takes what they guard
+#                                        for races
 #
 # Entries are called name@desktop@screens@scale@panel, as far as those are given. `Scripts/in-desktop
 # --list` names the desktops and panels. A desktop that is not installed is a skipped test for a
 # person, a failed one when CI=true.
 function(vellora_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS" "NAME;TIMEOUT"
+  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS;OWN_THREADS" "NAME;TIMEOUT"
     "SOURCES;LIBRARIES;COMMAND;DESKTOP;SCREENS;SCALE;PANEL;LABELS;ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "vellora_add_test(${arg_NAME}): what is ${arg_UNPARSED_ARGUMENTS}?")
@@ -40,6 +44,9 @@ function(vellora_add_test)
     set(arg_COMMAND "$<TARGET_FILE:${arg_NAME}>")
   endif()
 
+  if(VELLORA_SANITIZE STREQUAL "thread" AND NOT arg_OWN_THREADS)
+    return()
+  endif()
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   string(TOLOWER "${folder}" label)
   vellora_default(arg_LABELS "${label}")
@@ -100,7 +107,7 @@ function(vellora_add_entry desktop screens scale panel)
 ASAN_OPTIONS=${asan};\
 UBSAN_OPTIONS=print_stacktrace=1;\
 LSAN_OPTIONS=suppressions=${suppressions}/${leaks}:print_suppressions=0;\
-TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1;\
+TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1:die_after_fork=0;\
 QT_FORCE_STDERR_LOGGING=1;\
 ${arg_ENVIRONMENT}")
 endfunction()

@@ -9,6 +9,8 @@
 #include <QPainterPath>
 #include <QTransform>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -48,7 +50,7 @@ QIcon loadedAppIcon()
 {
     const QString file = Bundle::main().path(u"AppIcon"_s, u"svg"_s);
     if (!file.isEmpty()) {
-        const QIcon icon(file);
+        QIcon icon(file);
         if (!icon.pixmap(side).isNull()) {
             return icon;
         }
@@ -57,9 +59,9 @@ QIcon loadedAppIcon()
                             QIcon::fromTheme(u"application-x-executable"_s));
 }
 
-AppIconView::AppIconView(const QIcon &icon, QWidget *parent)
+AppIconView::AppIconView(QIcon icon, QWidget *parent)
     : QWidget(parent)
-    , m_icon(icon)
+    , m_icon(std::move(icon))
 {
     setFixedSize(side, side);
 }

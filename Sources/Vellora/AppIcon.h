@@ -14,7 +14,7 @@ class AppIconView : public QWidget
     Q_OBJECT
 
 public:
-    explicit AppIconView(const QIcon &icon, QWidget *parent = nullptr);
+    explicit AppIconView(QIcon icon, QWidget *parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

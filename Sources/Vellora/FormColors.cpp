@@ -5,7 +5,7 @@ namespace {
 QColor mixed(const QColor &ground, const QColor &ink, double share)
 {
     const auto channel = [share](int from, int to) {
-        return static_cast<int>(from + (to - from) * share + 0.5);
+        return qRound(from + (to - from) * share);
     };
     return {channel(ground.red(), ink.red()), channel(ground.green(), ink.green()),
             channel(ground.blue(), ink.blue())};

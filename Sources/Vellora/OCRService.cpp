@@ -52,7 +52,7 @@ void deliver(const OCRService::Completion &completion, RecognitionOutcome outcom
 }
 } // namespace
 
-void OCRService::recognize(const QImage &image, Completion completion)
+void OCRService::recognize(const QImage &image, const Completion &completion)
 {
     auto request = std::make_shared<TextRecognitionRequest>();
     request->completionHandler = [completion](const TextRecognitionRequest &performed,

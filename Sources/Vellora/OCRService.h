@@ -55,5 +55,5 @@ using Completion = std::function<void(const RecognitionOutcome &)>;
 /// Reads `image` off the main thread and calls `completion` on it later, never from within this
 /// call: with the lines, in the recognizer's order, joined by line feeds, or with an error. A
 /// recognizer that fails in both of its ways at once is reported twice.
-void recognize(const QImage &image, Completion completion);
+void recognize(const QImage &image, const Completion &completion);
 } // namespace OCRService

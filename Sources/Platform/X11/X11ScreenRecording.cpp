@@ -122,7 +122,7 @@ QImage X11ScreenRecording::readPresented(const QRect &pixels, const X11Overlay &
                    ? m_rootImage.read(pixels)
                    : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
     }
-    const QImage image =
+    QImage image =
         isPresented ? m_rootImage.read(pixels)
                     : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));
     marker.erase();
