@@ -107,7 +107,7 @@ function(vellora_add_entry desktop screens scale panel)
 ASAN_OPTIONS=${asan};\
 UBSAN_OPTIONS=print_stacktrace=1;\
 LSAN_OPTIONS=suppressions=${suppressions}/${leaks}:print_suppressions=0;\
-TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1:die_after_fork=0;\
+TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1;\
 QT_FORCE_STDERR_LOGGING=1;\
 ${arg_ENVIRONMENT}")
 endfunction()

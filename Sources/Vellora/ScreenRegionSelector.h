@@ -22,8 +22,8 @@ public:
     ScreenRegionSelector(const ScreenRegionSelector &) = delete;
     ScreenRegionSelector &operator=(const ScreenRegionSelector &) = delete;
 
-    /// Puts the overlays up and returns; without any screen `completion` runs at once.
-    void show(Completion completion);
+    /// Puts the overlays up and returns; without any screen `callback` runs at once.
+    void show(Completion callback);
 
     /// Takes the overlays down and reports `rect`. Only the first call counts.
     void finish(const std::optional<CocoaRect> &rect);

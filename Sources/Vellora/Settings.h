@@ -18,7 +18,7 @@ inline constexpr std::array allOutputModes{OutputMode::clipboardOnly, OutputMode
 QString rawValue(OutputMode mode);
 
 /// The mode with exactly this stored form, if there is one.
-std::optional<OutputMode> outputModeFromRawValue(const QString &rawValue);
+std::optional<OutputMode> outputModeFromRawValue(const QString &text);
 
 /// The mode's name for the user.
 QString displayTitle(OutputMode mode);
