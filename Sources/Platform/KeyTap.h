@@ -50,7 +50,17 @@ public:
     class Tap
     {
     public:
+        /// Why a tap hears nothing any more.
+        enum class End {
+            Denied, ///< the user was asked, and said no
+            Failed,
+        };
+
         virtual ~Tap() = default;
+
+        /// Called once at most, from the event loop: desktops that ask the user answer after
+        /// `createTap` has returned. It must not destroy its tap.
+        std::function<void(End)> onEnd;
 
         /// Listens to another combination from now on. False when that cannot be had; the tap
         /// then hears nothing until it is given one that can.

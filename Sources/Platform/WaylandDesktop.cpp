@@ -5,6 +5,7 @@
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
 #include "Platform/Platform.h"
+#include "Platform/Portal/GlobalShortcutsKeyTap.h"
 #include "Platform/Portal/PortalScreenshot.h"
 #include "Platform/Sway/SwayEventMonitor.h"
 #include "Platform/Sway/SwayKeyTap.h"
@@ -81,6 +82,9 @@ std::unique_ptr<KeyTap> makeKeyTap(SystemLog &log)
     }
     if (GlobalAccelKeyTap::isUsable()) {
         return std::make_unique<GlobalAccelKeyTap>();
+    }
+    if (GlobalShortcutsKeyTap::isOffered()) {
+        return std::make_unique<GlobalShortcutsKeyTap>(log);
     }
     if (CustomKeyTap::isUsable()) {
         return std::make_unique<CustomKeyTap>();

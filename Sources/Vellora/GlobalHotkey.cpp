@@ -60,10 +60,7 @@ void GlobalHotkey::start()
     }
     Platform &platform = Platform::current();
     if (!platform.keyTap->isProcessTrustedWithPrompt()) {
-        platform.systemLog->log(u"GlobalHotkey: Accessibility permission not yet granted"_s);
-        if (onPermissionDenied) {
-            onPermissionDenied();
-        }
+        denyPermission();
         return;
     }
     eventTap = platform.keyTap->createTap(
@@ -72,6 +69,31 @@ void GlobalHotkey::start()
             return self && self->handleKeyDown(pressed);
         });
     if (!eventTap) {
+        logTapFailure();
+        return;
+    }
+    eventTap->onEnd = [listener = weak_from_this()](KeyTap::Tap::End end) {
+        if (const auto self = listener.lock()) {
+            self->tapDidEnd(end);
+        }
+    };
+}
+
+void GlobalHotkey::denyPermission()
+{
+    Platform::current().systemLog->log(u"GlobalHotkey: Accessibility permission not yet granted"_s);
+    if (onPermissionDenied) {
+        onPermissionDenied();
+    }
+}
+
+void GlobalHotkey::tapDidEnd(KeyTap::Tap::End end)
+{
+    // Destroyed later: it is the one that calls.
+    Platform::current().mainQueue->async([ended = std::shared_ptr(std::move(eventTap))] {});
+    if (end == KeyTap::Tap::End::Denied) {
+        denyPermission();
+    } else {
         logTapFailure();
     }
 }

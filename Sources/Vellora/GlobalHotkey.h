@@ -29,7 +29,8 @@ public:
     void configure(const QString &hotkeyString);
 
     /// Starts listening; asks the user for leave, if that takes one. A running listener stays as
-    /// it is. A failure is logged; a refusal is told to `onPermissionDenied` too.
+    /// it is. A failure is logged; a refusal is told to `onPermissionDenied` too. Both may come
+    /// later, from a desktop that asks the user meanwhile; the listener is stopped by then.
     void start();
     /// Frees the key.
     void stop();
@@ -44,13 +45,15 @@ public:
 
     /// What the shortcut does.
     Action action;
-    /// Called by `start` when the desktop does not let us listen.
+    /// Called when the desktop does not let us listen.
     std::function<void()> onPermissionDenied;
 
 private:
     explicit GlobalHotkey(Action action);
 
     void setCombination(const KeyCombination &newCombination);
+    void denyPermission();
+    void tapDidEnd(KeyTap::Tap::End end);
     /// Whether the press is swallowed.
     bool handleKeyDown(const KeyCombination &pressed);
 

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void tellsOfADenial();
     void managesWithoutADenialHandler();
     void logsATapThatCannotBeCreated();
+    void stopsOnALateDenial();
+    void stopsOnALateFailure();
     void followsAConfigurationWhileRunning();
     void staysDeafOnATakenConfiguration();
     void firesOnBareKeys();
@@ -255,6 +257,35 @@ void GlobalHotkeyTest::logsATapThatCannotBeCreated()
     hotkey->start();
     QVERIFY(hotkey->isRunning());
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
+}
+
+void GlobalHotkeyTest::stopsOnALateDenial()
+{
+    const auto hotkey = listener();
+    hotkey->start();
+    m_platform->keyTap.end(KeyTap::Tap::End::Denied);
+    QVERIFY(!hotkey->isRunning());
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrustedLine});
+    QCOMPARE(m_denials, 1);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(m_platform->keyTap.tapCount(), 0);
+    hotkey->start();
+    QVERIFY(press(commandShiftO));
+}
+
+void GlobalHotkeyTest::stopsOnALateFailure()
+{
+    const auto hotkey = listener();
+    hotkey->start();
+    m_platform->keyTap.end(KeyTap::Tap::End::Failed);
+    QVERIFY(!hotkey->isRunning());
+    // Started again before the former tap is gone.
+    hotkey->start();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(hotkey->isRunning());
+    QCOMPARE(m_platform->keyTap.tapCount(), 1);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notCreatedLine});
+    QCOMPARE(m_denials, 0);
 }
 
 void GlobalHotkeyTest::followsAConfigurationWhileRunning()

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void followsTheSwitch();
     void restartsOnTheSameValue();
     void switchesOffOnADenial();
+    void switchesOffOnALateDenial();
     void staysOnWhenTheKeyIsTaken();
     void freesTheKeyAtTheEnd();
 
@@ -169,6 +170,17 @@ void ShortcutTest::switchesOffOnADenial()
     QVERIFY(!Settings::shared().hotkeyEnabled());
     QCOMPARE(Settings::shared().hotkeyString(), u"ctrl+k"_s);
     QCOMPARE(m_platform->keyTap.tapCount(), 0);
+}
+
+void ShortcutTest::switchesOffOnALateDenial()
+{
+    launch(true, u"cmd+shift+o"_s);
+    m_platform->keyTap.end(KeyTap::Tap::End::Denied);
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(!Settings::shared().hotkeyEnabled());
+    QVERIFY(!m_platform->userDefaults().boolean(u"hotkeyEnabled"_s));
+    QCOMPARE(m_platform->keyTap.tapCount(), 0);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{notTrustedLine});
 }
 
 void ShortcutTest::staysOnWhenTheKeyIsTaken()

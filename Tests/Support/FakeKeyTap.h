@@ -36,6 +36,9 @@ public:
         return swallowed;
     }
 
+    /// What a desktop tells the only tap that has asked its user meanwhile.
+    void end(Tap::End end) { m_taps.first()->onEnd(end); }
+
     bool isProcessTrusted() const override
     {
         ++checkCount;

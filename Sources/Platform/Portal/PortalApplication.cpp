@@ -1,10 +1,52 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Portal/PortalApplication.h"
 
+#include "Platform/Freedesktop/SessionBus.h"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QFile>
+#include <QGuiApplication>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// The portal and what it starts of the desktop come up within this.
+constexpr int startTimeLimit = 5000;
+
+QDBusMessage ask(const QString &interface, const QString &method, const QVariantList &arguments)
+{
+    const auto bus = sessionBus();
+    if (!bus) {
+        return {};
+    }
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
+                                       u"/org/freedesktop/portal/desktop"_s, interface, method);
+    call.setArguments(arguments);
+    return bus->call(call, QDBus::Block, startTimeLimit);
+}
+
+/// The id of the desktop entry once the portal has taken it; else empty.
+QString registeredId()
+{
+    const QString id = QGuiApplication::desktopFileName();
+    const QDBusMessage answer =
+        ask(u"org.freedesktop.host.portal.Registry"_s, u"Register"_s, {id, QVariantMap()});
+    return answer.type() == QDBusMessage::ReplyMessage ? id : QString();
+}
+
+QString unitId()
+{
+    QFile file(u"/proc/self/cgroup"_s);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QString group = QString::fromUtf8(file.readAll()).trimmed();
+    return portalApplicationId(group.section(u'/', -1));
+}
+} // namespace
 
 QString portalApplicationId(const QString &unit)
 {
@@ -24,10 +66,17 @@ QString portalApplicationId(const QString &unit)
 
 QString portalApplicationId()
 {
-    QFile file(u"/proc/self/cgroup"_s);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    const QString group = QString::fromUtf8(file.readAll()).trimmed();
-    return portalApplicationId(group.section(u'/', -1));
+    // The portal takes an id before the connection's first other call alone, and keeps it.
+    static const QString registered = registeredId();
+    return registered.isEmpty() ? unitId() : registered;
+}
+
+uint portalVersion(const QString &interface)
+{
+    portalApplicationId();
+    const QDBusMessage answer = ask(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                                    {u"org.freedesktop.portal."_s + interface, u"version"_s});
+    return answer.arguments().isEmpty()
+               ? 0
+               : qvariant_cast<QDBusVariant>(answer.arguments().constFirst()).variant().toUInt();
 }

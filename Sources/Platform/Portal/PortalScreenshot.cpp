@@ -7,7 +7,6 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusVariant>
 #include <QMap>
 #include <QTimer>
 
@@ -18,12 +17,9 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-const QString interface = u"org.freedesktop.portal.Screenshot"_s;
 /// When a portal that does not answer is given up on. GNOME's plays a sound and lets the screen
 /// flash first.
 constexpr auto longestWait = 5s;
-/// The portal and what it starts of the desktop come up within this.
-constexpr int startTimeLimit = 5000;
 /// The store answers from memory.
 constexpr int storeTimeLimit = 1000;
 
@@ -82,15 +78,7 @@ PortalScreenshot::~PortalScreenshot()
 
 bool PortalScreenshot::isOffered()
 {
-    const auto bus = sessionBus();
-    if (!bus) {
-        return false;
-    }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << interface << u"version"_s;
-    return bus->call(call, QDBus::Block, startTimeLimit).type() == QDBusMessage::ReplyMessage;
+    return portalVersion(u"Screenshot"_s) > 0;
 }
 
 bool PortalScreenshot::preflightAccess() const

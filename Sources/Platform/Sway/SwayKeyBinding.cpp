@@ -52,8 +52,10 @@ bool SwayKeyBinding::bind()
     if (!keycode) {
         return false;
     }
-    const SwayKey key{m_combination.flags & KeyFlags::mask, *keycode,
-                      keyboard.keysymNames(m_combination.keyCode)};
+    SwayKey key{m_combination.flags & KeyFlags::mask, *keycode, {}};
+    for (const QString &name : keyboard.keysymNames(m_combination.keyCode)) {
+        key.keysyms << name.toLower();
+    }
     if (isTaken(key)) {
         return false;
     }

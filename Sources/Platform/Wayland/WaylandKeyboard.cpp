@@ -81,7 +81,7 @@ QString keysymName(xkb_keysym_t symbol)
 {
     char name[64] = "";
     xkb_keysym_get_name(symbol, name, sizeof name);
-    return QString::fromUtf8(name).toLower();
+    return QString::fromUtf8(name);
 }
 
 /// What the key gives on a level of a layout (1 is with Shift); absent unless it is one symbol.

@@ -34,7 +34,7 @@ public:
     /// What the key gives without modifiers in the first layout, in upper case.
     QString label(quint16 virtualKeyCode) const { return m_labels.value(virtualKeyCode); }
 
-    /// XKB's names of what the key gives without modifiers, one for each layout, in lower case.
+    /// XKB's names of what the key gives without modifiers, one for each layout.
     QStringList keysymNames(quint16 virtualKeyCode) const { return m_names.value(virtualKeyCode); }
 
     /// Its characters, one entry for each layout in which it gives one without modifiers.

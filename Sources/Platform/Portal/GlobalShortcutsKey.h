@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/KeyTap.h"
+#include "Platform/Portal/PortalRequest.h"
+#include "Platform/SystemLog.h"
+
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusServiceWatcher>
+
+#include <memory>
+
+/// One combination that the GlobalShortcuts portal keeps for us, as the shortcut "capture" of a
+/// session of its own. Which keys the user presses for it is between the desktop and the user; ours
+/// are a proposal.
+class GlobalShortcutsKey : public QObject, public KeyTap::Tap
+{
+    Q_OBJECT
+
+public:
+    /// `log` outlives the object; it is told what the user presses, where that is not ours.
+    GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log);
+    /// The portal frees the key when it gets to it, before whatever else we ask of it.
+    ~GlobalShortcutsKey() override;
+
+    /// False for a key without a name in the layout in use. Otherwise the user is asked, or was
+    /// once.
+    bool setCombination(const KeyCombination &combination) override;
+
+private Q_SLOTS:
+    void activated(const QDBusObjectPath &session, const QString &shortcut, qulonglong time,
+                   const QVariantMap &options);
+    void shortcutsChanged(const QDBusMessage &message);
+    void closed();
+
+private:
+    void openSession();
+    void closeSession();
+    void bindShortcut();
+    void ask(PortalRequest::Call call, std::chrono::milliseconds limit,
+             std::function<void(const QVariantMap &)> whenGranted);
+    void tellDescription(const QString &description);
+    void end(End end);
+
+    KeyTap::Callback m_callback;
+    SystemLog &m_log;
+    KeyCombination m_combination;
+    /// XKB's name of the key.
+    QString m_keyName;
+    /// Empty until the portal has told it.
+    QString m_session;
+    std::unique_ptr<PortalRequest> m_request;
+    /// A portal that is started anew knows nothing of us.
+    QDBusServiceWatcher m_restarts;
+    /// What was told to the log last.
+    QString m_description;
+};
