@@ -22,14 +22,14 @@ const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 const QString shortcutId = u"capture"_s;
 /// There was no window of ours that the question could belong to.
 const QString noParentWindow;
-/// A session is opened without the user's doing.
-constexpr auto sessionTimeLimit = 10s;
 constexpr auto noLimit = 0ms;
 } // namespace
 
-GlobalShortcutsKey::GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log)
+GlobalShortcutsKey::GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log,
+                                       std::chrono::milliseconds sessionTimeLimit)
     : m_callback(std::move(callback))
     , m_log(log)
+    , m_sessionTimeLimit(sessionTimeLimit)
 {
     registerPortalShortcut();
     auto bus = sessionBus();
@@ -73,7 +73,7 @@ void GlobalShortcutsKey::openSession()
          u"CreateSession"_s,
          {},
          {{u"session_handle_token"_s, portalToken()}}},
-        sessionTimeLimit, [this](const QVariantMap &results) {
+        m_sessionTimeLimit, [this](const QVariantMap &results) {
             // A text by mistake, which portals keep up.
             m_session = results.value(u"session_handle"_s).toString();
             if (!m_session.startsWith(path)) {

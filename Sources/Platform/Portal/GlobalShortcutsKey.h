@@ -9,6 +9,7 @@
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
 
+#include <chrono>
 #include <memory>
 
 /// One combination that the GlobalShortcuts portal keeps for us, as the shortcut "capture" of a
@@ -19,8 +20,10 @@ class GlobalShortcutsKey : public QObject, public KeyTap::Tap
     Q_OBJECT
 
 public:
-    /// `log` outlives the object; it is told what the user presses, where that is not ours.
-    GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log);
+    /// `log` outlives the object; it is told what the user presses, where that is not ours. A
+    /// portal that takes longer than `sessionTimeLimit` for what needs no user is given up on.
+    GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log,
+                       std::chrono::milliseconds sessionTimeLimit = std::chrono::seconds(10));
     /// The portal frees the key when it gets to it, before whatever else we ask of it.
     ~GlobalShortcutsKey() override;
 
@@ -45,6 +48,7 @@ private:
 
     KeyTap::Callback m_callback;
     SystemLog &m_log;
+    std::chrono::milliseconds m_sessionTimeLimit;
     KeyCombination m_combination;
     /// XKB's name of the key.
     QString m_keyName;
