@@ -57,7 +57,7 @@ void DataControlPasteboardTest::otherProgramsReadTheText_data()
     QTest::newRow("lines") << u"one\ntwo\n\nfour\n"_s;
     QTest::newRow("letters") << u"Größe 漢字 سلام 🙂"_s;
     // Far more than a pipe holds.
-    QTest::newRow("large") << QString(8 * 1024 * 1024, u'ä');
+    QTest::newRow("large") << QString(qsizetype(8) * 1024 * 1024, u'ä');
 }
 
 void DataControlPasteboardTest::otherProgramsReadTheText()
@@ -104,7 +104,7 @@ void DataControlPasteboardTest::anotherProgramTakesOver()
 void DataControlPasteboardTest::readersThatGoAway()
 {
     DataControlPasteboard pasteboard;
-    const QString large(8 * 1024 * 1024, u'x');
+    const QString large(qsizetype(8) * 1024 * 1024, u'x');
     pasteboard.setString(large);
     for (int i = 0; i < 5; ++i) {
         QProcess reader;

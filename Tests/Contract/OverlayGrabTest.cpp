@@ -81,8 +81,9 @@ QRectF OverlayGrabTest::anyRect(const Screen &screen)
 {
     const int width = m_random.bounded(3, screen.geometry.width());
     const int height = m_random.bounded(3, screen.geometry.height());
-    return QRectF(m_random.bounded(screen.geometry.width() - width),
-                  m_random.bounded(screen.geometry.height() - height), width, height);
+    const double x = m_random.bounded(screen.geometry.width() - width);
+    const double y = m_random.bounded(screen.geometry.height() - height);
+    return {x, y, double(width), double(height)};
 }
 
 QImage OverlayGrabTest::expected(const Screen &screen, const QRectF &rect) const
@@ -98,7 +99,7 @@ QImage OverlayGrabTest::grab(const Screen &screen, const QRectF &rect)
 {
     QElapsedTimer timer;
     timer.start();
-    const QImage image = m_platform.screenRecording->createImage(*screen.displayNumber, rect);
+    QImage image = m_platform.screenRecording->createImage(*screen.displayNumber, rect);
     m_milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     return image;
 }

@@ -108,7 +108,7 @@ void ScreenshotRequestTest::cleanup()
 QString ScreenshotRequestTest::writePicture()
 {
     // Names of files in users' folders are anything but plain.
-    const QString file = m_folder.filePath(u"Bildschirmfoto 1 %20 ü.png"_s);
+    QString file = m_folder.filePath(u"Bildschirmfoto 1 %20 ü.png"_s);
     m_picture.save(file);
     m_portal->uri = QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded);
     return file;

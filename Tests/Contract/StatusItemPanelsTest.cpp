@@ -95,7 +95,7 @@ private Q_SLOTS:
     void itemThatGoesTakesItsIconAlong();
 
 private:
-    void makeItem(QStringView panels = u"xembed");
+    void makeItem(QStringView kinds = u"xembed");
     /// Where the item is, once it has been drawn: what has changed against `m_bare`.
     QRect place();
     static int docked();
