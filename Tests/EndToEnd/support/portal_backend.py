@@ -45,9 +45,9 @@ class Session(dbus.service.Object):
 
 
 class Backend(dbus.service.Object):
-    def __init__(self, bus, answer):
-        super().__init__(bus, "/org/freedesktop/portal/desktop")
-        self._bus, self._answer, self._sessions = bus, answer, {}
+    def __init__(self, name, answer):
+        super().__init__(name, "/org/freedesktop/portal/desktop")
+        self._bus, self._answer, self._sessions = name.get_bus(), answer, {}
 
     @dbus.service.method(dbus.PROPERTIES_IFACE, in_signature="ss", out_signature="v")
     def Get(self, _interface, _name):
@@ -93,9 +93,8 @@ class Backend(dbus.service.Object):
 
 def main():
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
-    bus = dbus.SessionBus()
-    backend = Backend(bus, DENIED if sys.argv[1] == "deny" else GRANTED)
-    _name = dbus.service.BusName(NAME, bus)
+    name = dbus.service.BusName(NAME, dbus.SessionBus())
+    backend = Backend(name, DENIED if sys.argv[1] == "deny" else GRANTED)
     with subprocess.Popen(["swaymsg", "-r", "-m", "-t", "subscribe", '["binding"]'], text=True,
                           stdout=subprocess.PIPE) as events:
         GLib.io_add_watch(events.stdout, GLib.IO_IN, backend.tell)
