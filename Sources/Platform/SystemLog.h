@@ -13,6 +13,9 @@ public:
     /// per-cent sign and a directive stands for nothing.
     void log(const QString &format) { write(expanded(format)); }
 
+    /// Writes one line as it stands, such as one with what another program wrote.
+    void logVerbatim(const QString &line) { write(line); }
+
 protected:
     virtual void write(const QString &line) = 0;
 

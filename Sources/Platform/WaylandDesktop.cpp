@@ -37,7 +37,7 @@ bool isWaylandDesktop()
 
 namespace {
 /// Null where the desktop lets no program see the screen.
-std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens)
+std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log)
 {
     auto screencopy = std::make_unique<WlrScreencopy>(screens);
     if (screencopy->preflightAccess()) {
@@ -47,7 +47,7 @@ std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens)
         return std::make_unique<KWinScreenShot>(screens);
     }
     if (PortalScreenshot::isOffered()) {
-        return std::make_unique<PortalScreenshot>(screens);
+        return std::make_unique<PortalScreenshot>(screens, log);
     }
     return nullptr;
 }
@@ -116,7 +116,7 @@ std::unique_ptr<EventMonitor> makeEventMonitor()
 QStringList addWaylandServices(Platform &platform)
 {
     QStringList missing;
-    auto recording = makeScreenRecording(*platform.screens);
+    auto recording = makeScreenRecording(*platform.screens, *platform.systemLog);
     if (recording) {
         addCapture(platform, std::move(recording));
     } else {

@@ -3,67 +3,16 @@
 
 #include "Platform/Portal/ScreenshotRequest.h"
 
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
+#include "Support/ScreenshotPortal.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QUrl>
 
 #include <optional>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-const QString service = u"org.freedesktop.portal.Desktop"_s;
-const QString path = u"/org/freedesktop/portal/desktop"_s;
-
-QDBusConnection portalBus()
-{
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
-}
-} // namespace
-
-class Portal : public QObject, protected QDBusContext
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Screenshot")
-
-public:
-    uint response = 0;
-    QString uri;
-    bool isSilent = false;
-    /// As portals before 0.9 did: they made up the place of the answer, and told it first.
-    bool ignoresTokens = false;
-    QString parentWindow;
-    QVariantMap options;
-
-public Q_SLOTS:
-    QDBusObjectPath Screenshot(const QString &parent, const QVariantMap &given)
-    {
-        parentWindow = parent;
-        options = given;
-        QString sender = message().service().mid(1);
-        const QString token =
-            ignoresTokens ? u"made_up"_s : given.value(u"handle_token"_s).toString();
-        const QString request = u"%1/request/%2/%3"_s.arg(path, sender.replace(u'.', u'_'), token);
-        QDBusMessage answer =
-            QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-        answer << response << QVariantMap{{u"uri"_s, uri}};
-        if (isSilent) {
-            QTimer::singleShot(100, [] { portalBus().unregisterService(service); });
-        } else if (ignoresTokens) {
-            QTimer::singleShot(100, this, [answer] { portalBus().send(answer); });
-        } else {
-            // Before the call returns.
-            connection().send(answer);
-        }
-        return QDBusObjectPath(request);
-    }
-};
 
 class ScreenshotRequestTest : public QObject
 {
@@ -83,7 +32,7 @@ private:
     QString writePicture();
     std::optional<QImage> answer();
 
-    std::unique_ptr<Portal> m_portal;
+    std::unique_ptr<ScreenshotPortal> m_portal;
     QTemporaryDir m_folder;
     QImage m_picture;
 };
@@ -92,15 +41,13 @@ void ScreenshotRequestTest::init()
 {
     m_picture = QImage(40, 30, QImage::Format_RGB32);
     m_picture.fill(QColor(10, 200, 30));
-    m_portal = std::make_unique<Portal>();
-    QVERIFY(portalBus().registerObject(path, m_portal.get(), QDBusConnection::ExportAllSlots));
-    QVERIFY(portalBus().registerService(service));
+    m_portal = std::make_unique<ScreenshotPortal>();
+    QVERIFY(m_portal->start());
 }
 
 void ScreenshotRequestTest::cleanup()
 {
-    portalBus().unregisterService(service);
-    portalBus().unregisterObject(path);
+    ScreenshotPortal::end();
     m_portal.reset();
 }
 
@@ -118,7 +65,8 @@ QString ScreenshotRequestTest::writePicture()
 std::optional<QImage> ScreenshotRequestTest::answer()
 {
     QList<QImage> answers;
-    ScreenshotRequest request([&answers](const QImage &image) { answers << image; });
+    ScreenshotRequest request(
+        [&answers](const QImage &image, const QString &) { answers << image; });
     request.start();
     [[maybe_unused]] const bool isAnswered =
         QTest::qWaitFor([&answers] { return !answers.isEmpty(); });
@@ -168,13 +116,13 @@ void ScreenshotRequestTest::damagedFile()
 
 void ScreenshotRequestTest::portalEnds()
 {
-    m_portal->isSilent = true;
+    m_portal->endsSilently = true;
     QCOMPARE(answer(), std::optional(QImage()));
 }
 
 void ScreenshotRequestTest::noPortal()
 {
-    portalBus().unregisterObject(path);
+    ScreenshotPortal::leavePlace();
     QCOMPARE(answer(), std::optional(QImage()));
 }
 

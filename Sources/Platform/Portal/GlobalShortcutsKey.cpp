@@ -131,7 +131,7 @@ void GlobalShortcutsKey::tellDescription(const QString &description)
 {
     if (description != std::exchange(m_description, description) && !description.isEmpty() &&
         !describesTrigger(description, m_combination.flags, m_keyName)) {
-        m_log.log(u"The desktop gave the shortcut other keys: %1"_s.arg(description));
+        m_log.logVerbatim(u"The desktop gave the shortcut other keys: %1"_s.arg(description));
     }
 }
 

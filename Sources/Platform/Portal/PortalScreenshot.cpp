@@ -10,16 +10,11 @@
 #include <QMap>
 #include <QTimer>
 
-#include <chrono>
 #include <future>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-/// When a portal that does not answer is given up on. GNOME's plays a sound and lets the screen
-/// flash first.
-constexpr auto longestWait = 5s;
 /// The store answers from memory.
 constexpr int storeTimeLimit = 1000;
 
@@ -64,8 +59,11 @@ QRect desktop(const QList<Screen> &screens)
 }
 } // namespace
 
-PortalScreenshot::PortalScreenshot(const Screens &screens)
+PortalScreenshot::PortalScreenshot(const Screens &screens, SystemLog &log,
+                                   std::chrono::milliseconds longestWait)
     : m_screens(screens)
+    , m_log(log)
+    , m_longestWait(longestWait)
 {
     m_thread.start();
 }
@@ -93,10 +91,11 @@ bool PortalScreenshot::requestAccess()
         return true;
     }
     if (!m_question) {
-        m_question = std::make_unique<ScreenshotRequest>([this](const QImage &image) {
-            m_wasGranted = !image.isNull();
-            m_question.release()->deleteLater();
-        });
+        m_question =
+            std::make_unique<ScreenshotRequest>([this](const QImage &image, const QString &) {
+                m_wasGranted = !image.isNull();
+                m_question.release()->deleteLater();
+            });
         m_question->start();
     }
     return false;
@@ -104,16 +103,20 @@ bool PortalScreenshot::requestAccess()
 
 QImage PortalScreenshot::takePicture()
 {
-    const auto answer = std::make_shared<std::promise<QImage>>();
-    std::future<QImage> picture = answer->get_future();
+    std::promise<QImage> picture;
     auto *request =
-        new ScreenshotRequest([answer](const QImage &image) { answer->set_value(image); });
+        new ScreenshotRequest([this, &picture](const QImage &image, const QString &problem) {
+            if (!problem.isEmpty()) {
+                m_log.logVerbatim(problem);
+            }
+            picture.set_value(image);
+        });
+    request->setLimit(m_longestWait);
     request->moveToThread(&m_thread);
     QMetaObject::invokeMethod(
         request, [request] { request->start(); }, Qt::QueuedConnection);
-    const bool isAnswered = picture.wait_for(longestWait) == std::future_status::ready;
+    QImage image = picture.get_future().get();
     request->deleteLater();
-    QImage image = isAnswered ? picture.get() : QImage();
     if (image.isNull()) {
         m_wasGranted = false;
     }

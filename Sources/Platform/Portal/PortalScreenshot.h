@@ -4,9 +4,11 @@
 #include "Platform/Portal/ScreenshotRequest.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
+#include "Platform/SystemLog.h"
 
 #include <QThread>
 
+#include <chrono>
 #include <memory>
 
 /// Grabs by the Screenshot portal, which gives a picture of all screens at once. The desktop asks
@@ -14,8 +16,10 @@
 class PortalScreenshot : public QObject, public ScreenRecording
 {
 public:
-    /// `screens` outlives the object.
-    explicit PortalScreenshot(const Screens &screens);
+    /// `screens` and `log` outlive the object. A portal that takes longer than `longestWait` for a
+    /// picture is given up on: GNOME's plays a sound and lets the screen flash first.
+    PortalScreenshot(const Screens &screens, SystemLog &log,
+                     std::chrono::milliseconds longestWait = std::chrono::seconds(5));
     ~PortalScreenshot() override;
 
     /// Whether there is a portal that takes pictures of the screen. Starts it where need be.
@@ -26,13 +30,16 @@ public:
     /// Asks the portal for a picture, and with that the user; the answer comes later. False until
     /// then.
     bool requestAccess() override;
-    /// Waits for the portal. Grabs of one event are cut from one picture.
+    /// Waits for the portal. Grabs of one event are cut from one picture. The log says why there is
+    /// none.
     QImage createImage(quint32 display, const QRectF &rect) override;
 
 private:
     QImage takePicture();
 
     const Screens &m_screens;
+    SystemLog &m_log;
+    std::chrono::milliseconds m_longestWait;
     /// Where answers are awaited while the main thread waits.
     QThread m_thread;
     std::unique_ptr<ScreenshotRequest> m_question;

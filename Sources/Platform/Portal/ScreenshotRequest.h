@@ -12,8 +12,9 @@
 class ScreenshotRequest : public PortalRequest
 {
 public:
-    /// Gets the picture; null when there is none, such as when the user says no or the portal ends.
-    using PictureHandler = std::function<void(const QImage &)>;
+    /// Gets the picture; null when there is none, such as when the user says no or the portal ends,
+    /// and then the reason, as a sentence for the log.
+    using PictureHandler = std::function<void(const QImage &, const QString &problem)>;
 
     explicit ScreenshotRequest(PictureHandler handler);
 };

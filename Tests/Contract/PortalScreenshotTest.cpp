@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// Grabs by the Screenshot portal, for which the main thread waits; so the portal is played on
+// another one.
+
+#include "Platform/Portal/PortalScreenshot.h"
+
+#include "Support/FakeServices.h"
+#include "Support/ScreenshotPortal.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+const QColor left(10, 200, 30);
+const QColor right(200, 10, 30);
+/// More than the portal of this test ever takes.
+constexpr auto patience = 60s;
+} // namespace
+
+class PortalScreenshotTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void screensAreCutFromOnePicture();
+    void noPicture_data();
+    void noPicture();
+    void noAnswer();
+    void portalEnds();
+    void nextGrabAsksAnew();
+
+private:
+    QString writePicture();
+
+    FakeScreens m_screens;
+    FakeSystemLog m_log;
+    QThread m_thread;
+    ScreenshotPortal *m_portal = nullptr;
+    QTemporaryDir m_folder;
+};
+
+void PortalScreenshotTest::init()
+{
+    m_log.lines.clear();
+    m_screens.list = {FakeScreens::screen(1, {{0, 0}, {40, 30}}, 30),
+                      FakeScreens::screen(2, {{40, 0}, {20, 30}}, 30)};
+    m_portal = new ScreenshotPortal;
+    connect(&m_thread, &QThread::finished, m_portal, &QObject::deleteLater);
+    m_portal->moveToThread(&m_thread);
+    m_thread.start();
+    QVERIFY(m_portal->start());
+}
+
+void PortalScreenshotTest::cleanup()
+{
+    ScreenshotPortal::end();
+    m_thread.quit();
+    m_thread.wait();
+}
+
+/// A picture of both screens, of which the portal will tell; the file's path.
+QString PortalScreenshotTest::writePicture()
+{
+    QImage picture(60, 30, QImage::Format_RGB32);
+    picture.fill(left);
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 40; x < 60; ++x) {
+            picture.setPixelColor(x, y, right);
+        }
+    }
+    const QString file = m_folder.filePath(u"both.png"_s);
+    picture.save(file);
+    m_portal->uri = QUrl::fromLocalFile(file).toString();
+    return file;
+}
+
+void PortalScreenshotTest::screensAreCutFromOnePicture()
+{
+    const QString file = writePicture();
+    PortalScreenshot recording(m_screens, m_log, patience);
+    const QImage first = recording.createImage(1, QRectF(0, 0, 40, 30));
+    QCOMPARE(first.size(), QSize(40, 30));
+    QCOMPARE(first.pixelColor(39, 29), left);
+    // The portal has no other picture.
+    QVERIFY(!QFile::exists(file));
+    const QImage second = recording.createImage(2, QRectF(5, 10, 10, 10));
+    QCOMPARE(second.size(), QSize(10, 10));
+    QCOMPARE(second.pixelColor(0, 0), right);
+    QVERIFY(recording.createImage(3, QRectF(0, 0, 40, 30)).isNull());
+    QCOMPARE(m_log.lines, QStringList());
+}
+
+void PortalScreenshotTest::noPicture_data()
+{
+    QTest::addColumn<int>("response");
+    QTest::addColumn<QString>("uri");
+    QTest::addColumn<QString>("line");
+    const QString none = u"The portal took no picture of the screen"_s;
+    const QString unreadable = u"The portal's picture of the screen, “%1”, cannot be read: "_s;
+    QTest::newRow("denied") << 1 << QString() << none + u": denied"_s;
+    QTest::newRow("failed") << 2 << QString() << none;
+    QTest::newRow("nowhere") << 0 << QString() << unreadable.arg(QString()) + u"not a file"_s;
+    const QString nonsense = u"no:\\uri//%%"_s;
+    QTest::newRow("nonsense") << 0 << nonsense << unreadable.arg(nonsense) + u"not a file"_s;
+    const QString elsewhere = u"https://example.org/picture.png"_s;
+    QTest::newRow("elsewhere") << 0 << elsewhere << unreadable.arg(elsewhere) + u"not a file"_s;
+    const QString missing = QUrl::fromLocalFile(m_folder.filePath(u"missing.png"_s)).toString();
+    QTest::newRow("missing") << 0 << missing << unreadable.arg(missing) + u"File not found"_s;
+    const QString folder = QUrl::fromLocalFile(m_folder.path()).toString();
+    QTest::newRow("folder") << 0 << folder << unreadable.arg(folder);
+    const QString damaged = QUrl::fromLocalFile(m_folder.filePath(u"damaged.png"_s)).toString();
+    QTest::newRow("damaged") << 0 << damaged << unreadable.arg(damaged);
+}
+
+void PortalScreenshotTest::noPicture()
+{
+    QFETCH(const int, response);
+    QFETCH(const QString, uri);
+    QFETCH(const QString, line);
+    QFile damaged(m_folder.filePath(u"damaged.png"_s));
+    QVERIFY(damaged.open(QIODevice::WriteOnly));
+    damaged.write("no picture");
+    damaged.close();
+
+    m_portal->response = static_cast<uint>(response);
+    m_portal->uri = uri;
+    PortalScreenshot recording(m_screens, m_log, patience);
+    QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
+    QCOMPARE(m_log.lines.size(), 1);
+    QVERIFY2(m_log.lines.first().startsWith(line), qUtf8Printable(m_log.lines.first()));
+    QVERIFY(QFile::exists(m_folder.path()));
+}
+
+void PortalScreenshotTest::noAnswer()
+{
+    m_portal->isSilent = true;
+    PortalScreenshot recording(m_screens, m_log, 50ms);
+    QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
+    QCOMPARE(m_log.lines, QStringList{u"The portal took no picture of the screen"_s});
+}
+
+void PortalScreenshotTest::portalEnds()
+{
+    m_portal->endsSilently = true;
+    PortalScreenshot recording(m_screens, m_log, patience);
+    QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
+    QCOMPARE(m_log.lines, QStringList{u"The portal took no picture of the screen"_s});
+}
+
+void PortalScreenshotTest::nextGrabAsksAnew()
+{
+    m_portal->uri = QUrl::fromLocalFile(m_folder.filePath(u"missing.png"_s)).toString();
+    PortalScreenshot recording(m_screens, m_log, patience);
+    QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
+    writePicture();
+    QVERIFY(!recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
+    const QString file = writePicture();
+    // A later event.
+    QTRY_VERIFY(!recording.createImage(2, QRectF(0, 0, 20, 30)).isNull() && !QFile::exists(file));
+}
+
+QTEST_MAIN(PortalScreenshotTest)
+#include "PortalScreenshotTest.moc"

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusObjectPath>
+#include <QObject>
+#include <QVariantMap>
+
+/// xdg-desktop-portal's Screenshot, played on the session bus by a connection of its own, in the
+/// ways that portals have. It may live on a thread of its own.
+class ScreenshotPortal : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Screenshot")
+
+public:
+    uint response = 0;
+    QString uri;
+    /// Whether it ends instead of answering.
+    bool endsSilently = false;
+    /// Whether it never answers.
+    bool isSilent = false;
+    /// As portals before 0.9 did: they made up the place of the answer, and told it first.
+    bool ignoresTokens = false;
+    QString parentWindow;
+    QVariantMap options;
+
+    /// Whether the bus has it now.
+    bool start();
+    /// Goes from the bus, as all of a portal does.
+    static void end();
+    /// Goes from its place; its name stays.
+    static void leavePlace();
+
+public Q_SLOTS:
+    QDBusObjectPath Screenshot(const QString &parent, const QVariantMap &given);
+};
