@@ -102,6 +102,7 @@ class CancelTest(unittest.TestCase):
 
     def test_a_capture_works_after_a_cancelled_one(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             before = program.start_capture()
             key("Escape")
             wait_until("the overlay's end", lambda: is_unchanged(before))

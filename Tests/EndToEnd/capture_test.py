@@ -56,6 +56,7 @@ class CaptureTest(unittest.TestCase):
 
     def test_drag_may_go_up_and_left(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             before = program.start_capture()
             box = page.box.inset(points(4))
             Pointer.drag((box.right, box.bottom), (box.x, box.y), release=False)

@@ -99,12 +99,14 @@ class GnomeTest(unittest.TestCase):
 
     def test_no_picture_is_left_behind(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             self.assertEqual(list(PICTURES.iterdir()), [])
 
     def test_no_window_is_left_of_a_copy(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("no window but the page",
@@ -112,6 +114,7 @@ class GnomeTest(unittest.TestCase):
 
     def test_what_another_program_copies_stands(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             Clipboard.put("copied later")

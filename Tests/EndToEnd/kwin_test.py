@@ -6,7 +6,7 @@ import shutil
 import unittest
 from pathlib import Path
 
-from support import desktop, main
+from support import desktop, main, status_notifier
 from support.desktop import Clipboard, points, screenshot
 from support.page import Page
 from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
@@ -15,6 +15,8 @@ from support.program import (POPUP_TITLE, Program, activate_action, is_unchanged
 from support.waiting import holds_for, wait_until
 
 TEXT = "Between two worlds"
+TOOL_TIP = "Left-click to capture text · Right-click for menu"
+NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
 SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
 
 
@@ -58,11 +60,17 @@ class KWinTest(unittest.TestCase):
             before = screenshot()
             activate_action("capture")
             holds_for("without an overlay", lambda: is_unchanged(before), 2)
+            # The program looks for two minutes whether the permission has come.
+            wait_until("the mark", lambda: status_notifier.tool_tip() == NOT_GRANTED, 180)
+            self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
+            wait_until("the mark's end", lambda: status_notifier.tool_tip() == TOOL_TIP)
+            self.assertTrue(is_unchanged(before))
 
     # The clipboard
 
     def test_what_another_program_copies_stands(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             Clipboard.put("copied later")

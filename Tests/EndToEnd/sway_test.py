@@ -88,6 +88,7 @@ class SwayTest(unittest.TestCase):
 
     def test_what_another_program_copies_stands(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             Clipboard.put("copied later")
@@ -95,6 +96,7 @@ class SwayTest(unittest.TestCase):
 
     def test_every_name_of_plain_text(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             for name in ("text/plain;charset=utf-8", "text/plain", "UTF8_STRING", "STRING", "TEXT"):
@@ -103,6 +105,7 @@ class SwayTest(unittest.TestCase):
 
     def test_a_reader_that_goes_away_does_no_harm(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             for _ in range(20):
