@@ -15,10 +15,6 @@ namespace recognition {
 
 namespace {
 
-/// The height of a letter with its edges after scaling. The models work at 36 pixels per line;
-/// 24 and 36 instead of 30 read 0.5 and 0.9 points worse.
-constexpr double letterHeight = 30;
-
 /// White around the line, in scaled pixels; without it first and last letters suffer.
 constexpr int margin = 6;
 
@@ -140,7 +136,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
             height = ink;
         }
     }
-    double scale = letterHeight / std::max(4, height);
+    double scale = double(preparedLetterHeight) / std::max(4, height);
     scale = std::min({scale, 6.0, double(longest) / box.width()});
     const int width = std::max(1, int(std::lround(box.width() * scale)));
     const int rows = std::max(1, int(std::lround(box.height() * scale)));

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "LineReader.h"
 
+#include "HanChooser.h"
 #include "IconFilter.h"
+#include "LanguageChooser.h"
 #include "LanguageGuess.h"
 #include "MixedScripts.h"
 #include "ScriptChooser.h"
@@ -36,10 +38,12 @@ constexpr double languageBits = 10;
 constexpr double doubtfulLatin = 75;
 constexpr double foreignAdvance = 4;
 
-bool isHanScript(Script script)
+/// A line that looks less likely than this to be Latin is not asked for it.
+constexpr double unlikelyLatin = 0.01;
+
+bool isHanModel(const QString &model)
 {
-    return script == Script::Japanese || script == Script::SimplifiedHan ||
-           script == Script::TraditionalHan;
+    return kindOf(Languages::scriptOf(model)) == WritingKind::Chinese;
 }
 
 class Reader
@@ -63,7 +67,7 @@ public:
         m_main = mainModel(lines(), m_candidates, m_pool, m_workers);
         if (Languages::scriptOf(m_main) == Script::Latin) {
             useLatin(latinModel(lines(), m_languages, m_pool, m_workers));
-        } else if (isHanScript(Languages::scriptOf(m_main))) {
+        } else if (isHanModel(m_main)) {
             chooseHan();
         }
         forEachLine([this](LineTask &task) { readLine(task); });
@@ -110,7 +114,7 @@ private:
     void chooseHan()
     {
         QStringList models = m_candidates;
-        models.removeIf([](const QString &m) { return !isHanScript(Languages::scriptOf(m)); });
+        models.removeIf([](const QString &model) { return !isHanModel(model); });
         m_main = hanModel(lines(), models, m_pool, m_workers);
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
@@ -122,8 +126,11 @@ private:
             return;
         }
         if (!m_latin.isEmpty() && m_main != m_latin) {
-            const Reading reading = task.read(m_pool, m_latin);
             const bool native = 10 * ownCharacters(task) >= 3 * task.best.characters();
+            if (native && task.likelihood(Script::Latin) < unlikelyLatin) {
+                return;
+            }
+            const Reading reading = task.read(m_pool, m_latin);
             if (reading.confidence() >= sureConfidence ||
                 (!native && reading.confidence() > task.best.confidence() + 3)) {
                 take(task, reading);
@@ -265,7 +272,8 @@ private:
         }
     }
 
-    /// Reads a line again with a second script and keeps the surer words of each.
+    /// Reads the doubtful part of a line again with a second script and keeps the surer words of
+    /// each.
     void checkMixed(LineTask &task)
     {
         if (task.best.isEmpty() || task.best.leastConfidence() >= mixedGate) {
@@ -278,7 +286,7 @@ private:
         if (second.isEmpty()) {
             return;
         }
-        const Reading merged = mergedReading(task.best, task.read(m_pool, second), task.script);
+        const Reading merged = mixedReading(task, second, mixedGate, m_pool);
         if (merged.confidence() > task.best.confidence()) {
             task.best = merged;
         }

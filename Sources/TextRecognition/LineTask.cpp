@@ -73,6 +73,7 @@ Reading readWith(EnginePool &pool, const QString &model, const GreyImage &pictur
 LineTask::LineTask(const GreyImage &page, TextLine line)
     : m_line(std::move(line))
     , m_image(lineImage(page, m_line))
+    , m_kinds(kindShares(shapeFeatures(m_image.picture, preparedLetterHeight)))
 {
 }
 
@@ -99,9 +100,35 @@ Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bo
         return read(pool, model);
     }
     const int cut = cutNear(picture, length, fromRight);
+    const std::tuple key{model, cut, fromRight};
+    {
+        const std::lock_guard lock(*m_mutex);
+        const auto found = m_samples.find(key);
+        if (found != m_samples.end()) {
+            return found->second;
+        }
+    }
     const GreyImage crop =
         fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
-    return readWith(pool, model, crop);
+    Reading reading = readWith(pool, model, crop);
+    const std::lock_guard lock(*m_mutex);
+    m_samples.emplace(key, reading);
+    return reading;
+}
+
+Reading LineTask::readPart(EnginePool &pool, const QString &model, int left, int right) const
+{
+    Reading reading = readWith(pool, model, part(m_image.picture, left, right));
+    for (ReadWord &word : reading.words) {
+        word.box.left += left;
+        word.box.right += left;
+    }
+    return reading;
+}
+
+KindShares LineTask::kindsOfPart(int left, int right) const
+{
+    return kindShares(shapeFeatures(part(m_image.picture, left, right), preparedLetterHeight));
 }
 
 } // namespace recognition

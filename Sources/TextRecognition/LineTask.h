@@ -6,11 +6,14 @@
 #include "Lines.h"
 #include "Reading.h"
 #include "Script.h"
+#include "ScriptShape.h"
 
 #include <QHash>
 
+#include <map>
 #include <memory>
 #include <mutex>
+#include <tuple>
 
 namespace recognition {
 
@@ -23,6 +26,9 @@ public:
 
     const TextLine &line() const { return m_line; }
     const LineImage &image() const { return m_image; }
+    /// How likely the line is of each kind of writing, by its looks.
+    const KindShares &kinds() const { return m_kinds; }
+    double likelihood(Script of) const { return m_kinds[std::size_t(kindOf(of))]; }
     /// About how many letters fit.
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
@@ -31,6 +37,11 @@ public:
     /// The same of a part about `letters` letter heights long, cut in a gap between words: from
     /// the right if `fromRight`. A line hardly longer is read as a whole.
     Reading sample(EnginePool &pool, const QString &model, int letters, bool fromRight);
+    /// The same of the part of the prepared line from `left` to `right`, not remembered; its words
+    /// stand where they stand in the whole line.
+    Reading readPart(EnginePool &pool, const QString &model, int left, int right) const;
+    /// How likely the part is of each kind of writing.
+    KindShares kindsOfPart(int left, int right) const;
 
     /// What the line is taken to say.
     Reading best;
@@ -41,9 +52,12 @@ public:
 private:
     TextLine m_line;
     LineImage m_image;
+    KindShares m_kinds;
     /// Guards the readings; on the heap so that tasks can be moved.
     std::unique_ptr<std::mutex> m_mutex = std::make_unique<std::mutex>();
     QHash<QString, Reading> m_readings;
+    /// By model, cut and side.
+    std::map<std::tuple<QString, int, bool>, Reading> m_samples;
 };
 
 } // namespace recognition

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "MixedScripts.h"
 
-#include "Script.h"
+#include "Languages.h"
 
 #include <algorithm>
 
@@ -190,6 +190,40 @@ void sortLogically(QList<ReadWord> &words, bool fromRight)
     }
 }
 
+/// A part of a line that looks less likely than this to be of another script is not asked for it,
+/// unless it is too short, in prepared pixels, to look like anything.
+constexpr double unlikelyPart = 0.005;
+constexpr int shortPart = 6 * preparedLetterHeight;
+
+/// Columns of a prepared line.
+struct Part
+{
+    int left = 0;
+    int right = 0;
+};
+
+/// From the first to the last word that the line's model is less than `sure` of, with half the
+/// gaps to its neighbours.
+Part doubtfulPart(const LineTask &task, double sure)
+{
+    Part doubtful{task.image().picture.width, 0};
+    for (const ReadWord &word : task.best.words) {
+        if (word.confidence < sure) {
+            doubtful.left = std::min(doubtful.left, word.box.left);
+            doubtful.right = std::max(doubtful.right, word.box.right);
+        }
+    }
+    Part outer{0, task.image().picture.width};
+    for (const ReadWord &word : task.best.words) {
+        if (word.box.right <= doubtful.left) {
+            outer.left = std::max(outer.left, (word.box.right + doubtful.left) / 2);
+        } else if (word.box.left >= doubtful.right) {
+            outer.right = std::min(outer.right, (word.box.left + doubtful.right) / 2);
+        }
+    }
+    return outer;
+}
+
 } // namespace
 
 Reading mergedReading(const Reading &base, const Reading &other, Script script)
@@ -229,6 +263,22 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     }
     sortLogically(merged.words, script == Script::Arabic);
     return merged;
+}
+
+Reading mixedReading(LineTask &task, const QString &second, double sure, EnginePool &pool)
+{
+    const Part part = doubtfulPart(task, sure);
+    if (part.right - part.left > shortPart) {
+        const KindShares kinds = task.kindsOfPart(part.left, part.right);
+        if (kinds[std::size_t(kindOf(Languages::scriptOf(second)))] < unlikelyPart) {
+            return task.best;
+        }
+    }
+    // What is most of the line is read better with the rest.
+    const bool isMost = 3 * (part.right - part.left) >= 2 * task.image().picture.width;
+    const Reading other =
+        isMost ? task.read(pool, second) : task.readPart(pool, second, part.left, part.right);
+    return mergedReading(task.best, other, task.script);
 }
 
 } // namespace recognition

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "EnginePool.h"
+#include "LineTask.h"
 #include "Reading.h"
 #include "Script.h"
 
@@ -12,5 +14,10 @@ namespace recognition {
 /// The words come in logical order: of an Arabic line from the right, with what runs from left
 /// to right kept together.
 Reading mergedReading(const Reading &base, const Reading &other, Script script);
+
+/// What `task` is taken to say, with the words that `second`, a model of another script, reads more
+/// surely. Only the part with words read less than `sure` is read again, and only if it looks as
+/// though it might be of that script.
+Reading mixedReading(LineTask &task, const QString &second, double sure, EnginePool &pool);
 
 } // namespace recognition

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ScriptChooser.h"
 
-#include "LanguageGuess.h"
+#include "HanChooser.h"
 
 #include <algorithm>
 
@@ -17,20 +17,18 @@ constexpr int sampleLength = 12;
 /// Lines that tell the script of a page, if the first does not.
 constexpr std::size_t scriptLines = 3;
 
-/// Letters that tell the language of a page, and the lines they are taken from at most.
-constexpr int languageLetters = 60;
-constexpr std::size_t languageLines = 3;
+/// A kind of writing that looks less likely than this is asked for only when no other is read.
+constexpr double unlikely = 0.02;
 
-/// Lines, and letters of each, that tell Chinese from Japanese, and how much kana make it surer.
-constexpr std::size_t hanLines = 4;
-constexpr int hanSampleLength = 15;
-constexpr double kanaBonus = 10;
+/// A kind of writing that looks more likely than this is read by all its models, and what looks
+/// less likely only when none is as sure as `clearConfidence`.
+constexpr double likely = 0.25;
 
-/// A line counts against a model by no more than this, or one with foreign words would decide.
-constexpr double mostHanDoubt = 10;
-
-/// A language this many times likelier (as a power of two) than the next is taken for granted.
-constexpr double clearBits = 8;
+/// A model is taken for a line it is this sure of if it leads by so much, and what all models stay
+/// below on average may be of a kind that looked unlikely.
+constexpr double clearConfidence = 70;
+constexpr double clearLead = 20;
+constexpr double poorConfidence = 65;
 
 /// Whether a text has Cyrillic letters other than those that look like Latin ones.
 bool hasOwnShapes(const QString &text)
@@ -54,44 +52,98 @@ double scriptScore(const Reading &reading, Script script)
     return reading.confidence() - few;
 }
 
-QStringList withoutLatin(QStringList models)
-{
-    models.removeIf([](const QString &m) { return Languages::scriptOf(m) == Script::Latin; });
-    return models;
-}
-
 double sampleScore(LineTask &task, const QString &model, EnginePool &pool)
 {
     const Script script = Languages::scriptOf(model);
-    return scriptScore(task.sample(pool, model, sampleLength, script == Script::Arabic), script);
+    const bool isHan = kindOf(script) == WritingKind::Chinese;
+    return scriptScore(
+        task.sample(pool, model, isHan ? hanSampleLength : sampleLength, script == Script::Arabic),
+        script);
 }
 
-/// Scores of the languages that have a model, likeliest first.
-QList<LanguageScore> guessAmong(const QString &text, const QStringList &models)
+/// A model that may be the one of the page.
+struct Candidate
 {
-    QList<LanguageScore> scores = guessLanguage(text);
-    scores.removeIf([&models](const LanguageScore &s) { return !models.contains(s.model); });
-    return scores;
-}
+    QString name;
+    /// By the looks of the lines, 0 to 1.
+    double likelihood = 0;
+    /// The confidences so far.
+    double sum = 0;
 
-QString textOf(const std::vector<LineTask *> &lines, const QString &model, EnginePool &pool,
-               Workers &workers)
-{
-    workers.forEach(lines.size(), [&](std::size_t i) { lines[i]->read(pool, model); });
-    QString text;
-    for (LineTask *line : lines) {
-        text += line->read(pool, model).text() + u' ';
+    /// How sure the model is of `line`.
+    double read(LineTask &line, EnginePool &pool)
+    {
+        if (Languages::scriptOf(name) != Script::Latin) {
+            const double score = sampleScore(line, name, pool);
+            sum += score;
+            return score;
+        }
+        const Reading reading = line.sample(pool, name, sampleLength, false);
+        const double score = reading.confidence();
+        // Doubtful Latin is more common than any other doubtful script.
+        sum += score + 4;
+        return reading.characters() >= 3 ? score : std::min(score, sureConfidence - 1);
     }
-    return text;
+};
+
+/// The candidates, likeliest first by the looks of `lines`. Of those with Chinese characters the
+/// Japanese comes first, as it knows the most; unless such are likely, it stands for all.
+std::vector<Candidate> byLikelihood(const QStringList &models, const std::vector<LineTask *> &lines)
+{
+    KindShares shares{};
+    double whole = 0;
+    for (const LineTask *line : lines) {
+        for (std::size_t kind = 0; kind < shares.size(); ++kind) {
+            shares[kind] += line->length() * line->kinds()[kind];
+        }
+        whole += line->length();
+    }
+    std::vector<Candidate> candidates;
+    Candidate *chinese = nullptr;
+    candidates.reserve(std::size_t(models.size()));
+    for (const QString &model : models) {
+        const Script script = Languages::scriptOf(model);
+        const auto kind = std::size_t(kindOf(script));
+        Candidate &candidate =
+            candidates.emplace_back(Candidate{model, shares[kind] / std::max(1e-9, whole), 0});
+        if (kindOf(script) != WritingKind::Chinese) {
+            continue;
+        }
+        if (chinese && script == Script::Japanese) {
+            std::swap(chinese->name, candidate.name);
+        }
+        if (!chinese) {
+            chinese = &candidate;
+        } else if (candidate.likelihood < likely) {
+            candidate.likelihood = 0;
+        }
+    }
+    const auto isBefore = [](const Candidate &a, const Candidate &b) {
+        if (a.likelihood != b.likelihood) {
+            return a.likelihood > b.likelihood;
+        }
+        return Languages::scriptOf(a.name) == Script::Latin &&
+               Languages::scriptOf(b.name) != Script::Latin;
+    };
+    std::stable_sort(candidates.begin(), candidates.end(), isBefore);
+    return candidates;
 }
 
 } // namespace
 
 QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool)
 {
+    QStringList models = candidates;
+    models.removeIf([&task](const QString &model) {
+        const Script script = Languages::scriptOf(model);
+        return script == Script::Latin || task.likelihood(script) < unlikely;
+    });
+    std::stable_sort(models.begin(), models.end(), [&task](const QString &a, const QString &b) {
+        return task.likelihood(Languages::scriptOf(a)) > task.likelihood(Languages::scriptOf(b));
+    });
     QString best;
     double top = least;
-    for (const QString &model : withoutLatin(candidates)) {
+    for (const QString &model : std::as_const(models)) {
         const double score = sampleScore(task, model, pool);
         if (score > top) {
             top = score;
@@ -107,129 +159,50 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
 QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
                   EnginePool &pool, Workers &workers)
 {
-    const QStringList others = withoutLatin(candidates);
-    if (candidates.size() == 1) {
-        return candidates.first();
-    }
-    QString latin;
-    for (const QString &model : candidates) {
-        if (Languages::scriptOf(model) == Script::Latin) {
-            latin = model;
-        }
-    }
+    const std::vector<LineTask *> lines(
+        tasks.begin(), tasks.begin() + std::ptrdiff_t(std::min(tasks.size(), scriptLines)));
+    std::vector<Candidate> models = byLikelihood(candidates, lines);
+    const auto firstUnlikely =
+        std::find_if(models.begin() + 1, models.end(),
+                     [](const Candidate &model) { return model.likelihood < unlikely; });
+
     // A line may be no text, or hard to read: what is not sure is decided by several.
-    double latinSum = 0;
-    std::vector<double> sums(std::size_t(others.size()), 0);
-    const std::size_t lines = std::min(tasks.size(), scriptLines);
-    for (std::size_t i = 0; i < lines; ++i) {
-        if (!latin.isEmpty()) {
-            const Reading reading = tasks[i]->sample(pool, latin, sampleLength, false);
-            if (reading.confidence() >= sureConfidence && reading.characters() >= 3) {
-                return latin;
+    for (LineTask *line : lines) {
+        double top = 0;
+        double next = 0;
+        Candidate *best = nullptr;
+        for (auto model = models.begin(); model != firstUnlikely; ++model) {
+            if (top >= clearConfidence && model->likelihood < likely) {
+                break;
             }
-            latinSum += reading.confidence() + 4;
+            const double score = model->read(*line, pool);
+            if (score >= sureConfidence) {
+                return model->name;
+            }
+            next = std::max(next, std::min(top, score));
+            if (score > top) {
+                top = score;
+                best = &*model;
+            }
         }
-        std::vector<double> scores(sums.size(), 0);
-        workers.forEach(scores.size(), [&](std::size_t k) {
-            scores[k] = sampleScore(*tasks[i], others[qsizetype(k)], pool);
+        if (best && top >= clearConfidence && top - next >= clearLead) {
+            return best->name;
+        }
+    }
+    const auto hasLess = [](const Candidate &a, const Candidate &b) {
+        return a.sum < b.sum;
+    };
+    auto best = std::max_element(models.begin(), firstUnlikely, hasLess);
+    if (best->sum < poorConfidence * double(lines.size()) && firstUnlikely != models.end()) {
+        const auto count = std::size_t(models.end() - firstUnlikely);
+        workers.forEach(count, [&](std::size_t i) {
+            for (LineTask *line : lines) {
+                (firstUnlikely + std::ptrdiff_t(i))->read(*line, pool);
+            }
         });
-        for (std::size_t k = 0; k < sums.size(); ++k) {
-            sums[k] += scores[k];
-        }
-        const auto best = std::max_element(scores.begin(), scores.end());
-        if (best != scores.end() && *best >= sureConfidence) {
-            return others[best - scores.begin()];
-        }
+        best = std::max_element(models.begin(), models.end(), hasLess);
     }
-    const auto best = std::max_element(sums.begin(), sums.end());
-    if (best != sums.end() && *best > latinSum) {
-        return others[best - sums.begin()];
-    }
-    return latin.isEmpty() ? candidates.first() : latin;
-}
-
-QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models, EnginePool &pool,
-                 Workers &workers)
-{
-    const std::size_t lines = std::min(tasks.size(), hanLines);
-    const auto count = std::size_t(models.size());
-    std::vector<double> scores(lines * count, 0);
-    workers.forEach(scores.size(), [&](std::size_t i) {
-        const QString &model = models[qsizetype(i % count)];
-        const Reading reading = tasks[i / count]->sample(pool, model, hanSampleLength, false);
-        const QString text = reading.text();
-        const auto kana =
-            std::count_if(text.cbegin(), text.cend(), [](QChar c) { return isKana(c.unicode()); });
-        // A Chinese model cannot read kana, and the Japanese one sees few in Chinese.
-        const bool japanese = Languages::scriptOf(model) == Script::Japanese;
-        const double bonus = japanese && 5 * kana > reading.characters() ? kanaBonus : 0;
-        scores[i] = reading.confidence() + bonus;
-    });
-    std::vector<double> sums(count, 0);
-    for (std::size_t line = 0; line < lines; ++line) {
-        const auto first = scores.begin() + std::ptrdiff_t(line * count);
-        const double best = *std::max_element(first, first + std::ptrdiff_t(count));
-        const double weight = std::min(20.0, tasks[line]->length());
-        for (std::size_t k = 0; k < count; ++k) {
-            sums[k] -= weight * std::min(mostHanDoubt, best - scores[line * count + k]);
-        }
-    }
-    return models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
-}
-
-QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
-                   EnginePool &pool, Workers &workers)
-{
-    const QStringList models = languages.models(Script::Latin);
-    QString first = models.first();
-    if (models.size() == 1) {
-        return first;
-    }
-
-    std::vector<LineTask *> lines;
-    double length = 0;
-    for (LineTask *task : tasks) {
-        if (lines.size() == languageLines || length > languageLetters) {
-            break;
-        }
-        lines.push_back(task);
-        length += task->length();
-    }
-    // The first model's reading costs nothing if it turns out to be the right one.
-    QList<LanguageScore> scores = guessAmong(textOf(lines, first, pool, workers), models);
-    if (scores.size() < 2) {
-        return first;
-    }
-    if (scores[0].model == first && scores[0].bits - scores[1].bits >= clearBits) {
-        return first;
-    }
-    // It loses the accents, which tell the others apart.
-    if (pool.folder().has(u"Latin"_s)) {
-        scores = guessAmong(textOf(lines, u"Latin"_s, pool, workers), models);
-    }
-    if (scores[0].bits - scores[1].bits >= clearBits) {
-        return scores[0].model;
-    }
-
-    // Too little text to tell: let the likeliest read it.
-    scores.removeIf(
-        [top = scores[0].bits](const LanguageScore &s) { return s.bits <= top - clearBits; });
-    scores = scores.mid(0, 3);
-    if (!std::any_of(scores.cbegin(), scores.cend(),
-                     [&first](const LanguageScore &s) { return s.model == first; })) {
-        scores.append({first, scores.last().bits - 2});
-    }
-    QString best = first;
-    double top = 0;
-    for (const LanguageScore &score : std::as_const(scores)) {
-        double confidence = lines.front()->read(pool, score.model).confidence();
-        confidence += score.bits - scores[0].bits + (score.model == first ? 1.5 : 0);
-        if (confidence > top) {
-            top = confidence;
-            best = score.model;
-        }
-    }
-    return best;
+    return best->name;
 }
 
 } // namespace recognition

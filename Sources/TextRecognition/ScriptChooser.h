@@ -19,15 +19,6 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
 QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
                   EnginePool &pool, Workers &workers);
 
-/// Which of the models of scripts with Chinese characters, `models`, reads `tasks`, longest first,
-/// best: kana make them Japanese, else the surest model wins.
-QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models, EnginePool &pool,
-                 Workers &workers);
-
-/// The model of the language of Latin script that `tasks`, longest first, are in.
-QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
-                   EnginePool &pool, Workers &workers);
-
 /// A model that reads with this confidence reads its own script; foreign writing stays below.
 inline constexpr double sureConfidence = 88;
 
