@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "EnginePool.h"
 
+#include "Languages.h"
+#include "ScriptShape.h"
+
 #include <utility>
 
 #if defined(__GLIBC__)
@@ -8,6 +11,18 @@
 #endif
 
 namespace recognition {
+
+namespace {
+
+/// Freed pieces, of which a model has many, would otherwise stay with the process.
+void trimHeap()
+{
+#if defined(__GLIBC__)
+    malloc_trim(0);
+#endif
+}
+
+} // namespace
 
 EnginePool::Loan::Loan(EnginePool *pool, QString model, Dictionary dictionary,
                        std::unique_ptr<Engine> engine)
@@ -27,6 +42,24 @@ EnginePool::Loan::~Loan()
     }
 }
 
+EnginePool::Page::Page(EnginePool &pool)
+    : m_pool(pool)
+{
+    const std::lock_guard lock(pool.m_mutex);
+    if (pool.m_pages++ == 0) {
+        pool.m_pageStart = pool.m_now();
+    }
+}
+
+EnginePool::Page::~Page()
+{
+    {
+        const std::lock_guard lock(m_pool.m_mutex);
+        --m_pool.m_pages;
+    }
+    m_pool.makeRoom(0);
+}
+
 EnginePool::EnginePool(ModelFolder folder, Now now)
     : m_folder(std::move(folder))
     , m_now(std::move(now))
@@ -44,7 +77,60 @@ EnginePool::Loan EnginePool::lend(const QString &model, Dictionary dictionary)
             return {this, model, dictionary, std::move(engine)};
         }
     }
-    return {this, model, dictionary, Engine::load(m_folder, model, dictionary)};
+    makeRoom(sizeOf(model));
+    std::unique_ptr<Engine> engine = Engine::load(m_folder, model, dictionary);
+    if (!engine) {
+        const std::lock_guard lock(m_mutex);
+        m_loaded -= sizeOf(model);
+    }
+    return {this, model, dictionary, std::move(engine)};
+}
+
+int EnginePool::sizeOf(const QString &model)
+{
+    return kindOf(Languages::scriptOf(model)) == WritingKind::Chinese ? 45 : 14;
+}
+
+void EnginePool::makeRoom(int megabytes)
+{
+    std::vector<std::unique_ptr<Engine>> dropped;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_loaded += megabytes;
+        while (m_loaded > room) {
+            std::unique_ptr<Engine> engine = takeLongestUnused();
+            if (!engine) {
+                break;
+            }
+            dropped.push_back(std::move(engine));
+        }
+    }
+    if (!dropped.empty()) {
+        dropped.clear();
+        trimHeap();
+    }
+}
+
+std::unique_ptr<Engine> EnginePool::takeLongestUnused()
+{
+    auto longest = m_idle.end();
+    for (auto at = m_idle.begin(); at != m_idle.end(); ++at) {
+        // Those given back first stand first. Dropping what a page needs again and again would
+        // take more time than reading it.
+        if (at->second.empty() || (m_pages > 0 && at->second.front().since >= m_pageStart)) {
+            continue;
+        }
+        if (longest == m_idle.end() || at->second.front().since < longest->second.front().since) {
+            longest = at;
+        }
+    }
+    if (longest == m_idle.end()) {
+        return nullptr;
+    }
+    std::unique_ptr<Engine> engine = std::move(longest->second.front().engine);
+    longest->second.erase(longest->second.begin());
+    m_loaded -= sizeOf(longest->first.model);
+    return engine;
 }
 
 void EnginePool::giveBack(const QString &model, Dictionary dictionary,
@@ -61,12 +147,14 @@ bool EnginePool::dropIdle(std::chrono::milliseconds age)
     {
         const std::lock_guard lock(m_mutex);
         const Clock::time_point limit = m_now() - age;
-        for (auto &[key, engines] : m_idle) {
+        for (auto &entry : m_idle) {
+            std::vector<Idle> &engines = entry.second;
             std::erase_if(engines, [&](Idle &idle) {
                 if (idle.since > limit) {
                     return false;
                 }
                 dropped.push_back(std::move(idle));
+                m_loaded -= sizeOf(entry.first.model);
                 return true;
             });
             left = left || !engines.empty();
@@ -74,10 +162,7 @@ bool EnginePool::dropIdle(std::chrono::milliseconds age)
     }
     if (!dropped.empty()) {
         dropped.clear();
-#if defined(__GLIBC__)
-        // The models' many small pieces would otherwise stay with the process.
-        malloc_trim(0);
-#endif
+        trimHeap();
     }
     return left;
 }

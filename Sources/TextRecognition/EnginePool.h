@@ -13,7 +13,7 @@
 namespace recognition {
 
 /// The loaded models. Each is loaded when it is first asked for, lent to one thread at a time and
-/// kept for the next. Thread-safe; the pool outlives its loans.
+/// kept for the next, as long as there is room. Thread-safe; the pool outlives its loans.
 class EnginePool
 {
 public:
@@ -44,13 +44,34 @@ public:
         std::unique_ptr<Engine> m_engine;
     };
 
-    /// Lends `model`, loading it if no copy is idle. Empty if it cannot be loaded.
+    /// As long as this lives, a page is read, and no engine that was used for it is dropped.
+    class Page
+    {
+    public:
+        explicit Page(EnginePool &pool);
+        ~Page();
+        Page(const Page &) = delete;
+        Page &operator=(const Page &) = delete;
+
+    private:
+        EnginePool &m_pool;
+    };
+
+    /// Lends `model`, loading it if no copy is idle. If that would make more than `room` megabytes
+    /// of models, others that are idle are dropped first, those unused for longest before all; also
+    /// at the end of a page. Empty if it cannot be loaded.
     Loan lend(const QString &model, Dictionary dictionary);
     const ModelFolder &folder() const { return m_folder; }
 
     /// Drops the engines that nobody used for `age`, and gives their memory back to the system.
     /// True if engines are left that a later call may drop.
     bool dropIdle(std::chrono::milliseconds age);
+    /// In megabytes: the models of two scripts with Chinese characters, the third's single copy and
+    /// English.
+    static constexpr int room = 210;
+    /// What a loaded copy of `model` takes, in megabytes, as measured.
+    static int sizeOf(const QString &model);
+
     /// Engines waiting for work.
     std::size_t idleCount() const;
 
@@ -70,12 +91,19 @@ private:
         Clock::time_point since;
     };
 
+    void makeRoom(int megabytes);
+    std::unique_ptr<Engine> takeLongestUnused();
     void giveBack(const QString &model, Dictionary dictionary, std::unique_ptr<Engine> engine);
 
     const ModelFolder m_folder;
     const Now m_now;
     mutable std::mutex m_mutex;
     std::map<Key, std::vector<Idle>> m_idle;
+    /// Megabytes of all engines, lent or idle.
+    int m_loaded = 0;
+    /// Pages being read, and when the first of them began.
+    int m_pages = 0;
+    Clock::time_point m_pageStart;
 };
 
 } // namespace recognition

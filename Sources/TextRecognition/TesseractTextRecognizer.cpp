@@ -92,6 +92,7 @@ void TesseractTextRecognizer::perform(TextRecognitionRequest &request, const QIm
 {
     const Languages languages = m_p->installed().restrictedTo(request.recognitionLanguages);
     request.results.clear();
+    const EnginePool::Page page(m_p->pool);
     for (const PageLine &line : readPage(greyImage(image), languages, m_p->pool, m_p->workers)) {
         RecognizedTextObservation observation;
         observation.boundingBox =

@@ -82,6 +82,57 @@ private Q_SLOTS:
         QCOMPARE(pool.idleCount(), std::size_t(1));
     }
 
+    void theLongestUnusedMakesRoom()
+    {
+        EnginePool::Clock::time_point now{};
+        EnginePool pool(ModelFolder(), [&now] { return now; });
+        const int most = EnginePool::room / EnginePool::sizeOf(u"eng"_s);
+        Engine *newest = nullptr;
+        {
+            std::vector<EnginePool::Loan> loans;
+            for (int i = 0; i < most; ++i)
+                loans.push_back(pool.lend(u"eng"_s, Dictionary::Without));
+            newest = loans.back().operator->();
+            for (EnginePool::Loan &loan : loans) {
+                const EnginePool::Loan back = std::move(loan);
+                now += 1s;
+            }
+        }
+        QCOMPARE(pool.idleCount(), std::size_t(most));
+        // Another key than that of the idle ones, so that it has to be loaded.
+        QVERIFY(bool(pool.lend(u"eng"_s, Dictionary::With)));
+        QCOMPARE(pool.idleCount(), std::size_t(most));
+        QCOMPARE(pool.lend(u"eng"_s, Dictionary::Without).operator->(), newest);
+    }
+
+    void aPageKeepsItsEnginesToItsEnd()
+    {
+        EnginePool::Clock::time_point now{};
+        EnginePool pool(ModelFolder(), [&now] { return now; });
+        const int most = EnginePool::room / EnginePool::sizeOf(u"eng"_s);
+        pool.lend(u"eng"_s, Dictionary::With);
+        now += 1s;
+        {
+            const EnginePool::Page page(pool);
+            std::vector<EnginePool::Loan> loans;
+            for (int i = 0; i < most + 2; ++i)
+                loans.push_back(pool.lend(u"eng"_s, Dictionary::Without));
+            loans.clear();
+            // Only the one from before made room.
+            QCOMPARE(pool.idleCount(), std::size_t(most + 2));
+        }
+        QCOMPARE(pool.idleCount(), std::size_t(most));
+    }
+
+    void modelsWithoutAFileTakeNoRoom()
+    {
+        EnginePool pool{ModelFolder()};
+        pool.lend(u"eng"_s, Dictionary::Without);
+        for (int i = 0; i < 2 * EnginePool::room; ++i)
+            QVERIFY(!pool.lend(u"no-such-model"_s, Dictionary::Without));
+        QCOMPARE(pool.idleCount(), std::size_t(1));
+    }
+
     void theDropperEmptiesThePool()
     {
         EnginePool pool{ModelFolder()};
