@@ -66,14 +66,20 @@ EnginePool::EnginePool(ModelFolder folder, Now now)
 {
 }
 
-EnginePool::Loan EnginePool::lend(const QString &model, Dictionary dictionary)
+EnginePool::Loan EnginePool::lend(const QString &model, Dictionary dictionary, IfLent ifLent)
 {
+    const Key key{model, dictionary};
     {
-        const std::lock_guard lock(m_mutex);
-        const auto found = m_idle.find({model, dictionary});
-        if (found != m_idle.end() && !found->second.empty()) {
-            std::unique_ptr<Engine> engine = std::move(found->second.back().engine);
-            found->second.pop_back();
+        std::unique_lock lock(m_mutex);
+        std::vector<Idle> &idle = m_idle[key];
+        int &lent = m_lent[key];
+        if (ifLent == IfLent::Wait) {
+            m_returned.wait(lock, [&] { return !idle.empty() || lent == 0; });
+        }
+        ++lent;
+        if (!idle.empty()) {
+            std::unique_ptr<Engine> engine = std::move(idle.back().engine);
+            idle.pop_back();
             return {this, model, dictionary, std::move(engine)};
         }
     }
@@ -82,6 +88,8 @@ EnginePool::Loan EnginePool::lend(const QString &model, Dictionary dictionary)
     if (!engine) {
         const std::lock_guard lock(m_mutex);
         m_loaded -= sizeOf(model);
+        --m_lent[key];
+        m_returned.notify_all();
     }
     return {this, model, dictionary, std::move(engine)};
 }
@@ -138,6 +146,8 @@ void EnginePool::giveBack(const QString &model, Dictionary dictionary,
 {
     const std::lock_guard lock(m_mutex);
     m_idle[{model, dictionary}].push_back({std::move(engine), m_now()});
+    --m_lent[{model, dictionary}];
+    m_returned.notify_all();
 }
 
 bool EnginePool::dropIdle(std::chrono::milliseconds age)

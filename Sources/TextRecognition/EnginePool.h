@@ -4,6 +4,7 @@
 #include "Engine.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -57,10 +58,14 @@ public:
         EnginePool &m_pool;
     };
 
-    /// Lends `model`, loading it if no copy is idle. If that would make more than `room` megabytes
-    /// of models, others that are idle are dropped first, those unused for longest before all; also
-    /// at the end of a page. Empty if it cannot be loaded.
-    Loan lend(const QString &model, Dictionary dictionary);
+    /// What is done if all loaded copies of a model are lent.
+    enum class IfLent { Load, Wait };
+
+    /// Lends `model`, loading it if no copy is idle; with `IfLent::Wait` only if there is none at
+    /// all, for what is read faster than a model is loaded. If loading would make more than `room`
+    /// megabytes of models, others that are idle are dropped first, those unused for longest before
+    /// all; also at the end of a page. Empty if it cannot be loaded.
+    Loan lend(const QString &model, Dictionary dictionary, IfLent ifLent = IfLent::Load);
     const ModelFolder &folder() const { return m_folder; }
 
     /// Drops the engines that nobody used for `age`, and gives their memory back to the system.
@@ -99,6 +104,9 @@ private:
     const Now m_now;
     mutable std::mutex m_mutex;
     std::map<Key, std::vector<Idle>> m_idle;
+    /// Copies lent or being loaded.
+    std::map<Key, int> m_lent;
+    std::condition_variable m_returned;
     /// Megabytes of all engines, lent or idle.
     int m_loaded = 0;
     /// Pages being read, and when the first of them began.

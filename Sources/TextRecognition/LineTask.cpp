@@ -54,9 +54,10 @@ Dictionary dictionaryOf(const QString &model)
     return model == "Latin"_L1 ? Dictionary::Without : Dictionary::With;
 }
 
-Reading readWith(EnginePool &pool, const QString &model, const GreyImage &picture)
+Reading readWith(EnginePool &pool, const QString &model, const GreyImage &picture,
+                 EnginePool::IfLent ifLent = EnginePool::IfLent::Load)
 {
-    const EnginePool::Loan engine = pool.lend(model, dictionaryOf(model));
+    const EnginePool::Loan engine = pool.lend(model, dictionaryOf(model), ifLent);
     if (!engine) {
         return {};
     }
@@ -77,7 +78,7 @@ LineTask::LineTask(const GreyImage &page, TextLine line)
 {
 }
 
-Reading LineTask::read(EnginePool &pool, const QString &model)
+Reading LineTask::read(EnginePool &pool, const QString &model, EnginePool::IfLent ifLent)
 {
     {
         const std::lock_guard lock(*m_mutex);
@@ -86,7 +87,7 @@ Reading LineTask::read(EnginePool &pool, const QString &model)
             return *found;
         }
     }
-    Reading reading = readWith(pool, model, m_image.picture);
+    Reading reading = readWith(pool, model, m_image.picture, ifLent);
     const std::lock_guard lock(*m_mutex);
     m_readings.insert(model, reading);
     return reading;
@@ -97,7 +98,7 @@ Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bo
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
     if (picture.width * 4 < length * 5) {
-        return read(pool, model);
+        return read(pool, model, EnginePool::IfLent::Wait);
     }
     const int cut = cutNear(picture, length, fromRight);
     const std::tuple key{model, cut, fromRight};
@@ -110,7 +111,7 @@ Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bo
     }
     const GreyImage crop =
         fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
-    Reading reading = readWith(pool, model, crop);
+    Reading reading = readWith(pool, model, crop, EnginePool::IfLent::Wait);
     const std::lock_guard lock(*m_mutex);
     m_samples.emplace(key, reading);
     return reading;

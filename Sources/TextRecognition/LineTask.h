@@ -33,7 +33,8 @@ public:
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
     /// The whole line as `model` reads it, remembered for the next time.
-    Reading read(EnginePool &pool, const QString &model);
+    Reading read(EnginePool &pool, const QString &model,
+                 EnginePool::IfLent ifLent = EnginePool::IfLent::Load);
     /// The same of a part about `letters` letter heights long, cut in a gap between words: from
     /// the right if `fromRight`. A line hardly longer is read as a whole.
     Reading sample(EnginePool &pool, const QString &model, int letters, bool fromRight);

@@ -44,6 +44,26 @@ private Q_SLOTS:
         QCOMPARE(pool.idleCount(), std::size_t(2));
     }
 
+    void whoWaitsGetsTheCopyThatIsLent()
+    {
+        EnginePool pool{ModelFolder()};
+        std::atomic<int> failures = 0;
+        {
+            std::vector<std::jthread> threads;
+            for (int i = 0; i < 4; ++i) {
+                threads.emplace_back([&] {
+                    const EnginePool::Loan loan =
+                        pool.lend(u"eng"_s, Dictionary::Without, EnginePool::IfLent::Wait);
+                    failures += !loan;
+                    failures += bool(
+                        pool.lend(u"no-such-model"_s, Dictionary::With, EnginePool::IfLent::Wait));
+                });
+            }
+        }
+        QCOMPARE(failures.load(), 0);
+        QCOMPARE(pool.idleCount(), std::size_t(1));
+    }
+
     void missingModelsAreNotLent()
     {
         EnginePool pool{ModelFolder()};
