@@ -283,7 +283,7 @@ public:
     QStringList supportedRecognitionLanguages(const TextRecognitionRequest &) const override
     {
         if (supportedError) {
-            throw *supportedError;
+            throw RecognitionError(*supportedError);
         }
         return supported;
     }
@@ -303,7 +303,7 @@ public:
             request.completionHandler(request, nextError);
         }
         if (nextThrow) {
-            throw *nextThrow;
+            throw RecognitionError(*nextThrow);
         }
     }
 
