@@ -14,6 +14,8 @@
 #include <QTest>
 #include <QWindow>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 /// The form in the settings window.
@@ -255,12 +257,8 @@ void SettingsFormTest::showsTheVersion()
     QCOMPARE(SettingsView::versionText(u"1.2.3"_s), u"v1.2.3"_s);
     QCOMPARE(SettingsView::versionText(std::nullopt), u"v?"_s);
     const auto shows = [this](const QString &text) {
-        for (const auto *label : window()->findChildren<QLabel *>()) {
-            if (label->text() == text) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::any_of(window()->findChildren<QLabel *>(),
+                                   [&](const QLabel *label) { return label->text() == text; });
     };
     show();
     QVERIFY(shows(u"v?"_s));

@@ -127,7 +127,7 @@ private:
 };
 
 /// KWin's own device, moved by us.
-class FakeHands : public Hands
+class FakeHands final : public Hands
 {
 public:
     explicit FakeHands(org_kde_kwin_fake_input *input)

@@ -139,7 +139,7 @@ void SettingsTest::loadsTheShortcutAsItIs_data()
     QTest::newRow("upper case") << QByteArray("CMD+O") << u"CMD+O"_s;
     QTest::newRow("empty") << QByteArray("") << QString();
     QTest::newRow("nonsense") << QByteArray("+++ %% \\x3a9") << u"+++ %% Ω"_s;
-    QTest::newRow("null") << QByteArray("\"a\\0+b\"") << u"a\0+b"_s;
+    QTest::newRow("null") << QByteArray(R"("a\0+b")") << u"a\0+b"_s;
     QTest::newRow("long") << QByteArray(100000, 'x') << QString(100000, u'x');
 }
 

@@ -78,12 +78,9 @@ double errorRate(const QString &truth, const QString &text)
 
 bool hasModels(const QStringList &models)
 {
-    for (const QString &model : models) {
-        if (!QFile::exists(u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model))) {
-            return false;
-        }
-    }
-    return true;
+    return std::ranges::all_of(models, [](const QString &model) {
+        return QFile::exists(u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model));
+    });
 }
 
 } // namespace
@@ -345,6 +342,7 @@ private Q_SLOTS:
         const QImage firstPage = page({first});
         const QImage secondPage = page({second});
         std::vector<std::future<QStringList>> results;
+        results.reserve(6);
         for (int i = 0; i < 6; ++i) {
             results.push_back(std::async(std::launch::async, [&, i] {
                 return read(recognizer, i % 2 ? secondPage : firstPage);
