@@ -274,10 +274,12 @@ Reading mixedReading(LineTask &task, const QString &second, double sure, EngineP
             return task.best;
         }
     }
-    // What is most of the line is read better with the rest.
-    const bool isMost = 3 * (part.right - part.left) >= 2 * task.image().picture.width;
+    // What is most of the line is read better with the rest. The models of Cyrillic are sure of
+    // Latin capitals that look like theirs, so that any part may be meant.
+    const bool isWhole = task.script == Script::Cyrillic ||
+                         3 * (part.right - part.left) >= 2 * task.image().picture.width;
     const Reading other =
-        isMost ? task.read(pool, second) : task.readPart(pool, second, part.left, part.right);
+        isWhole ? task.read(pool, second) : task.readPart(pool, second, part.left, part.right);
     return mergedReading(task.best, other, task.script);
 }
 
