@@ -222,7 +222,8 @@ void StatusNotifierTest::registersWithTheWatcher()
     QVERIFY(watcher.owns());
     makeItem();
     QTRY_COMPARE(watcher.items().size(), 1);
-    QVERIFY(watcher.items().first().startsWith(u"org.kde.StatusNotifierItem-"_s));
+    // GNOME's extension drops items with other names while it reads them.
+    QVERIFY2(watcher.items().first().startsWith(u':'), qUtf8Printable(watcher.items().first()));
 }
 
 void StatusNotifierTest::propertiesAreComplete()

@@ -88,6 +88,13 @@ class GnomeTest(unittest.TestCase):
             wait_until("the overlay's end", lambda: is_unchanged(before))
             self.assertTrue(program.is_running())
 
+    def test_the_icon_stays(self):
+        wait_until("the end of an earlier program's icon", lambda: not desktop.find_tray_icon())
+        with Program({}) as program:
+            program.status_item()
+            # The extension reads the item once more a second after it has shown it.
+            holds_for("the icon in the panel", desktop.find_tray_icon, 3)
+
     def test_shortcut(self):
         with Page(TEXT) as page:
             others = wait_until("the settings daemon's own keys", grabbed_keys)

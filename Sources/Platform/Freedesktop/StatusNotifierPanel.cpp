@@ -123,19 +123,18 @@ bool StatusNotifierPanel::openItemConnection()
     auto *menu = new QObject(m_item.get());
     new MenuAdaptor(menu, [this] { return makeMenu(); });
     bus.registerObject(m_adaptor->menu().path(), menu);
-    // A name for people who look at the bus; a sandbox allows none, and the unique one will do.
-    m_serviceName =
-        u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(count);
-    if (!bus.registerService(m_serviceName)) {
-        m_serviceName = bus.baseService();
-    }
+    // For people who look at the bus; a sandbox allows none.
+    bus.registerService(
+        u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(count));
     return true;
 }
 
 void StatusNotifierPanel::registerItem()
 {
     QDBusMessage call = watcherCall(watcherService, u"RegisterStatusNotifierItem"_s);
-    call << m_serviceName;
+    // By the unique name: GNOME's extension watches the owner of another one, which it hears of
+    // while it reads the item, and drops the item then, about every second time.
+    call << QDBusConnection(m_connectionName).baseService();
     // From the item's own connection: some watchers take the item to be the sender.
     auto *answer = new QDBusPendingCallWatcher(
         QDBusConnection(m_connectionName).asyncCall(call, timeoutMilliseconds), m_item.get());

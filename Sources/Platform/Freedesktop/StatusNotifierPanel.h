@@ -46,7 +46,6 @@ private:
     Presence m_presence = Presence::Unknown;
     std::unique_ptr<QObject> m_item;
     StatusNotifierAdaptor *m_adaptor = nullptr;
-    /// The name of the item's connection to the bus, and what it is called on the bus.
+    /// The name of the item's connection to the bus.
     QString m_connectionName;
-    QString m_serviceName;
 };
