@@ -53,11 +53,8 @@ EnginePool::Page::Page(EnginePool &pool)
 
 EnginePool::Page::~Page()
 {
-    {
-        const std::lock_guard lock(m_pool.m_mutex);
-        --m_pool.m_pages;
-    }
-    m_pool.makeRoom(0);
+    const std::lock_guard lock(m_pool.m_mutex);
+    --m_pool.m_pages;
 }
 
 EnginePool::EnginePool(ModelFolder folder, Now now)

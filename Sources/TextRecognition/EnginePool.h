@@ -64,7 +64,7 @@ public:
     /// Lends `model`, loading it if no copy is idle; with `IfLent::Wait` only if there is none at
     /// all, for what is read faster than a model is loaded. If loading would make more than `room`
     /// megabytes of models, others that are idle are dropped first, those unused for longest before
-    /// all; also at the end of a page. Empty if it cannot be loaded.
+    /// all. Empty if it cannot be loaded.
     Loan lend(const QString &model, Dictionary dictionary, IfLent ifLent = IfLent::Load);
     const ModelFolder &folder() const { return m_folder; }
 

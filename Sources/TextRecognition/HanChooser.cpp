@@ -60,7 +60,7 @@ struct JapaneseText
     /// Whether there are so many kana that it cannot be Chinese.
     bool isJapanese() const
     {
-        const int kana = kanaIn(sure);
+        const qsizetype kana = kanaIn(sure);
         return kana >= fewestKana && charactersPerKana * kana >= sure.size();
     }
     /// Whether there are so many full forms that it cannot be simplified Chinese.

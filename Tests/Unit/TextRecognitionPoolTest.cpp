@@ -141,6 +141,11 @@ private Q_SLOTS:
             // Only the one from before made room.
             QCOMPARE(pool.idleCount(), std::size_t(most + 2));
         }
+        // They stay for another like it, and make room for what is not.
+        QCOMPARE(pool.idleCount(), std::size_t(most + 2));
+        now += 1s;
+        const EnginePool::Page other(pool);
+        pool.lend(u"eng"_s, Dictionary::With);
         QCOMPARE(pool.idleCount(), std::size_t(most));
     }
 
