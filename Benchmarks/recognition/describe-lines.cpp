@@ -25,15 +25,18 @@ int main(int argc, char **argv)
         const GreyImage page = greyImage(QImage(path));
         for (const TextLine &line : findLines(findMarks(page))) {
             const LineImage prepared = lineImage(page, line);
-            if (prepared.isEmpty())
+            if (prepared.isEmpty()) {
                 continue;
+            }
             const ShapeFeatures found = shapeFeatures(prepared.picture, preparedLetterHeight);
             QJsonArray features;
-            for (const double feature : found)
+            for (const double feature : found) {
                 features.append(feature);
+            }
             QJsonArray shares;
-            for (const double share : kindShares(found))
+            for (const double share : kindShares(found)) {
                 shares.append(share);
+            }
             const QJsonObject description{
                 {u"image"_s, path}, {u"features"_s, features}, {u"shares"_s, shares}};
             std::puts(QJsonDocument(description).toJson(QJsonDocument::Compact).constData());

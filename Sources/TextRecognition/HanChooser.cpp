@@ -8,7 +8,7 @@ namespace recognition {
 namespace {
 
 /// One kana among so many characters makes a page Japanese, if it has at least a few.
-constexpr int charactersPerKana = 5;
+constexpr qsizetype charactersPerKana = 5;
 constexpr int fewestKana = 3;
 
 /// Words are counted from this confidence of the Japanese model.

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <ranges>
 
 namespace recognition {
 
@@ -64,8 +63,8 @@ void dropFrames(std::vector<Mark> &marks)
             frames.push_back(i);
         }
     }
-    for (const std::size_t frame : std::views::reverse(frames)) {
-        marks.erase(marks.begin() + std::ptrdiff_t(frame));
+    for (; !frames.empty(); frames.pop_back()) {
+        marks.erase(marks.begin() + std::ptrdiff_t(frames.back()));
     }
 }
 

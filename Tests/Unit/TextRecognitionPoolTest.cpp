@@ -110,8 +110,9 @@ private Q_SLOTS:
         Engine *newest = nullptr;
         {
             std::vector<EnginePool::Loan> loans;
-            for (int i = 0; i < most; ++i)
+            for (int i = 0; i < most; ++i) {
                 loans.push_back(pool.lend(u"eng"_s, Dictionary::Without));
+            }
             newest = loans.back().operator->();
             for (EnginePool::Loan &loan : loans) {
                 const EnginePool::Loan back = std::move(loan);
@@ -135,8 +136,9 @@ private Q_SLOTS:
         {
             const EnginePool::Page page(pool);
             std::vector<EnginePool::Loan> loans;
-            for (int i = 0; i < most + 2; ++i)
+            for (int i = 0; i < most + 2; ++i) {
                 loans.push_back(pool.lend(u"eng"_s, Dictionary::Without));
+            }
             loans.clear();
             // Only the one from before made room.
             QCOMPARE(pool.idleCount(), std::size_t(most + 2));
@@ -153,8 +155,9 @@ private Q_SLOTS:
     {
         EnginePool pool{ModelFolder()};
         pool.lend(u"eng"_s, Dictionary::Without);
-        for (int i = 0; i < 2 * EnginePool::room; ++i)
+        for (int i = 0; i < 2 * EnginePool::room; ++i) {
             QVERIFY(!pool.lend(u"no-such-model"_s, Dictionary::Without));
+        }
         QCOMPARE(pool.idleCount(), std::size_t(1));
     }
 

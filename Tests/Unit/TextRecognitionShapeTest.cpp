@@ -18,8 +18,9 @@ constexpr int letters = 12;
 
 void draw(GreyImage &picture, int left, int top, int width, int height)
 {
-    for (int y = top; y < top + height; ++y)
+    for (int y = top; y < top + height; ++y) {
         std::fill_n(picture.row(y) + left, width, std::uint8_t(0));
+    }
 }
 
 /// A line of letters, one every `pitch` columns, that `drawLetter` draws into a picture at a
@@ -27,8 +28,9 @@ void draw(GreyImage &picture, int left, int top, int width, int height)
 GreyImage lineOfLetters(int pitch, const std::function<void(GreyImage &, int, int)> &drawLetter)
 {
     GreyImage picture((letters + 1) * letter, 2 * letter, 255);
-    for (int i = 0; i < letters; ++i)
+    for (int i = 0; i < letters; ++i) {
         drawLetter(picture, letter / 2 + i * pitch, i);
+    }
     return picture;
 }
 
@@ -81,10 +83,12 @@ private Q_SLOTS:
     {
         // A box with bars across and a stem through the middle.
         const GreyImage picture = lineOfLetters(letter, [](GreyImage &line, int left, int) {
-            for (int bar = 0; bar < 5; ++bar)
+            for (int bar = 0; bar < 5; ++bar) {
                 draw(line, left, letter / 2 + bar * 7, letter - 4, 3);
-            for (const int stem : {0, letter / 2 - 3, letter - 7})
+            }
+            for (const int stem : {0, letter / 2 - 3, letter - 7}) {
                 draw(line, left + stem, letter / 2, 3, letter + 1);
+            }
         });
         QVERIFY(share(picture, WritingKind::Chinese) > 0.5);
     }
