@@ -36,6 +36,7 @@ int share(std::vector<int> values, double part)
 int letterSizeOf(const std::vector<Mark> &marks)
 {
     std::vector<int> sizes;
+    sizes.reserve(marks.size());
     for (const Mark &mark : marks) {
         sizes.push_back(std::max(mark.box.width(), mark.box.height()));
     }

@@ -76,7 +76,7 @@ QString PortalScreenshotTest::writePicture()
             picture.setPixelColor(x, y, right);
         }
     }
-    const QString file = m_folder.filePath(u"both.png"_s);
+    QString file = m_folder.filePath(u"both.png"_s);
     picture.save(file);
     m_portal->uri = QUrl::fromLocalFile(file).toString();
     return file;

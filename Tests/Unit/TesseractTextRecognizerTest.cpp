@@ -343,7 +343,6 @@ private Q_SLOTS:
         const QImage firstPage = page({first});
         const QImage secondPage = page({second});
         std::vector<std::future<QStringList>> results;
-        results.reserve(6);
         for (int i = 0; i < 6; ++i) {
             results.push_back(std::async(std::launch::async, [&, i] {
                 return read(recognizer, i % 2 ? secondPage : firstPage);
