@@ -79,7 +79,7 @@ void GlobalHotkey::start()
     };
 }
 
-void GlobalHotkey::denyPermission()
+void GlobalHotkey::denyPermission() const
 {
     Platform::current().systemLog->log(u"GlobalHotkey: Accessibility permission not yet granted"_s);
     if (onPermissionDenied) {

@@ -52,7 +52,7 @@ private:
     explicit GlobalHotkey(Action action);
 
     void setCombination(const KeyCombination &newCombination);
-    void denyPermission();
+    void denyPermission() const;
     void tapDidEnd(KeyTap::Tap::End end);
     /// Whether the press is swallowed.
     bool handleKeyDown(const KeyCombination &pressed);
