@@ -58,8 +58,8 @@ public:
     /// As where no desktop stands behind the interface.
     void withdrawInterface() { m_isOffered = false; }
     /// In the latest session, unless another one is given; in none before there is one.
-    void press(const QString &shortcut = QStringLiteral("capture"), const QString &session = {});
-    void change(const QString &description);
+    void press(const QString &shortcut = QStringLiteral("capture"), const QString &of = {});
+    void change(const QString &text);
     void closeSession();
 
     QString introspect(const QString &path) const override;
@@ -72,7 +72,7 @@ private:
     void createSession(const QDBusMessage &message);
     void bindShortcuts(const QDBusMessage &message);
     void answer(uint response, const QVariantMap &results);
-    void send(const QString &path, const QString &interface, const QString &name,
+    void send(const QString &from, const QString &interface, const QString &name,
               const QVariantList &arguments);
 
     QDBusConnection m_bus;
