@@ -125,7 +125,8 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candid
             const int kana = kanaIn(reading.text());
             // A Chinese model cannot read kana, and the Japanese one sees few in Chinese.
             const bool japanese = Languages::scriptOf(model) == Script::Japanese;
-            const double bonus = japanese && 5 * kana > reading.characters() ? kanaBonus : 0;
+            const double bonus =
+                japanese && charactersPerKana * kana > reading.characters() ? kanaBonus : 0;
             scores[line * count + k] = reading.confidence() + bonus;
         }
     });

@@ -167,25 +167,21 @@ private:
                 sure[task.best.model] += task.best.characters();
             }
         }
+        if (Languages::scriptOf(m_main) != Script::Latin) {
+            m_foreign = m_main;
+        }
         for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
             if (Languages::scriptOf(i.key()) != Script::Latin &&
                 i.value() > sure.value(m_foreign)) {
                 m_foreign = i.key();
             }
         }
-        QString most = m_main;
-        for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
-            if (Languages::scriptOf(i.key()) != Script::Latin && i.value() > sure.value(most)) {
-                most = i.key();
-            }
-        }
-        if (Languages::scriptOf(most) != Script::Latin) {
-            m_foreign = most;
-        }
-        const bool misled = most != m_main;
-        m_main = most;
         if (m_foreign.isEmpty()) {
             return;
+        }
+        const bool misled = sure.value(m_foreign) > sure.value(m_main);
+        if (misled) {
+            m_main = m_foreign;
         }
         forEachLine([this, misled](LineTask &task) {
             const bool isDoubtful =

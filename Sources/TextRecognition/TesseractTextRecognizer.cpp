@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <system_error>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -72,14 +73,20 @@ void TesseractTextRecognizer::prepare()
     if (m_p->isPreparing.exchange(true)) {
         return;
     }
-    m_p->preparation = std::jthread([p = m_p.get()] {
+    const auto load = [p = m_p.get()] {
         const Languages languages(p->pool.folder().installed());
         if (!languages.isEmpty()) {
             p->pool.lend(languages.models(languages.scripts().first()).first(), Dictionary::With);
         }
         p->dropper.restart();
         p->isPreparing = false;
-    });
+    };
+    try {
+        m_p->preparation = std::jthread(load);
+    } catch (const std::system_error &) {
+        // The system has no thread left: what is needed is loaded with the picture.
+        m_p->isPreparing = false;
+    }
 }
 
 QStringList
