@@ -45,7 +45,8 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
 }
 
 /// Screens, their pictures and everything else that depends on the window system.
-void addWindowSystem(Platform &platform, const QString &displayName)
+void addWindowSystem(Platform &platform, const QString &displayName,
+                     std::shared_ptr<PanelMenu> panelMenu)
 {
     if (isX11Desktop()) {
         platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
@@ -55,7 +56,7 @@ void addWindowSystem(Platform &platform, const QString &displayName)
     }
     if (isWaylandDesktop()) {
         platform.screens = std::make_unique<QtScreens>(waylandPixelGeometry());
-        const QStringList missing = addWaylandServices(platform);
+        const QStringList missing = addWaylandServices(platform, std::move(panelMenu));
         if (missing.isEmpty()) {
             return;
         }
@@ -74,12 +75,14 @@ void addWindowSystem(Platform &platform, const QString &displayName)
             .arg(displayName, QGuiApplication::platformName()));
 }
 
-PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options)
+PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options,
+                                  const std::shared_ptr<PanelMenu> &panelMenu)
 {
     const StatusItemArtwork artwork(options.iconThemeFolder);
     PanelStatusBar::Panels panels;
     panels.push_back(std::make_unique<StatusNotifierPanel>(
-        StatusNotifierPanel::Identity{options.applicationId, options.displayName}, artwork));
+        StatusNotifierPanel::Identity{options.applicationId, options.displayName}, artwork,
+        panelMenu));
     if (isX11Desktop()) {
         panels.push_back(std::make_unique<XEmbedTray>(options.displayName, artwork));
     }
@@ -100,9 +103,10 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->systemLog = std::make_unique<StandardErrorLog>();
     platform->userDefaults = std::make_unique<UserDefaults>();
-    addWindowSystem(*platform, options.displayName);
-    platform->statusBar =
-        std::make_unique<PanelStatusBar>([options] { return makePanels(options); });
+    const auto panelMenu = std::make_shared<PanelMenu>();
+    addWindowSystem(*platform, options.displayName, panelMenu);
+    platform->statusBar = std::make_unique<PanelStatusBar>(
+        [options, panelMenu] { return makePanels(options, panelMenu); });
     platform->textRecognizer = std::make_unique<TesseractTextRecognizer>();
     platform->systemSounds = std::make_unique<CanberraSounds>(
         SoundWorker::Identity{options.applicationId.toUtf8(), options.displayName.toUtf8(),

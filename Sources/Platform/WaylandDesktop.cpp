@@ -23,6 +23,8 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 void prepareWaylandDesktop()
@@ -37,7 +39,8 @@ bool isWaylandDesktop()
 
 namespace {
 /// Null where the desktop lets no program see the screen.
-std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log)
+std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log,
+                                                     std::shared_ptr<PanelMenu> panelMenu)
 {
     auto screencopy = std::make_unique<WlrScreencopy>(screens);
     if (screencopy->preflightAccess()) {
@@ -47,7 +50,8 @@ std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, Sys
         return std::make_unique<KWinScreenShot>(screens);
     }
     if (PortalScreenshot::isOffered()) {
-        return std::make_unique<PortalScreenshot>(screens, log);
+        return std::make_unique<PortalScreenshot>(screens, log, std::move(panelMenu),
+                                                  PortalScreenshot::Limits());
     }
     return nullptr;
 }
@@ -113,10 +117,11 @@ std::unique_ptr<EventMonitor> makeEventMonitor()
 }
 } // namespace
 
-QStringList addWaylandServices(Platform &platform)
+QStringList addWaylandServices(Platform &platform, std::shared_ptr<PanelMenu> panelMenu)
 {
     QStringList missing;
-    auto recording = makeScreenRecording(*platform.screens, *platform.systemLog);
+    auto recording =
+        makeScreenRecording(*platform.screens, *platform.systemLog, std::move(panelMenu));
     if (recording) {
         addCapture(platform, std::move(recording));
     } else {

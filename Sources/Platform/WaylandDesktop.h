@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/PanelMenu.h"
+
 #include <QStringList>
+
+#include <memory>
 
 struct Platform;
 
@@ -13,8 +17,8 @@ bool isWaylandDesktop();
 
 /// Sets the services of a Wayland desktop: screen recording, overlay surface, event monitor, key
 /// tap, pasteboard and popup placement. `platform.screens` is set before and lives as long as
-/// they do.
+/// they do. `panelMenu` is the menu that a panel draws, which must not be in pictures.
 ///
 /// Answers what this desktop withholds and nothing can stand in for, one sentence for people each;
 /// empty where the program can work.
-QStringList addWaylandServices(Platform &platform);
+QStringList addWaylandServices(Platform &platform, std::shared_ptr<PanelMenu> panelMenu);

@@ -36,12 +36,17 @@ private Q_SLOTS:
     void noAnswer();
     void portalEnds();
     void nextGrabAsksAnew();
+    void menuIsWaitedFor();
+    void restlessScreenIsTakenAsItIs();
+    void refusalIsNotAskedAgain();
 
 private:
     QString writePicture();
+    QString write(const QString &name, const QColor &colour);
 
     FakeScreens m_screens;
     FakeSystemLog m_log;
+    std::shared_ptr<PanelMenu> m_panelMenu = std::make_shared<PanelMenu>();
     QThread m_thread;
     ScreenshotPortal *m_portal = nullptr;
     QTemporaryDir m_folder;
@@ -82,10 +87,20 @@ QString PortalScreenshotTest::writePicture()
     return file;
 }
 
+/// Where the portal finds a picture of one colour.
+QString PortalScreenshotTest::write(const QString &name, const QColor &colour)
+{
+    QImage picture(60, 30, QImage::Format_RGB32);
+    picture.fill(colour);
+    const QString file = m_folder.filePath(name);
+    picture.save(file, "PNG");
+    return QUrl::fromLocalFile(file).toString();
+}
+
 void PortalScreenshotTest::screensAreCutFromOnePicture()
 {
     const QString file = writePicture();
-    PortalScreenshot recording(m_screens, m_log, patience);
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience});
     const QImage first = recording.createImage(1, QRectF(0, 0, 40, 30));
     QCOMPARE(first.size(), QSize(40, 30));
     QCOMPARE(first.pixelColor(39, 29), left);
@@ -132,7 +147,7 @@ void PortalScreenshotTest::noPicture()
 
     m_portal->response = static_cast<uint>(response);
     m_portal->uri = uri;
-    PortalScreenshot recording(m_screens, m_log, patience);
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience});
     QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
     QCOMPARE(m_log.lines.size(), 1);
     QVERIFY2(m_log.lines.first().startsWith(line), qUtf8Printable(m_log.lines.first()));
@@ -142,7 +157,7 @@ void PortalScreenshotTest::noPicture()
 void PortalScreenshotTest::noAnswer()
 {
     m_portal->isSilent = true;
-    PortalScreenshot recording(m_screens, m_log, 50ms);
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {50ms});
     QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
     QCOMPARE(m_log.lines, QStringList{u"The portal took no picture of the screen"_s});
 }
@@ -150,7 +165,7 @@ void PortalScreenshotTest::noAnswer()
 void PortalScreenshotTest::portalEnds()
 {
     m_portal->endsSilently = true;
-    PortalScreenshot recording(m_screens, m_log, patience);
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience});
     QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
     QCOMPARE(m_log.lines, QStringList{u"The portal took no picture of the screen"_s});
 }
@@ -158,13 +173,50 @@ void PortalScreenshotTest::portalEnds()
 void PortalScreenshotTest::nextGrabAsksAnew()
 {
     m_portal->uri = QUrl::fromLocalFile(m_folder.filePath(u"missing.png"_s)).toString();
-    PortalScreenshot recording(m_screens, m_log, patience);
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience});
     QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
     writePicture();
     QVERIFY(!recording.createImage(1, QRectF(0, 0, 40, 30)).isNull());
     const QString file = writePicture();
     // A later event.
     QTRY_VERIFY(!recording.createImage(2, QRectF(0, 0, 20, 30)).isNull() && !QFile::exists(file));
+}
+
+void PortalScreenshotTest::menuIsWaitedFor()
+{
+    m_portal->uri = write(u"menu"_s, Qt::black);
+    m_portal->laterUris = {write(u"fading"_s, Qt::darkGray), write(u"gone"_s, left),
+                           write(u"still gone"_s, left), write(u"later"_s, right)};
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience, patience});
+    QImage image;
+    m_panelMenu->carryOut([&] { image = recording.createImage(1, QRectF(0, 0, 40, 30)); });
+    QCOMPARE(image.pixelColor(0, 0), left);
+    // For both screens.
+    QCOMPARE(recording.createImage(2, QRectF(0, 0, 20, 30)).pixelColor(0, 0), left);
+    QVERIFY2(m_portal->laterUris.isEmpty(), "four pictures were taken");
+    QVERIFY2(QFile::exists(m_folder.filePath(u"later"_s)), "and no fifth");
+    QCOMPARE(m_log.lines, QStringList());
+}
+
+void PortalScreenshotTest::restlessScreenIsTakenAsItIs()
+{
+    m_portal->uri = write(u"menu"_s, Qt::black);
+    m_portal->laterUris = {write(u"film"_s, left), write(u"next"_s, right)};
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience, 0ms});
+    QImage image;
+    m_panelMenu->carryOut([&] { image = recording.createImage(1, QRectF(0, 0, 40, 30)); });
+    QCOMPARE(image.pixelColor(0, 0), left);
+    QVERIFY(QFile::exists(m_folder.filePath(u"next"_s)));
+}
+
+void PortalScreenshotTest::refusalIsNotAskedAgain()
+{
+    m_portal->response = 1;
+    m_portal->laterUris = {u"first"_s, u"second"_s};
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience, patience});
+    m_panelMenu->carryOut(
+        [&] { QVERIFY(recording.createImage(1, QRectF(0, 0, 40, 30)).isNull()); });
+    QCOMPARE(m_portal->laterUris, QStringList{u"second"_s});
 }
 
 QTEST_MAIN(PortalScreenshotTest)

@@ -129,7 +129,8 @@ void StatusItemPanelsTest::makeItem(QStringView kinds)
         PanelStatusBar::Panels panels;
         if (kinds.contains(u"sni")) {
             panels.push_back(std::make_unique<StatusNotifierPanel>(
-                StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork));
+                StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork,
+                std::make_shared<PanelMenu>()));
         }
         if (kinds.contains(u"xembed")) {
             panels.push_back(std::make_unique<XEmbedTray>(u"Test"_s, artwork));

@@ -75,7 +75,8 @@ void StatusItemXfceTest::init()
         const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME));
         PanelStatusBar::Panels panels;
         panels.push_back(std::make_unique<StatusNotifierPanel>(
-            StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork));
+            StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork,
+            std::make_shared<PanelMenu>()));
         panels.push_back(std::make_unique<XEmbedTray>(u"Test"_s, artwork));
         return panels;
     });

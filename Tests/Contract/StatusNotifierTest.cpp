@@ -167,8 +167,10 @@ private:
 
     std::unique_ptr<StatusItem> m_item;
     std::shared_ptr<StatusItemButton> m_button;
+    std::shared_ptr<PanelMenu> m_panelMenu = std::make_shared<PanelMenu>();
     QList<StatusItemEvent::Type> m_clicks;
     QStringList m_chosen;
+    QList<bool> m_wasLeaving;
     QStringList m_titles{u"Capture _Text & more"_s, u"Quit"_s};
 };
 
@@ -176,6 +178,7 @@ void StatusNotifierTest::init()
 {
     m_clicks.clear();
     m_chosen.clear();
+    m_wasLeaving.clear();
     m_titles = {u"Capture _Text && &more"_s, {}, u"Quit"_s};
 }
 
@@ -187,11 +190,11 @@ void StatusNotifierTest::cleanup()
 
 void StatusNotifierTest::makeItem()
 {
-    PanelStatusBar bar([] {
+    PanelStatusBar bar([this] {
         PanelStatusBar::Panels panels;
         panels.push_back(std::make_unique<StatusNotifierPanel>(
             StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s},
-            StatusItemArtwork(u"/nowhere"_s)));
+            StatusItemArtwork(u"/nowhere"_s), m_panelMenu));
         return panels;
     });
     m_item = bar.makeStatusItem();
@@ -209,7 +212,10 @@ void StatusNotifierTest::addMenu()
             if (title.isEmpty()) {
                 menu->addSeparator();
             } else {
-                menu->addAction(title, this, [this, title] { m_chosen.append(title); });
+                menu->addAction(title, this, [this, title] {
+                    m_chosen.append(title);
+                    m_wasLeaving.append(m_panelMenu->isLeaving());
+                });
             }
         }
         m_button->popUpContextMenu(std::move(menu), event);
@@ -368,6 +374,8 @@ void StatusNotifierTest::menuEntriesAreChosen()
         watcher.ask(path, menuInterface, u"EventGroup"_s, {QVariant::fromValue(events)}).type(),
         QDBusMessage::ReplyMessage);
     QTRY_COMPARE(m_chosen, QStringList({m_titles[2], m_titles[0]}));
+    QCOMPARE(m_wasLeaving, QList<bool>({true, true}));
+    QVERIFY(!m_panelMenu->isLeaving());
 }
 
 void StatusNotifierTest::menuIsMadeAnewEachTime()

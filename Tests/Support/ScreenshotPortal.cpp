@@ -43,6 +43,9 @@ QDBusObjectPath ScreenshotPortal::Screenshot(const QString &parent, const QVaria
     QDBusMessage answer =
         QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
     answer << response << QVariantMap{{u"uri"_s, uri}};
+    if (!laterUris.isEmpty()) {
+        uri = laterUris.takeFirst();
+    }
     if (endsSilently) {
         QTimer::singleShot(100, [] { portalBus().unregisterService(service); });
     } else if (ignoresTokens) {

@@ -5,6 +5,7 @@
 #include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QObject>
+#include <QStringList>
 #include <QVariantMap>
 
 /// xdg-desktop-portal's Screenshot, played on the session bus by a connection of its own, in the
@@ -17,6 +18,8 @@ class ScreenshotPortal : public QObject, protected QDBusContext
 public:
     uint response = 0;
     QString uri;
+    /// What takes the place of `uri` after each answer.
+    QStringList laterUris;
     /// Whether it ends instead of answering.
     bool endsSilently = false;
     /// Whether it never answers.

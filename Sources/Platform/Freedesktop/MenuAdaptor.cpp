@@ -56,9 +56,11 @@ bool areEqual(const MenuEntries &one, const MenuEntries &other)
 
 } // namespace
 
-MenuAdaptor::MenuAdaptor(QObject *parent, std::function<std::unique_ptr<QMenu>()> makeMenu)
+MenuAdaptor::MenuAdaptor(QObject *parent, std::function<std::unique_ptr<QMenu>()> makeMenu,
+                         std::shared_ptr<PanelMenu> panelMenu)
     : QDBusAbstractAdaptor(parent)
     , m_makeMenu(std::move(makeMenu))
+    , m_panelMenu(std::move(panelMenu))
 {
 }
 
@@ -135,7 +137,12 @@ void MenuAdaptor::Event(int id, const QString &eventId, const QDBusVariant &, ui
     }
     if (QAction *action = m_menu->actions().value(id - 1)) {
         // The panel gets its answer first.
-        QMetaObject::invokeMethod(action, &QAction::trigger, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            action,
+            [action, panelMenu = m_panelMenu] {
+                panelMenu->carryOut([action] { action->trigger(); });
+            },
+            Qt::QueuedConnection);
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Platform/Freedesktop/MenuTypes.h"
+#include "Platform/PanelMenu.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QMenu>
@@ -23,8 +24,9 @@ class MenuAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT)
 
 public:
-    /// `makeMenu` may answer null: an empty menu.
-    MenuAdaptor(QObject *parent, std::function<std::unique_ptr<QMenu>()> makeMenu);
+    /// `makeMenu` may answer null: an empty menu. What is chosen is carried out by `panelMenu`.
+    MenuAdaptor(QObject *parent, std::function<std::unique_ptr<QMenu>()> makeMenu,
+                std::shared_ptr<PanelMenu> panelMenu);
 
     uint version() const { return 3; }
     QString textDirection() const;
@@ -55,6 +57,7 @@ private:
     bool rebuild();
 
     std::function<std::unique_ptr<QMenu>()> m_makeMenu;
+    std::shared_ptr<PanelMenu> m_panelMenu;
     std::unique_ptr<QMenu> m_menu;
     MenuEntries m_entries;
     uint m_revision = 0;

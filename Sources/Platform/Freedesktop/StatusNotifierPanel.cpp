@@ -40,9 +40,11 @@ QDBusMessage watcherCall(const QString &interface, const QString &method)
 
 } // namespace
 
-StatusNotifierPanel::StatusNotifierPanel(Identity identity, StatusItemArtwork artwork)
+StatusNotifierPanel::StatusNotifierPanel(Identity identity, StatusItemArtwork artwork,
+                                         std::shared_ptr<PanelMenu> panelMenu)
     : m_identity(std::move(identity))
     , m_artwork(std::move(artwork))
+    , m_panelMenu(std::move(panelMenu))
 {
     auto bus = sessionBus();
     if (!bus) {
@@ -121,7 +123,8 @@ bool StatusNotifierPanel::openItemConnection()
     });
     bus.registerObject(itemPath, m_item.get());
     auto *menu = new QObject(m_item.get());
-    new MenuAdaptor(menu, [this] { return makeMenu(); });
+    new MenuAdaptor(
+        menu, [this] { return makeMenu(); }, m_panelMenu);
     bus.registerObject(m_adaptor->menu().path(), menu);
     // For people who look at the bus; a sandbox allows none.
     bus.registerService(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/PanelMenu.h"
 #include "Platform/Qt/StatusItemArtwork.h"
 #include "Platform/StatusItemPanel.h"
 
@@ -24,7 +25,8 @@ public:
         QString title;
     };
 
-    StatusNotifierPanel(Identity identity, StatusItemArtwork artwork);
+    StatusNotifierPanel(Identity identity, StatusItemArtwork artwork,
+                        std::shared_ptr<PanelMenu> panelMenu);
     ~StatusNotifierPanel() override;
 
     Presence presence() const override { return m_presence; }
@@ -43,6 +45,7 @@ private Q_SLOTS:
 private:
     Identity m_identity;
     StatusItemArtwork m_artwork;
+    std::shared_ptr<PanelMenu> m_panelMenu;
     Presence m_presence = Presence::Unknown;
     std::unique_ptr<QObject> m_item;
     StatusNotifierAdaptor *m_adaptor = nullptr;

@@ -7,10 +7,12 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QMap>
 #include <QTimer>
 
 #include <future>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -60,10 +62,11 @@ QRect desktop(const QList<Screen> &screens)
 } // namespace
 
 PortalScreenshot::PortalScreenshot(const Screens &screens, SystemLog &log,
-                                   std::chrono::milliseconds longestWait)
+                                   std::shared_ptr<PanelMenu> panelMenu, Limits limits)
     : m_screens(screens)
     , m_log(log)
-    , m_longestWait(longestWait)
+    , m_panelMenu(std::move(panelMenu))
+    , m_limits(limits)
 {
     m_thread.start();
 }
@@ -111,7 +114,7 @@ QImage PortalScreenshot::takePicture()
             }
             picture.set_value(image);
         });
-    request->setLimit(m_longestWait);
+    request->setLimit(m_limits.answer);
     request->moveToThread(&m_thread);
     QMetaObject::invokeMethod(
         request, [request] { request->start(); }, Qt::QueuedConnection);
@@ -123,6 +126,20 @@ QImage PortalScreenshot::takePicture()
     return image;
 }
 
+QImage PortalScreenshot::takeSettledPicture()
+{
+    QImage picture = takePicture();
+    if (!m_panelMenu->isLeaving() || picture.isNull()) {
+        return picture;
+    }
+    const QDeadlineTimer limit(m_limits.rest);
+    QImage before;
+    do {
+        before = std::exchange(picture, takePicture());
+    } while (!picture.isNull() && picture != before && !limit.hasExpired());
+    return picture;
+}
+
 QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
 {
     const auto screen = screenOf(m_screens, display);
@@ -130,7 +147,7 @@ QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
         return {};
     }
     if (m_picture.isNull()) {
-        m_picture = takePicture();
+        m_picture = takeSettledPicture();
         QTimer::singleShot(0, this, [this] { m_picture = {}; });
     }
     const QSizeF size = sizeOf(*screen);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/PanelMenu.h"
 #include "Platform/Portal/ScreenshotRequest.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
@@ -16,10 +17,19 @@
 class PortalScreenshot : public QObject, public ScreenRecording
 {
 public:
-    /// `screens` and `log` outlive the object. A portal that takes longer than `longestWait` for a
-    /// picture is given up on: GNOME's plays a sound and lets the screen flash first.
-    PortalScreenshot(const Screens &screens, SystemLog &log,
-                     std::chrono::milliseconds longestWait = std::chrono::seconds(5));
+    struct Limits
+    {
+        /// A portal that takes longer for a picture is given up on: GNOME's plays a sound and lets
+        /// the screen flash first.
+        std::chrono::milliseconds answer = std::chrono::seconds(5);
+        /// A screen that does not come to rest is taken as it is: GNOME's menus fade for 150 ms,
+        /// and other things may never stand still.
+        std::chrono::milliseconds rest = std::chrono::milliseconds(1500);
+    };
+
+    /// `screens` and `log` outlive the object.
+    PortalScreenshot(const Screens &screens, SystemLog &log, std::shared_ptr<PanelMenu> panelMenu,
+                     Limits limits);
     ~PortalScreenshot() override;
 
     /// Whether there is a portal that takes pictures of the screen. Starts it where need be.
@@ -36,10 +46,14 @@ public:
 
 private:
     QImage takePicture();
+    /// Without the panel's menu: while that is leaving, pictures are taken until one is like the
+    /// one before.
+    QImage takeSettledPicture();
 
     const Screens &m_screens;
     SystemLog &m_log;
-    std::chrono::milliseconds m_longestWait;
+    std::shared_ptr<PanelMenu> m_panelMenu;
+    Limits m_limits;
     /// Where answers are awaited while the main thread waits.
     QThread m_thread;
     std::unique_ptr<ScreenshotRequest> m_question;

@@ -143,6 +143,19 @@ def set_permission(answer):
                                    dbus.Array([answer], signature="s"), signature="sbssas")
 
 
+def set_animations(are_wanted):
+    """Whether the shell moves and fades what it shows, as it does for most people. Without a
+    graphics card it inhibits that itself, once."""
+    ask(f"""(() => {{
+        const {{Gio, St}} = imports.gi;
+        new Gio.Settings({{schema_id: "org.gnome.desktop.interface"}})
+            .set_boolean("enable-animations", {json.dumps(are_wanted)});
+        St.Settings.get().{"uninhibit" if are_wanted else "inhibit"}_animations();
+    }})()""")
+    wait_until("the animations or their end",
+               lambda: ask("imports.gi.St.Settings.get().enable_animations") == are_wanted)
+
+
 _WINDOWS = """(() => {
     const box = r => [r.x, r.y, r.width, r.height];
     return global.get_window_actors().map(a => a.meta_window).map(w => ({
