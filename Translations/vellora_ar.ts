@@ -63,8 +63,8 @@
         <translation>لا يستطيع %1 العمل على سطح مكتب Wayland هذا. %2 سجّل الدخول إلى جلسة X11 (تُسمّى غالبًا «Xorg» في شاشة الدخول) أو إلى GNOME أو Plasma أو sway.</translation>
     </message>
     <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
-        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو org.kde.KWin.ScreenShot2 أو org.freedesktop.portal.Screenshot).</translation>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
+        <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو ext_image_copy_capture_manager_v1 أو org.kde.KWin.ScreenShot2 أو org.freedesktop.portal.Screenshot).</translation>
     </message>
 </context>
 <context>

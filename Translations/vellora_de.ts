@@ -63,8 +63,8 @@
         <translation>%1 kann auf diesem Wayland-Desktop nicht arbeiten. %2 Melden Sie sich in einer X11-Sitzung an (auf dem Anmeldebildschirm oft „Xorg“ genannt), oder in GNOME, Plasma oder sway.</translation>
     </message>
     <message>
-        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
-        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</translation>
+        <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
+        <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</translation>
     </message>
 </context>
 <context>

@@ -13,6 +13,7 @@
 #include "Platform/Wayland/DataControlPasteboard.h"
 #include "Platform/Wayland/FocusedPasteboard.h"
 #include "Platform/Wayland/FullScreenOverlaySurface.h"
+#include "Platform/Wayland/ImageCopyCapture.h"
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
@@ -42,9 +43,14 @@ namespace {
 std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log,
                                                      std::shared_ptr<PanelMenu> panelMenu)
 {
+    // The older protocol first, where both are: it copies no more than the rectangle.
     auto screencopy = std::make_unique<WlrScreencopy>(screens);
     if (screencopy->preflightAccess()) {
         return screencopy;
+    }
+    auto imageCopy = std::make_unique<ImageCopyCapture>(screens);
+    if (imageCopy->preflightAccess()) {
+        return imageCopy;
     }
     if (KWinScreenShot::isOffered()) {
         return std::make_unique<KWinScreenShot>(screens);
@@ -127,8 +133,9 @@ QStringList addWaylandServices(Platform &platform, std::shared_ptr<PanelMenu> pa
     } else {
         missing << QCoreApplication::translate(
             "DesktopPlatform", "The desktop lets no program see the screen "
-                               "(zwlr_screencopy_manager_v1, org.kde.KWin.ScreenShot2, "
-                               "org.freedesktop.portal.Screenshot).");
+                               "(zwlr_screencopy_manager_v1, "
+                               "ext_image_copy_capture_manager_v1, "
+                               "org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).");
     }
     platform.pasteboard = makePasteboard();
     platform.keyTap = makeKeyTap(*platform.systemLog);

@@ -32,6 +32,14 @@ std::optional<QImage::Format> imageFormat(quint32 shmFormat)
     }
 }
 
+quint32 packedStride(quint32 shmFormat, int width)
+{
+    const auto format = imageFormat(shmFormat).value_or(QImage::Format_RGB32);
+    const int pixel = QImage::toPixelFormat(format).bitsPerPixel() / 8;
+    // Rows begin at words.
+    return (quint32(pixel) * quint32(width) + 3) / 4 * 4;
+}
+
 ShmBuffer::ShmBuffer(wl_shm *shm, const ShmLayout &layout)
     : m_layout(layout)
 {

@@ -24,6 +24,10 @@ struct ShmLayout
 /// is none.
 std::optional<QImage::Format> imageFormat(quint32 shmFormat);
 
+/// Bytes a row of so many pixels, where the compositor leaves that to us. The format is one that
+/// `imageFormat` knows.
+quint32 packedStride(quint32 shmFormat, int width);
+
 /// Memory that is shared with the compositor for one picture.
 class ShmBuffer
 {

@@ -3,18 +3,10 @@
 
 #include "Platform/ScreenImage.h"
 #include "Platform/Wayland/ShmBuffer.h"
-#include "Platform/Wayland/WaylandOutputs.h"
 
-#include <QScreen>
-#include <QTransform>
-
-#include <chrono>
 #include <wayland-wlr-screencopy-unstable-v1.h>
 
 namespace {
-/// When a compositor that shows no frame is given up on, such as one whose output is switched off.
-constexpr std::chrono::milliseconds longestWait(2000);
-
 /// The compositor's answers to one request for a picture.
 struct Frame
 {
@@ -56,29 +48,13 @@ const zwlr_screencopy_frame_v1_listener frameListener{
     .buffer_done = [](void *data,
                       zwlr_screencopy_frame_v1 *) { frameOf(data).isLayoutComplete = true; },
 };
-
-/// Turns a picture as the output's hardware shows it upright, as wl_output.transform tells.
-QImage upright(const QImage &image, int32_t transform)
-{
-    QTransform turn;
-    // The numbers count counter-clockwise quarter turns; 4 is added for a flip around the
-    // vertical axis, which the compositor does first.
-    const bool isFlipped = transform >= WL_OUTPUT_TRANSFORM_FLIPPED;
-    turn.rotate(90.0 * (transform % 4));
-    if (isFlipped) {
-        turn.scale(-1, 1);
-    }
-    return turn.isIdentity() ? image : image.transformed(turn);
-}
 } // namespace
 
 WlrScreencopy::WlrScreencopy(const Screens &screens)
-    : m_screens(screens)
+    : OutputRecording(screens)
+    , m_manager(connection().bindFirst<zwlr_screencopy_manager_v1>(
+          zwlr_screencopy_manager_v1_interface, 3))
 {
-    m_manager =
-        m_connection.bindFirst<zwlr_screencopy_manager_v1>(zwlr_screencopy_manager_v1_interface, 3);
-    m_shm = m_connection.bindFirst<wl_shm>(wl_shm_interface, 1);
-    m_connection.listen();
 }
 
 WlrScreencopy::~WlrScreencopy()
@@ -86,53 +62,27 @@ WlrScreencopy::~WlrScreencopy()
     if (m_manager) {
         zwlr_screencopy_manager_v1_destroy(m_manager);
     }
-    if (m_shm) {
-        wl_shm_destroy(m_shm);
-    }
 }
 
-bool WlrScreencopy::preflightAccess() const
+QImage WlrScreencopy::copy(const WaylandOutput &output, QSize, const QRectF &rect,
+                           QDeadlineTimer deadline)
 {
-    return m_manager && m_shm && m_connection.isUsable();
-}
-
-bool WlrScreencopy::requestAccess()
-{
-    return preflightAccess();
-}
-
-QImage WlrScreencopy::createImage(quint32 display, const QRectF &rect)
-{
-    const QScreen *screen = qtScreen(m_screens, display);
-    if (!screen || !preflightAccess()) {
-        return {};
-    }
-    const QRectF within = rect & QRectF(QPointF(0, 0), QSizeF(screen->size()));
-    if (within.isEmpty()) {
-        return {};
-    }
-    const QDeadlineTimer deadline(longestWait);
-    const WaylandOutputs outputs = bindOutputs(m_connection, deadline);
-    const WaylandOutput *output = outputOf(*screen, outputs);
-    if (!output) {
-        return {};
-    }
-    const QRect region = within.toAlignedRect();
+    const QRect region = rect.toAlignedRect();
     Frame frame;
     const WaylandPointer<zwlr_screencopy_frame_v1, zwlr_screencopy_frame_v1_destroy> proxy(
         zwlr_screencopy_manager_v1_capture_output_region(
-            m_manager, 0, output->proxy, region.x(), region.y(), region.width(), region.height()));
+            m_manager, 0, output.proxy, region.x(), region.y(), region.width(), region.height()));
     zwlr_screencopy_frame_v1_add_listener(proxy.get(), &frameListener, &frame);
-    m_connection.dispatchUntil([&] { return frame.isLayoutComplete || frame.hasFailed; }, deadline);
+    connection().dispatchUntil([&] { return frame.isLayoutComplete || frame.hasFailed; }, deadline);
     if (frame.hasFailed || !frame.isLayoutComplete || !frame.hasLayout) {
         return {};
     }
-    const ShmBuffer buffer(m_shm, frame.layout);
+    const ShmBuffer buffer(shm(), frame.layout);
     if (!buffer.buffer()) {
         return {};
     }
     zwlr_screencopy_frame_v1_copy(proxy.get(), buffer.buffer());
-    m_connection.dispatchUntil([&] { return frame.isReady || frame.hasFailed; }, deadline);
+    connection().dispatchUntil([&] { return frame.isReady || frame.hasFailed; }, deadline);
     if (!frame.isReady) {
         return {};
     }
@@ -140,6 +90,6 @@ QImage WlrScreencopy::createImage(quint32 display, const QRectF &rect)
     if (frame.isUpsideDown) {
         image = image.mirrored();
     }
-    return croppedToPoints(upright(image, output->transform), region.size(),
-                           within.translated(-region.topLeft()));
+    return croppedToPoints(upright(image, output.transform), region.size(),
+                           rect.translated(-region.topLeft()));
 }
