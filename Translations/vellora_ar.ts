@@ -66,6 +66,10 @@
         <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
         <translation>لا يسمح سطح المكتب لأي برنامج برؤية الشاشة (zwlr_screencopy_manager_v1 أو ext_image_copy_capture_manager_v1 أو org.kde.KWin.ScreenShot2 أو org.freedesktop.portal.Screenshot).</translation>
     </message>
+    <message>
+        <source>%1 was started as an X11 program on a Wayland desktop, which shows those nothing of the screen. %2 Start it with WAYLAND_DISPLAY set and without QT_QPA_PLATFORM.</source>
+        <translation>شُغِّل %1 كبرنامج X11 على سطح مكتب Wayland، وهو لا يُري هذه البرامج شيئًا من الشاشة. %2 شغِّله مع ضبط WAYLAND_DISPLAY ومن دون QT_QPA_PLATFORM.</translation>
+    </message>
 </context>
 <context>
     <name>GlobalAccelKey</name>

@@ -66,6 +66,10 @@
         <source>The desktop lets no program see the screen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</source>
         <translation>Der Desktop lässt kein Programm den Bildschirm sehen (zwlr_screencopy_manager_v1, ext_image_copy_capture_manager_v1, org.kde.KWin.ScreenShot2, org.freedesktop.portal.Screenshot).</translation>
     </message>
+    <message>
+        <source>%1 was started as an X11 program on a Wayland desktop, which shows those nothing of the screen. %2 Start it with WAYLAND_DISPLAY set and without QT_QPA_PLATFORM.</source>
+        <translation>%1 wurde als X11-Programm auf einem Wayland-Desktop gestartet, und solchen zeigt der nichts vom Bildschirm. %2 Starten Sie es mit gesetztem WAYLAND_DISPLAY und ohne QT_QPA_PLATFORM.</translation>
+    </message>
 </context>
 <context>
     <name>GlobalAccelKey</name>

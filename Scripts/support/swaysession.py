@@ -12,7 +12,7 @@ from waybar import COLOUR, start_waybar
 NOBODY = 65534
 
 CONFIGURATION = """
-xwayland disable
+xwayland enable
 default_border normal
 default_floating_border normal
 floating_modifier Mod1 normal

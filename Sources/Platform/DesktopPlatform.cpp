@@ -48,24 +48,33 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
 void addWindowSystem(Platform &platform, const QString &displayName,
                      std::shared_ptr<PanelMenu> panelMenu)
 {
-    if (isX11Desktop()) {
+    // What the Wayland desktop offers by D-Bus it offers to X11 programs too.
+    const bool isXwayland = isXwaylandDesktop();
+    if (isX11Desktop() && !isXwayland) {
         platform.screens = std::make_unique<QtScreens>(x11PixelGeometry());
         addX11Services(platform);
         platform.pasteboard = std::make_unique<QtPasteboard>();
         return;
     }
-    if (isWaylandDesktop()) {
-        platform.screens = std::make_unique<QtScreens>(waylandPixelGeometry());
+    if (isWaylandDesktop() || isXwayland) {
+        platform.screens =
+            std::make_unique<QtScreens>(isXwayland ? x11PixelGeometry() : waylandPixelGeometry());
         const QStringList missing = addWaylandServices(platform, std::move(panelMenu));
         if (missing.isEmpty()) {
             return;
         }
-        throw UnsupportedDesktop(
-            QCoreApplication::translate(
-                "DesktopPlatform",
-                "%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often "
-                "called “Xorg” on the login screen), or to GNOME, Plasma or sway.")
-                .arg(displayName, missing.join(u' ')));
+        const QString why =
+            isXwayland
+                ? QCoreApplication::translate(
+                      "DesktopPlatform",
+                      "%1 was started as an X11 program on a Wayland desktop, which shows those "
+                      "nothing of the screen. %2 Start it with WAYLAND_DISPLAY set and without "
+                      "QT_QPA_PLATFORM.")
+                : QCoreApplication::translate(
+                      "DesktopPlatform",
+                      "%1 cannot work on this Wayland desktop. %2 Log in to an X11 session (often "
+                      "called “Xorg” on the login screen), or to GNOME, Plasma or sway.");
+        throw UnsupportedDesktop(why.arg(displayName, missing.join(u' ')));
     }
     throw UnsupportedDesktop(
         QCoreApplication::translate(

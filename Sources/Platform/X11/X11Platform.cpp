@@ -47,6 +47,39 @@ bool isX11Desktop()
     return qtXcbConnection() != nullptr;
 }
 
+bool isXwaylandDesktop()
+{
+    const X11Connection connection;
+    if (!isX11Desktop() || !connection.isUsable()) {
+        return false;
+    }
+    // Its extension tells, from 23.1 on; before, the names of its outputs.
+    const QByteArray name = "XWAYLAND";
+    const XcbReply<xcb_query_extension_reply_t> extension(xcb_query_extension_reply(
+        connection.xcb(),
+        xcb_query_extension(connection.xcb(), static_cast<uint16_t>(name.size()), name.data()),
+        nullptr));
+    if (extension && extension->present) {
+        return true;
+    }
+    const XcbReply<xcb_randr_get_screen_resources_current_reply_t> resources(
+        xcb_randr_get_screen_resources_current_reply(
+            connection.xcb(),
+            xcb_randr_get_screen_resources_current(connection.xcb(), connection.root()), nullptr));
+    if (!resources || xcb_randr_get_screen_resources_current_outputs_length(resources.get()) == 0) {
+        return false;
+    }
+    const xcb_randr_output_t first =
+        *xcb_randr_get_screen_resources_current_outputs(resources.get());
+    const XcbReply<xcb_randr_get_output_info_reply_t> output(xcb_randr_get_output_info_reply(
+        connection.xcb(),
+        xcb_randr_get_output_info(connection.xcb(), first, resources->config_timestamp), nullptr));
+    return output &&
+           QByteArray(reinterpret_cast<const char *>(xcb_randr_get_output_info_name(output.get())),
+                      xcb_randr_get_output_info_name_length(output.get()))
+               .startsWith(name);
+}
+
 void addX11Services(Platform &platform)
 {
     const auto connection = std::make_shared<X11Connection>();

@@ -33,15 +33,15 @@ def _kwin(path, interface):
 _screenshots = _kwin("/org/kde/KWin/ScreenShot2", "org.kde.KWin.ScreenShot2")
 
 
-def screenshot():
-    """What all screens show: rows of (r, g, b)."""
+def _picture(capture, signature, *place):
+    """What the method of ScreenShot2 takes of that place: rows of (r, g, b)."""
     reading, writing = os.pipe()
     with os.fdopen(reading, "rb") as pipe:
         try:
-            told = _screenshots.CaptureWorkspace(
-                dbus.Dictionary({"native-resolution": True, "include-cursor": False},
-                                signature="sv"),
-                dbus.types.UnixFd(writing), signature="a{sv}h")
+            told = capture(*place,
+                           dbus.Dictionary({"native-resolution": True, "include-cursor": False},
+                                           signature="sv"),
+                           dbus.types.UnixFd(writing), signature=f"{signature}a{{sv}}h")
         finally:
             os.close(writing)
         # KWin writes once it has answered.
@@ -50,6 +50,17 @@ def screenshot():
     rows = numpy.frombuffer(data, numpy.uint8).reshape(height, stride // 4, 4)
     # Blue comes first in memory.
     return rows[:, :int(told["width"]), 2::-1].astype(numpy.int16)
+
+
+def screenshot():
+    """What all screens show: rows of (r, g, b)."""
+    return _picture(_screenshots.CaptureWorkspace, "")
+
+
+def pixel(x, y):
+    """(r, g, b) of one place, in less time than a screenshot takes."""
+    taken = _picture(_screenshots.CaptureArea, "iiuu", round(x / SCALE), round(y / SCALE), 1, 1)
+    return tuple(int(part) for part in taken[0, 0])
 
 
 _input = Input(SCALE)

@@ -23,6 +23,14 @@ def screenshot():
     return numpy.asarray(picture).astype(numpy.int16)
 
 
+def pixel(x, y):
+    """(r, g, b) of one place, in less time than a screenshot takes."""
+    place = f"{round(x / SCALE)},{round(y / SCALE)} 1x1"
+    done = subprocess.run(["grim", "-t", "ppm", "-g", place, "-"], capture_output=True, timeout=20,
+                          check=True)
+    return tuple(done.stdout[-3:])
+
+
 # Sway takes places in pixels of the whole desktop.
 _input = Input(1)
 key = _input.key
