@@ -283,6 +283,8 @@ void GlobalShortcutsTest::portalIsStartedAnew()
     m_portal.reset();
     m_portal = std::make_unique<GlobalShortcutsPortal>();
     QTRY_COMPARE(m_portal->bound.size(), 1);
+    QCOMPARE(m_portal->registered, QStringList{u"org.example.Keys"_s});
+    QVERIFY(!m_portal->wasAskedBeforeRegistration);
     m_portal->press();
     QTRY_COMPARE(m_presses.size(), 2);
     QVERIFY(m_ends.isEmpty());

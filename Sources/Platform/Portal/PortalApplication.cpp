@@ -7,7 +7,10 @@
 #include <QDBusVariant>
 #include <QFile>
 #include <QGuiApplication>
+#include <QMutex>
 #include <QRegularExpression>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -15,26 +18,63 @@ namespace {
 /// The portal and what it starts of the desktop come up within this.
 constexpr int startTimeLimit = 5000;
 
-QDBusMessage ask(const QString &interface, const QString &method, const QVariantList &arguments)
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+
+/// The portal that was asked last to take our id, by its unique name on the bus.
+struct Acquaintance
+{
+    QMutex guard;
+    QString portal;
+};
+
+Acquaintance &acquaintance()
+{
+    static Acquaintance last;
+    return last;
+}
+
+QDBusMessage portalCall(const QString &interface, const QString &method,
+                        const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        service, u"/org/freedesktop/portal/desktop"_s, interface, method);
+    call.setArguments(arguments);
+    return call;
+}
+
+QDBusMessage ask(const QDBusMessage &call)
 {
     const auto bus = sessionBus();
-    if (!bus) {
-        return {};
-    }
+    return bus ? bus->call(call, QDBus::Block, startTimeLimit) : QDBusMessage();
+}
+
+/// Empty while there is none.
+QString uniqueNameOfPortal()
+{
     QDBusMessage call =
-        QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
-                                       u"/org/freedesktop/portal/desktop"_s, interface, method);
-    call.setArguments(arguments);
-    return bus->call(call, QDBus::Block, startTimeLimit);
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
+    call << service;
+    const QDBusMessage answer = ask(call);
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0).toString()
+                                                       : QString();
+}
+
+QDBusMessage registration()
+{
+    return portalCall(u"org.freedesktop.host.portal.Registry"_s, u"Register"_s,
+                      {QGuiApplication::desktopFileName(), QVariantMap()});
 }
 
 /// The id of the desktop entry once the portal has taken it; else empty.
 QString registeredId()
 {
-    const QString id = QGuiApplication::desktopFileName();
-    const QDBusMessage answer =
-        ask(u"org.freedesktop.host.portal.Registry"_s, u"Register"_s, {id, QVariantMap()});
-    return answer.type() == QDBusMessage::ReplyMessage ? id : QString();
+    const QDBusMessage answer = ask(registration());
+    const QString portal = uniqueNameOfPortal();
+    const QMutexLocker lock(&acquaintance().guard);
+    acquaintance().portal = portal;
+    return answer.type() == QDBusMessage::ReplyMessage ? QGuiApplication::desktopFileName()
+                                                       : QString();
 }
 
 QString unitId()
@@ -71,11 +111,25 @@ QString portalApplicationId()
     return registered.isEmpty() ? unitId() : registered;
 }
 
+void introduceToNewPortal()
+{
+    const auto bus = sessionBus();
+    if (!bus) {
+        return;
+    }
+    const QString portal = uniqueNameOfPortal();
+    const QMutexLocker lock(&acquaintance().guard);
+    if (std::exchange(acquaintance().portal, portal) != portal) {
+        bus->send(registration());
+    }
+}
+
 uint portalVersion(const QString &interface)
 {
     portalApplicationId();
-    const QDBusMessage answer = ask(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-                                    {u"org.freedesktop.portal."_s + interface, u"version"_s});
+    const QDBusMessage answer =
+        ask(portalCall(u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                       {u"org.freedesktop.portal."_s + interface, u"version"_s}));
     return answer.arguments().isEmpty()
                ? 0
                : qvariant_cast<QDBusVariant>(answer.arguments().constFirst()).variant().toUInt();

@@ -13,6 +13,10 @@ QString portalApplicationId(const QString &unit);
 /// permissions with all such.
 QString portalApplicationId();
 
+/// Asks a portal that was started after the one that was asked last to take our id, as each takes
+/// it before a connection's first other call alone. The answer is not waited for. From any thread.
+void introduceToNewPortal();
+
 /// The version of an interface of the portal, such as "Screenshot", which a desktop stands behind;
 /// 0 where there is none. Starts the portal where need be.
 uint portalVersion(const QString &interface);

@@ -2,6 +2,7 @@
 #include "Platform/Portal/PortalRequest.h"
 
 #include "Platform/Freedesktop/SessionBus.h"
+#include "Platform/Portal/PortalApplication.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -66,6 +67,7 @@ void PortalRequest::start()
     if (m_limit.count() > 0) {
         QTimer::singleShot(m_limit, this, [this] { finish(PortalAnswer::Failed); });
     }
+    introduceToNewPortal();
     const QString token = portalToken();
     // Before the call, which may be answered before it returns.
     listen(requestPath(*bus, token));
