@@ -31,6 +31,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void screensAreCutFromOnePicture();
+    void mixedScalesAreCutByPlace_data();
+    void mixedScalesAreCutByPlace();
     void noPicture_data();
     void noPicture();
     void noAnswer();
@@ -111,6 +113,53 @@ void PortalScreenshotTest::screensAreCutFromOnePicture()
     QCOMPARE(second.pixelColor(0, 0), right);
     QVERIFY(recording.createImage(3, QRectF(0, 0, 40, 30)).isNull());
     QCOMPARE(m_log.lines, QStringList());
+}
+
+void PortalScreenshotTest::mixedScalesAreCutByPlace_data()
+{
+    QTest::addColumn<QRect>("dense");
+    QTest::addColumn<QRect>("plain");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QRect>("ofDense");
+    QTest::addColumn<QRect>("ofPlain");
+    // What the desktop counts places in: pixels, or points, which a picture of all screens has as
+    // many pixels of as the densest one.
+    QTest::newRow("pixels") << QRect(0, 0, 160, 120) << QRect(160, 0, 100, 90) << QSize(260, 120)
+                            << QRect(20, 40, 60, 20) << QRect(170, 20, 30, 10);
+    QTest::newRow("points") << QRect(0, 0, 80, 60) << QRect(80, 0, 100, 90) << QSize(360, 180)
+                            << QRect(20, 40, 60, 20) << QRect(180, 40, 60, 20);
+    QTest::newRow("dense one on the right and below")
+        << QRect(100, 30, 80, 60) << QRect(0, 0, 100, 90) << QSize(360, 180)
+        << QRect(220, 100, 60, 20) << QRect(20, 40, 60, 20);
+    QTest::newRow("left of the origin")
+        << QRect(-80, -10, 80, 60) << QRect(0, 0, 100, 90) << QSize(360, 200)
+        << QRect(20, 40, 60, 20) << QRect(180, 60, 60, 20);
+}
+
+void PortalScreenshotTest::mixedScalesAreCutByPlace()
+{
+    QFETCH(const QRect, dense);
+    QFETCH(const QRect, plain);
+    QFETCH(const QSize, size);
+    QFETCH(const QRect, ofDense);
+    QFETCH(const QRect, ofPlain);
+    const auto screen = [](quint32 number, QRect place, CocoaSize points) {
+        const CocoaRect frame{{double(place.x()), double(-place.y())}, points};
+        return Screen{frame, frame, number, place, place};
+    };
+    m_screens.list = {screen(1, dense, {80, 60}), screen(2, plain, {100, 90})};
+    QImage picture(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            picture.setPixel(x, y, qRgb(x & 0xff, y, x >> 8));
+        }
+    }
+    const QString file = m_folder.filePath(u"mixed.png"_s);
+    picture.save(file);
+    m_portal->uri = QUrl::fromLocalFile(file).toString();
+    PortalScreenshot recording(m_screens, m_log, m_panelMenu, {patience});
+    QCOMPARE(recording.createImage(1, QRectF(10, 20, 30, 10)), picture.copy(ofDense));
+    QCOMPARE(recording.createImage(2, QRectF(10, 20, 30, 10)), picture.copy(ofPlain));
 }
 
 void PortalScreenshotTest::noPicture_data()
