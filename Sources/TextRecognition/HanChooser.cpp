@@ -76,11 +76,11 @@ struct JapaneseText
 };
 
 JapaneseText japaneseText(const std::vector<LineTask *> &tasks, std::size_t lines,
-                          const QString &model, EnginePool &pool, Workers &workers)
+                          const QString &model, EngineCache &engines, Workers &workers)
 {
     std::vector<Reading> readings(lines);
     workers.forEach(lines, [&](std::size_t i) {
-        readings[i] = tasks[i]->sample(pool, model, hanSampleLength, false);
+        readings[i] = tasks[i]->sample(engines, model, hanSampleLength, false);
     });
     JapaneseText text;
     for (const Reading &reading : readings) {
@@ -97,7 +97,7 @@ JapaneseText japaneseText(const std::vector<LineTask *> &tasks, std::size_t line
 } // namespace
 
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
-                 EnginePool &pool, Workers &workers)
+                 EngineCache &engines, Workers &workers)
 {
     const std::size_t lines = std::min(tasks.size(), hanLines);
     QStringList models = candidates;
@@ -105,7 +105,7 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candid
         if (Languages::scriptOf(model) != Script::Japanese || candidates.size() == 1) {
             continue;
         }
-        const JapaneseText text = japaneseText(tasks, lines, model, pool, workers);
+        const JapaneseText text = japaneseText(tasks, lines, model, engines, workers);
         if (text.isJapanese()) {
             return model;
         }
@@ -121,7 +121,7 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candid
     workers.forEach(count, [&](std::size_t k) {
         const QString &model = models[qsizetype(k)];
         for (std::size_t line = 0; line < lines; ++line) {
-            const Reading reading = tasks[line]->sample(pool, model, hanSampleLength, false);
+            const Reading reading = tasks[line]->sample(engines, model, hanSampleLength, false);
             const int kana = kanaIn(reading.text());
             // A Chinese model cannot read kana, and the Japanese one sees few in Chinese.
             const bool japanese = Languages::scriptOf(model) == Script::Japanese;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "Languages.h"
 #include "LineTask.h"
 #include "Workers.h"
@@ -13,7 +13,7 @@ namespace recognition {
 /// Which of the models of scripts with Chinese characters, `candidates`, reads `tasks`, longest
 /// first, best: kana make them Japanese, else the surest model wins.
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
-                 EnginePool &pool, Workers &workers);
+                 EngineCache &engines, Workers &workers);
 
 /// How much of a line is looked at to tell them apart, in letter heights.
 inline constexpr int hanSampleLength = 15;

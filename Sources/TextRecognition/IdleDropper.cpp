@@ -3,8 +3,8 @@
 
 namespace recognition {
 
-IdleDropper::IdleDropper(EnginePool &pool, std::chrono::milliseconds age)
-    : m_pool(pool)
+IdleDropper::IdleDropper(EngineCache &engines, std::chrono::milliseconds age)
+    : m_engines(engines)
     , m_age(age)
 {
 }
@@ -41,7 +41,7 @@ void IdleDropper::run()
         // Looking twice per age, an engine lives at most one and a half of it.
         m_wake.wait_for(lock, m_age / 2, [this] { return m_stop; });
         lock.unlock();
-        left = m_pool.dropIdle(m_age);
+        left = m_engines.dropIdle(m_age);
         lock.lock();
     }
     m_running = false;

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 
 #include <condition_variable>
 #include <thread>
 
 namespace recognition {
 
-/// Drops a pool's engines when they have been idle for a while. Its thread lives only as long as
+/// Drops a engines's engines when they have been idle for a while. Its thread lives only as long as
 /// there is something to drop, so that an idle program has no wake-ups.
 class IdleDropper
 {
 public:
-    IdleDropper(EnginePool &pool, std::chrono::milliseconds age);
+    IdleDropper(EngineCache &engines, std::chrono::milliseconds age);
     ~IdleDropper();
 
     /// To be called when engines may have become idle.
@@ -22,7 +22,7 @@ public:
 private:
     void run();
 
-    EnginePool &m_pool;
+    EngineCache &m_engines;
     const std::chrono::milliseconds m_age;
     std::mutex m_mutex;
     std::condition_variable m_wake;

@@ -34,15 +34,15 @@ QList<LanguageScore> guessAmong(const QString &text, const QStringList &models)
 }
 
 /// Whether `model`, which has read `lines`, was sure of them all and knows every word.
-bool isSurelyIn(const QString &model, const std::vector<LineTask *> &lines, EnginePool &pool)
+bool isSurelyIn(const QString &model, const std::vector<LineTask *> &lines, EngineCache &engines)
 {
-    const EnginePool::Loan engine = pool.lend(model, Dictionary::With);
+    const auto engine = engines.engine(model, Dictionary::With);
     if (!engine) {
         return false;
     }
     qsizetype letters = 0;
     for (LineTask *line : lines) {
-        const Reading reading = line->read(pool, model);
+        const Reading reading = line->read(engines, model);
         for (const ReadWord &word : reading.words) {
             const auto isLetter = [](QChar c) {
                 return c.isLetter();
@@ -58,13 +58,13 @@ bool isSurelyIn(const QString &model, const std::vector<LineTask *> &lines, Engi
     return letters >= fewestKnownLetters;
 }
 
-QString textOf(const std::vector<LineTask *> &lines, const QString &model, EnginePool &pool,
+QString textOf(const std::vector<LineTask *> &lines, const QString &model, EngineCache &engines,
                Workers &workers)
 {
-    workers.forEach(lines.size(), [&](std::size_t i) { lines[i]->read(pool, model); });
+    workers.forEach(lines.size(), [&](std::size_t i) { lines[i]->read(engines, model); });
     QString text;
     for (LineTask *line : lines) {
-        text += line->read(pool, model).text() + u' ';
+        text += line->read(engines, model).text() + u' ';
     }
     return text;
 }
@@ -72,7 +72,7 @@ QString textOf(const std::vector<LineTask *> &lines, const QString &model, Engin
 } // namespace
 
 QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
-                   EnginePool &pool, Workers &workers)
+                   EngineCache &engines, Workers &workers)
 {
     const QStringList models = languages.models(Script::Latin);
     QString first = models.first();
@@ -90,7 +90,7 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
         length += task->length();
     }
     // The first model's reading costs nothing if it turns out to be the right one.
-    QList<LanguageScore> scores = guessAmong(textOf(lines, first, pool, workers), models);
+    QList<LanguageScore> scores = guessAmong(textOf(lines, first, engines, workers), models);
     if (scores.size() < 2) {
         return first;
     }
@@ -100,12 +100,12 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
     if (scores[0].bits - scores[1].bits >= clearBitsUnaccented) {
         return scores[0].model;
     }
-    if (isSurelyIn(first, lines, pool)) {
+    if (isSurelyIn(first, lines, engines)) {
         return first;
     }
     // It loses the accents, which tell the others apart.
-    if (pool.folder().has(u"Latin"_s)) {
-        scores = guessAmong(textOf(lines, u"Latin"_s, pool, workers), models);
+    if (engines.folder().has(u"Latin"_s)) {
+        scores = guessAmong(textOf(lines, u"Latin"_s, engines, workers), models);
     }
     if (scores[0].bits - scores[1].bits >= clearBits) {
         return scores[0].model;
@@ -122,7 +122,7 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
     QString best = first;
     double top = 0;
     for (const LanguageScore &score : std::as_const(scores)) {
-        double confidence = lines.front()->read(pool, score.model).confidence();
+        double confidence = lines.front()->read(engines, score.model).confidence();
         confidence += score.bits - scores[0].bits + (score.model == first ? 1.5 : 0);
         if (confidence > top) {
             top = confidence;

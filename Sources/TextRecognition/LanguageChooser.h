@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "Languages.h"
 #include "LineTask.h"
 #include "Workers.h"
@@ -12,6 +12,6 @@ namespace recognition {
 
 /// The model of the language of Latin script that `tasks`, longest first, are in.
 QString latinModel(const std::vector<LineTask *> &tasks, const Languages &languages,
-                   EnginePool &pool, Workers &workers);
+                   EngineCache &engines, Workers &workers);
 
 } // namespace recognition

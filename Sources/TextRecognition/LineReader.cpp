@@ -49,11 +49,11 @@ bool isHanModel(const QString &model)
 class Reader
 {
 public:
-    Reader(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+    Reader(std::vector<LineTask> &tasks, const Languages &languages, EngineCache &engines,
            Workers &workers)
         : m_tasks(tasks)
         , m_languages(languages)
-        , m_pool(pool)
+        , m_engines(engines)
         , m_workers(workers)
     {
         for (const Script script : languages.scripts()) {
@@ -64,9 +64,9 @@ public:
 
     void run()
     {
-        m_main = mainModel(lines(), m_candidates, m_pool, m_workers);
+        m_main = mainModel(lines(), m_candidates, m_engines, m_workers);
         if (Languages::scriptOf(m_main) == Script::Latin) {
-            useLatin(latinModel(lines(), m_languages, m_pool, m_workers));
+            useLatin(latinModel(lines(), m_languages, m_engines, m_workers));
         } else if (isHanModel(m_main)) {
             chooseHan();
         }
@@ -115,13 +115,13 @@ private:
     {
         QStringList models = m_candidates;
         models.removeIf([](const QString &model) { return !isHanModel(model); });
-        m_main = hanModel(lines(), models, m_pool, m_workers);
+        m_main = hanModel(lines(), models, m_engines, m_workers);
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
 
     void readLine(LineTask &task)
     {
-        take(task, task.read(m_pool, m_main));
+        take(task, task.read(m_engines, m_main));
         if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty()) {
             return;
         }
@@ -130,7 +130,7 @@ private:
             if (native && task.likelihood(Script::Latin) < unlikelyLatin) {
                 return;
             }
-            const Reading reading = task.read(m_pool, m_latin);
+            const Reading reading = task.read(m_engines, m_latin);
             if (reading.confidence() >= sureConfidence ||
                 (!native && reading.confidence() > task.best.confidence() + 3)) {
                 take(task, reading);
@@ -144,11 +144,11 @@ private:
         // By a few letters any model may chance to be sure of something.
         const int doubt = task.best.characters() <= 8 ? 25 : 8;
         const double least = std::max(task.best.confidence() + doubt, leastForeign);
-        const QString other = otherScript(task, others, least, m_pool);
+        const QString other = otherScript(task, others, least, m_engines);
         if (other.isEmpty()) {
             return;
         }
-        const Reading reading = task.read(m_pool, other);
+        const Reading reading = task.read(m_engines, other);
         if (reading.confidence() >= leastWholeForeign &&
             reading.confidence() > task.best.confidence() + 3) {
             take(task, reading);
@@ -190,7 +190,7 @@ private:
                 task.best.confidence() >= gateOf(task.script)) {
                 return;
             }
-            const Reading reading = task.read(m_pool, m_foreign);
+            const Reading reading = task.read(m_engines, m_foreign);
             const LetterCount letters =
                 countLetters(reading.text(), Languages::scriptOf(m_foreign));
             if (letters.own >= std::max(2, letters.latin) &&
@@ -230,13 +230,13 @@ private:
         if (lines.empty()) {
             return;
         }
-        const QString model = latinModel(lines, m_languages, m_pool, m_workers);
+        const QString model = latinModel(lines, m_languages, m_engines, m_workers);
         if (model == m_latin) {
             return;
         }
         useLatin(model);
         m_workers.forEach(lines.size(), [&](std::size_t i) {
-            const Reading reading = lines[i]->read(m_pool, model);
+            const Reading reading = lines[i]->read(m_engines, model);
             if (reading.confidence() + 1 > lines[i]->best.confidence()) {
                 take(*lines[i], reading);
             }
@@ -256,12 +256,12 @@ private:
         }
         if (!scores.isEmpty() && scores[0].model != m_latin &&
             scores[0].bits - mine >= languageBits) {
-            const Reading reading = task.read(m_pool, scores[0].model);
+            const Reading reading = task.read(m_engines, scores[0].model);
             if (reading.confidence() + 1 > task.best.confidence()) {
                 take(task, reading);
             }
-        } else if (task.best.confidence() < 80 && m_pool.folder().has(u"Latin"_s)) {
-            const Reading reading = task.read(m_pool, u"Latin"_s);
+        } else if (task.best.confidence() < 80 && m_engines.folder().has(u"Latin"_s)) {
+            const Reading reading = task.read(m_engines, u"Latin"_s);
             if (reading.confidence() > task.best.confidence() + 4) {
                 take(task, reading);
             }
@@ -282,7 +282,7 @@ private:
         if (second.isEmpty()) {
             return;
         }
-        const Reading merged = mixedReading(task, second, mixedGate, m_pool);
+        const Reading merged = mixedReading(task, second, mixedGate, m_engines);
         if (merged.confidence() > task.best.confidence()) {
             task.best = merged;
         }
@@ -290,7 +290,7 @@ private:
 
     std::vector<LineTask> &m_tasks;
     const Languages &m_languages;
-    EnginePool &m_pool;
+    EngineCache &m_engines;
     Workers &m_workers;
     /// One model per script.
     QStringList m_candidates;
@@ -304,10 +304,10 @@ private:
 
 } // namespace
 
-void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+void readLines(std::vector<LineTask> &tasks, const Languages &languages, EngineCache &engines,
                Workers &workers)
 {
-    Reader(tasks, languages, pool, workers).run();
+    Reader(tasks, languages, engines, workers).run();
 }
 
 } // namespace recognition

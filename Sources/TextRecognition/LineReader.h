@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "Languages.h"
 #include "LineTask.h"
 #include "Workers.h"
@@ -15,7 +15,7 @@ namespace recognition {
 /// The longest line decides what the others are tried with first; a line that this model does not
 /// read well is tried with the other scripts and languages, and word by word where they mix.
 /// `tasks` stand longest first.
-void readLines(std::vector<LineTask> &tasks, const Languages &languages, EnginePool &pool,
+void readLines(std::vector<LineTask> &tasks, const Languages &languages, EngineCache &engines,
                Workers &workers);
 
 } // namespace recognition

@@ -54,19 +54,10 @@ Dictionary dictionaryOf(const QString &model)
     return model == "Latin"_L1 ? Dictionary::Without : Dictionary::With;
 }
 
-Reading readWith(EnginePool &pool, const QString &model, const GreyImage &picture,
-                 EnginePool::IfLent ifLent = EnginePool::IfLent::Load)
+Reading readWith(EngineCache &engines, const QString &model, const GreyImage &picture)
 {
-    const EnginePool::Loan engine = pool.lend(model, dictionaryOf(model), ifLent);
-    if (!engine) {
-        return {};
-    }
-    Reading reading = engine->read(picture, ReadMode::Line);
-    // Looking for the baseline fails on a lone dash or a very wide letter.
-    if (reading.isEmpty()) {
-        reading = engine->read(picture, ReadMode::RawLine);
-    }
-    return reading;
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    return engine ? engine->read(picture) : Reading{};
 }
 
 } // namespace
@@ -78,7 +69,7 @@ LineTask::LineTask(const GreyImage &page, TextLine line)
 {
 }
 
-Reading LineTask::read(EnginePool &pool, const QString &model, EnginePool::IfLent ifLent)
+Reading LineTask::read(EngineCache &engines, const QString &model)
 {
     {
         const std::lock_guard lock(*m_mutex);
@@ -87,18 +78,18 @@ Reading LineTask::read(EnginePool &pool, const QString &model, EnginePool::IfLen
             return *found;
         }
     }
-    Reading reading = readWith(pool, model, m_image.picture, ifLent);
+    Reading reading = readWith(engines, model, m_image.picture);
     const std::lock_guard lock(*m_mutex);
     m_readings.insert(model, reading);
     return reading;
 }
 
-Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bool fromRight)
+Reading LineTask::sample(EngineCache &engines, const QString &model, int letters, bool fromRight)
 {
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
     if (picture.width * 4 < length * 5) {
-        return read(pool, model, EnginePool::IfLent::Wait);
+        return read(engines, model);
     }
     const int cut = cutNear(picture, length, fromRight);
     const std::tuple key{model, cut, fromRight};
@@ -111,15 +102,15 @@ Reading LineTask::sample(EnginePool &pool, const QString &model, int letters, bo
     }
     const GreyImage crop =
         fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
-    Reading reading = readWith(pool, model, crop, EnginePool::IfLent::Wait);
+    Reading reading = readWith(engines, model, crop);
     const std::lock_guard lock(*m_mutex);
     m_samples.emplace(key, reading);
     return reading;
 }
 
-Reading LineTask::readPart(EnginePool &pool, const QString &model, int left, int right) const
+Reading LineTask::readPart(EngineCache &engines, const QString &model, int left, int right) const
 {
-    Reading reading = readWith(pool, model, part(m_image.picture, left, right));
+    Reading reading = readWith(engines, model, part(m_image.picture, left, right));
     for (ReadWord &word : reading.words) {
         word.box.left += left;
         word.box.right += left;

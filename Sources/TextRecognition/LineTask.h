@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "LineImage.h"
 #include "Lines.h"
 #include "Reading.h"
@@ -33,14 +33,13 @@ public:
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
     /// The whole line as `model` reads it, remembered for the next time.
-    Reading read(EnginePool &pool, const QString &model,
-                 EnginePool::IfLent ifLent = EnginePool::IfLent::Load);
+    Reading read(EngineCache &engines, const QString &model);
     /// The same of a part about `letters` letter heights long, cut in a gap between words: from
     /// the right if `fromRight`. A line hardly longer is read as a whole.
-    Reading sample(EnginePool &pool, const QString &model, int letters, bool fromRight);
+    Reading sample(EngineCache &engines, const QString &model, int letters, bool fromRight);
     /// The same of the part of the prepared line from `left` to `right`, not remembered; its words
     /// stand where they stand in the whole line.
-    Reading readPart(EnginePool &pool, const QString &model, int left, int right) const;
+    Reading readPart(EngineCache &engines, const QString &model, int left, int right) const;
     /// How likely the part is of each kind of writing.
     KindShares kindsOfPart(int left, int right) const;
 

@@ -265,7 +265,7 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     return merged;
 }
 
-Reading mixedReading(LineTask &task, const QString &second, double sure, EnginePool &pool)
+Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines)
 {
     const Part part = doubtfulPart(task, sure);
     if (part.right - part.left > shortPart) {
@@ -279,7 +279,7 @@ Reading mixedReading(LineTask &task, const QString &second, double sure, EngineP
     const bool isWhole = task.script == Script::Cyrillic ||
                          3 * (part.right - part.left) >= 2 * task.image().picture.width;
     const Reading other =
-        isWhole ? task.read(pool, second) : task.readPart(pool, second, part.left, part.right);
+        isWhole ? task.read(engines, second) : task.readPart(engines, second, part.left, part.right);
     return mergedReading(task.best, other, task.script);
 }
 

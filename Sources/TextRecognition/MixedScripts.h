@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "LineTask.h"
 #include "Reading.h"
 #include "Script.h"
@@ -18,6 +18,6 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script);
 /// What `task` is taken to say, with the words that `second`, a model of another script, reads more
 /// surely. Only the part with words read less than `sure` is read again, and only if it looks as
 /// though it might be of that script.
-Reading mixedReading(LineTask &task, const QString &second, double sure, EnginePool &pool);
+Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines);
 
 } // namespace recognition

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Network/TrainedData.h"
+
 #include <QString>
 #include <QStringList>
-
-#include <string>
-#include <vector>
 
 namespace recognition {
 
@@ -26,9 +25,9 @@ public:
     /// The models' names, such as "eng" or "Latin"; a script's model may stand in "script/".
     QStringList installed() const;
     bool has(const QString &model) const;
-    /// The model's data for the engine, or nothing if it cannot be read. Without its dictionary a
-    /// model of 90 MB is half a megabyte.
-    std::vector<char> read(const QString &model, Dictionary dictionary) const;
+    /// The model's data, empty if it cannot be read. Without its dictionary a model of 90 MB is
+    /// half a megabyte.
+    TrainedData read(const QString &model, Dictionary dictionary) const;
 
 private:
     QString fileOf(const QString &model) const;

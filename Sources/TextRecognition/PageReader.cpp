@@ -107,7 +107,7 @@ void indent(std::vector<PageLine> &lines)
 
 } // namespace
 
-std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EngineCache &engines,
                                Workers &workers)
 {
     std::vector<Mark> marks = findMarks(page);
@@ -115,7 +115,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         return {};
     }
     if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
-        std::vector<PageLine> columns = readVertical(page, marks, pool);
+        std::vector<PageLine> columns = readVertical(page, marks, engines);
         if (!columns.empty()) {
             return columns;
         }
@@ -130,7 +130,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     if (tasks.empty()) {
         return {};
     }
-    readLines(tasks, languages, pool, workers);
+    readLines(tasks, languages, engines, workers);
     dropNoise(tasks);
     dropScenery(tasks, outlined.rows);
 

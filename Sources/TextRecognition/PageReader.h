@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "GreyImage.h"
 #include "Languages.h"
 #include "Workers.h"
@@ -32,7 +32,7 @@ struct PageLine
 
 /// Reads everything on `page`, in reading order, in whatever of `languages` it is written.
 /// Blocks; runs on this thread and on `workers`.
-std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EnginePool &pool,
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EngineCache &engines,
                                Workers &workers);
 
 } // namespace recognition

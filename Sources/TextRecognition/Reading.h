@@ -14,8 +14,6 @@ struct ReadWord
     QString text;
     /// Whether a blank stands before it.
     bool afterBlank = true;
-    /// Whether it is the first of a line, where a picture has several.
-    bool startsLine = false;
     /// From 0 to 100, as the engine gives it.
     double confidence = 0;
     /// In pixels of the prepared line.

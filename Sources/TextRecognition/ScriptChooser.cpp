@@ -52,12 +52,12 @@ double scriptScore(const Reading &reading, Script script)
     return reading.confidence() - few;
 }
 
-double sampleScore(LineTask &task, const QString &model, EnginePool &pool)
+double sampleScore(LineTask &task, const QString &model, EngineCache &engines)
 {
     const Script script = Languages::scriptOf(model);
     const bool isHan = kindOf(script) == WritingKind::Chinese;
     return scriptScore(
-        task.sample(pool, model, isHan ? hanSampleLength : sampleLength, script == Script::Arabic),
+        task.sample(engines, model, isHan ? hanSampleLength : sampleLength, script == Script::Arabic),
         script);
 }
 
@@ -71,14 +71,14 @@ struct Candidate
     double sum = 0;
 
     /// How sure the model is of `line`.
-    double read(LineTask &line, EnginePool &pool)
+    double read(LineTask &line, EngineCache &engines)
     {
         if (Languages::scriptOf(name) != Script::Latin) {
-            const double score = sampleScore(line, name, pool);
+            const double score = sampleScore(line, name, engines);
             sum += score;
             return score;
         }
-        const Reading reading = line.sample(pool, name, sampleLength, false);
+        const Reading reading = line.sample(engines, name, sampleLength, false);
         const double score = reading.confidence();
         // Doubtful Latin is more common than any other doubtful script.
         sum += score + 4;
@@ -131,7 +131,7 @@ std::vector<Candidate> byLikelihood(const QStringList &models, const std::vector
 
 } // namespace
 
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool)
+QString otherScript(LineTask &task, const QStringList &candidates, double least, EngineCache &engines)
 {
     QStringList models = candidates;
     models.removeIf([&task](const QString &model) {
@@ -144,7 +144,7 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
     QString best;
     double top = least;
     for (const QString &model : std::as_const(models)) {
-        const double score = sampleScore(task, model, pool);
+        const double score = sampleScore(task, model, engines);
         if (score > top) {
             top = score;
             best = model;
@@ -157,7 +157,7 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
 }
 
 QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
-                  EnginePool &pool, Workers &workers)
+                  EngineCache &engines, Workers &workers)
 {
     const std::vector<LineTask *> lines(
         tasks.begin(), tasks.begin() + std::ptrdiff_t(std::min(tasks.size(), scriptLines)));
@@ -175,7 +175,7 @@ QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candi
             if (top >= clearConfidence && model->likelihood < likely) {
                 break;
             }
-            const double score = model->read(*line, pool);
+            const double score = model->read(*line, engines);
             if (score >= sureConfidence) {
                 return model->name;
             }
@@ -197,7 +197,7 @@ QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candi
         const auto count = std::size_t(models.end() - firstUnlikely);
         workers.forEach(count, [&](std::size_t i) {
             for (LineTask *line : lines) {
-                (firstUnlikely + std::ptrdiff_t(i))->read(*line, pool);
+                (firstUnlikely + std::ptrdiff_t(i))->read(*line, engines);
             }
         });
         best = std::max_element(models.begin(), models.end(), hasLess);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "Languages.h"
 #include "LineTask.h"
 #include "Workers.h"
@@ -12,12 +12,12 @@ namespace recognition {
 
 /// The model of another script than Latin that reads a sample of `task` best, if it is surer than
 /// `least`; else an empty string. `candidates`: at most one model per script.
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EnginePool &pool);
+QString otherScript(LineTask &task, const QStringList &candidates, double least, EngineCache &engines);
 
 /// The model that `tasks`, a page's lines, longest first, are read best with, among one model per
 /// script.
 QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
-                  EnginePool &pool, Workers &workers);
+                  EngineCache &engines, Workers &workers);
 
 /// A model that reads with this confidence reads its own script; foreign writing stays below.
 inline constexpr double sureConfidence = 88;

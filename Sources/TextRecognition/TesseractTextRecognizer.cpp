@@ -18,8 +18,7 @@ using namespace recognition;
 
 namespace {
 
-/// More helpers than this gain nothing on a screen's few dozen lines and cost a copy of each
-/// model.
+/// More helpers than this gain nothing on a screen's few dozen lines.
 constexpr int mostThreads = 2;
 
 /// How long models are kept without a picture to read.
@@ -38,22 +37,22 @@ class TesseractTextRecognizer::Private
 {
 public:
     explicit Private(const QString &folder)
-        : pool(ModelFolder(folder))
-        , dropper(pool, keptFor)
+        : engines(ModelFolder(folder))
+        , dropper(engines, keptFor)
         , workers(std::clamp(QThread::idealThreadCount(), 1, mostThreads))
     {
     }
 
     Languages installed() const
     {
-        Languages languages(pool.folder().installed());
+        Languages languages(engines.folder().installed());
         if (languages.isEmpty()) {
-            throwNoModels(pool.folder());
+            throwNoModels(engines.folder());
         }
         return languages;
     }
 
-    EnginePool pool;
+    EngineCache engines;
     IdleDropper dropper;
     Workers workers;
     std::atomic<bool> isPreparing = false;
@@ -74,9 +73,10 @@ void TesseractTextRecognizer::prepare()
         return;
     }
     const auto load = [p = m_p.get()] {
-        const Languages languages(p->pool.folder().installed());
+        const Languages languages(p->engines.folder().installed());
         if (!languages.isEmpty()) {
-            p->pool.lend(languages.models(languages.scripts().first()).first(), Dictionary::With);
+            p->engines.engine(languages.models(languages.scripts().first()).first(),
+                              Dictionary::With);
         }
         p->dropper.restart();
         p->isPreparing = false;
@@ -99,8 +99,7 @@ void TesseractTextRecognizer::perform(TextRecognitionRequest &request, const QIm
 {
     const Languages languages = m_p->installed().restrictedTo(request.recognitionLanguages);
     request.results.clear();
-    const EnginePool::Page page(m_p->pool);
-    for (const PageLine &line : readPage(greyImage(image), languages, m_p->pool, m_p->workers)) {
+    for (const PageLine &line : readPage(greyImage(image), languages, m_p->engines, m_p->workers)) {
         RecognizedTextObservation observation;
         observation.boundingBox =
             QRectF(line.box.left, line.box.top, line.box.width(), line.box.height());

@@ -20,6 +20,9 @@ constexpr std::size_t fewestLetters = 8;
 /// Pages with more marks are screens, where comparing all with all would take too long.
 constexpr std::size_t mostMarks = 3000;
 
+/// Darker pixels are ink.
+constexpr int ink = 128;
+
 /// Readings less sure than this are chance.
 constexpr double leastConfidence = 60;
 
@@ -41,6 +44,45 @@ int letterSizeOf(const std::vector<Mark> &marks)
         sizes.push_back(std::max(mark.box.width(), mark.box.height()));
     }
     return share(std::move(sizes), 0.75);
+}
+
+/// The columns of ink, from the right. Parts of letters that stand apart, nearer to each other
+/// than columns ever do, are put together.
+std::vector<std::pair<int, int>> columnsOf(const GreyImage &picture)
+{
+    std::vector<std::pair<int, int>> columns;
+    int start = -1;
+    for (int x = picture.width; x >= 0; --x) {
+        bool hasInk = false;
+        for (int y = 0; x < picture.width && x >= 0 && y < picture.height && !hasInk; ++y) {
+            hasInk = picture.at(x, y) < ink;
+        }
+        if (hasInk && start < 0) {
+            start = x + 1;
+        } else if ((!hasInk || x == 0) && start >= 0) {
+            const int left = hasInk ? x : x + 1;
+            if (!columns.empty() && columns.back().first - start < preparedLetterHeight / 4 &&
+                columns.back().second - left < preparedLetterHeight * 3 / 2) {
+                columns.back().first = left;
+            } else {
+                columns.emplace_back(left, start);
+            }
+            start = -1;
+        }
+    }
+    return columns;
+}
+
+/// Turned by a quarter against the clock: what was above is left, as the model wants it.
+GreyImage turnedLeft(const GreyImage &column)
+{
+    GreyImage result(column.height, column.width, 255);
+    for (int y = 0; y < column.height; ++y) {
+        for (int x = 0; x < column.width; ++x) {
+            result.row(column.width - 1 - x)[y] = column.at(x, y);
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -93,9 +135,9 @@ bool isVertical(const std::vector<Mark> &marks)
 }
 
 std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark> &marks,
-                                   EnginePool &pool)
+                                   EngineCache &engines)
 {
-    if (!pool.folder().has(verticalModel)) {
+    if (!engines.folder().has(verticalModel)) {
         return {};
     }
     TextLine whole;
@@ -110,32 +152,36 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
     if (image.isEmpty()) {
         return {};
     }
-    const EnginePool::Loan engine = pool.lend(verticalModel, Dictionary::With);
+    const auto engine = engines.engine(verticalModel, Dictionary::With);
     if (!engine) {
         return {};
     }
-    const Reading reading = engine->read(image.picture, ReadMode::Vertical);
-    if (reading.confidence() < leastConfidence) {
-        return {};
-    }
 
-    std::vector<Reading> columns;
-    for (const ReadWord &word : reading.words) {
-        if (columns.empty() || word.startsLine) {
-            columns.push_back({reading.model, {}});
-        }
-        columns.back().words.append(word);
-    }
     std::vector<PageLine> lines;
-    for (const Reading &column : columns) {
-        Box box = column.words.first().box;
-        for (const ReadWord &word : column.words) {
-            box.unite(word.box);
+    double sureness = 0;
+    int characters = 0;
+    for (const auto &[left, right] : columnsOf(image.picture)) {
+        const Box column{left, 0, right, image.picture.height};
+        const Reading reading = engine->read(turnedLeft(cropped(image.picture, column)));
+        if (reading.isEmpty()) {
+            continue;
+        }
+        sureness += reading.confidence() * reading.characters();
+        characters += reading.characters();
+        // The readings' x is the page's y.
+        int top = reading.words.first().box.left;
+        int bottom = top;
+        for (const ReadWord &word : reading.words) {
+            top = std::min(top, word.box.left);
+            bottom = std::max(bottom, word.box.right);
         }
         lines.push_back(
-            {{int(image.pageX(box.left)), int((box.top - image.offsetY) / image.scale),
-              int(image.pageX(box.right)), int((box.bottom - image.offsetY) / image.scale)},
-             {{repairedText(column, Script::Japanese), column.confidence() / 100}}});
+            {{int(image.pageX(left)), int((top - image.offsetY) / image.scale),
+              int(image.pageX(right)), int((bottom - image.offsetY) / image.scale)},
+             {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
+    }
+    if (characters == 0 || sureness < leastConfidence * characters) {
+        return {};
     }
     return lines;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "EnginePool.h"
+#include "EngineCache.h"
 #include "Marks.h"
 #include "PageReader.h"
 
@@ -16,6 +16,6 @@ bool isVertical(const std::vector<Mark> &marks);
 /// Reads a page of vertical Japanese, columns from the right. Empty if the model for it is not
 /// installed or not sure of what it reads.
 std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark> &marks,
-                                   EnginePool &pool);
+                                   EngineCache &engines);
 
 } // namespace recognition

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "EngineCache.h"
+
+#include <vector>
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
+namespace recognition {
+
+namespace {
+
+/// Freed pieces, of which a model has many, would otherwise stay with the process.
+void trimHeap()
+{
+#if defined(__GLIBC__)
+    malloc_trim(0);
+#endif
+}
+
+} // namespace
+
+EngineCache::EngineCache(ModelFolder folder, Now now)
+    : m_folder(std::move(folder))
+    , m_now(std::move(now))
+{
+}
+
+std::shared_ptr<const Engine> EngineCache::engine(const QString &model, Dictionary dictionary)
+{
+    const Key key{model, dictionary};
+    std::shared_ptr<Entry> entry;
+    {
+        const std::lock_guard lock(m_mutex);
+        std::shared_ptr<Entry> &found = m_entries[key];
+        if (!found) {
+            found = std::make_shared<Entry>();
+        }
+        found->used = m_now();
+        entry = found;
+    }
+    const std::lock_guard loading(entry->mutex);
+    if (!entry->engine) {
+        entry->engine = Engine::load(m_folder, model, dictionary);
+    }
+    return entry->engine;
+}
+
+bool EngineCache::dropIdle(std::chrono::milliseconds age)
+{
+    std::vector<std::shared_ptr<Entry>> dropped;
+    bool isAnyLeft = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        const Clock::time_point limit = m_now() - age;
+        for (auto at = m_entries.begin(); at != m_entries.end();) {
+            const std::shared_ptr<Entry> &entry = at->second;
+            // Who loads it has the entry too.
+            if (entry->used > limit || entry.use_count() > 1 || entry->engine.use_count() > 1) {
+                isAnyLeft = true;
+                ++at;
+            } else {
+                dropped.push_back(entry);
+                at = m_entries.erase(at);
+            }
+        }
+    }
+    if (!dropped.empty()) {
+        dropped.clear();
+        trimHeap();
+    }
+    return isAnyLeft;
+}
+
+std::size_t EngineCache::count() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::size_t count = 0;
+    for (const auto &[key, entry] : m_entries) {
+        count += entry.use_count() == 1 && entry->engine ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace recognition

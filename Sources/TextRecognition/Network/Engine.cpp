@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "Engine.h"
+
+#include "Resample.h"
+#include "VisualOrder.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace recognition {
+
+namespace {
+
+/// Darker pixels are ink.
+constexpr int ink = 128;
+
+/// White around the ink, as the models were trained with, in pixels before scaling.
+constexpr int margin = 4;
+
+/// Certainty is a logarithm; the share of confidence, from 0 to 100, that one of it takes.
+constexpr double confidencePerCertainty = 35;
+
+bool hasInk(const GreyImage &picture, int left, int right, int top, int bottom)
+{
+    for (int y = top; y < bottom; ++y) {
+        const std::uint8_t *row = picture.row(y);
+        if (std::any_of(row + left, row + right, [](std::uint8_t grey) { return grey < ink; })) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The part of `box` with ink; empty without any.
+Box inkIn(const GreyImage &picture, Box box)
+{
+    const auto isBlank = [&picture](int left, int right, int top, int bottom) {
+        return !hasInk(picture, left, right, top, bottom);
+    };
+    while (box.top < box.bottom && isBlank(box.left, box.right, box.top, box.top + 1)) {
+        ++box.top;
+    }
+    while (box.bottom > box.top && isBlank(box.left, box.right, box.bottom - 1, box.bottom)) {
+        --box.bottom;
+    }
+    while (box.left < box.right && isBlank(box.left, box.left + 1, box.top, box.bottom)) {
+        ++box.left;
+    }
+    while (box.right > box.left && isBlank(box.right - 1, box.right, box.top, box.bottom)) {
+        --box.right;
+    }
+    return box;
+}
+
+/// Characters `first` to `last` - 1.
+struct WordSpan
+{
+    std::size_t first = 0;
+    std::size_t last = 0;
+    /// Of the blanks around it.
+    float blankCertainty = 0;
+    bool afterBlank = false;
+};
+
+/// Words end at blanks, at listed words, and at every character of a script without blanks.
+std::vector<WordSpan> wordsOf(const std::vector<DecodedCharacter> &characters,
+                              const Alphabet &alphabet)
+{
+    std::vector<WordSpan> words;
+    float blankBefore = 0;
+    std::size_t first = 0;
+    while (first < characters.size()) {
+        std::size_t last = first + 1;
+        for (; last < characters.size(); ++last) {
+            const DecodedCharacter &next = characters[last];
+            if (next.id == Alphabet::space || next.startsWord ||
+                (next.kind == WordKind::Unlisted &&
+                 !(alphabet.character(next.id).hasBlanks &&
+                   alphabet.character(characters[last - 1].id).hasBlanks))) {
+                break;
+            }
+        }
+        const bool endsInBlank =
+            last < characters.size() && characters[last].id == Alphabet::space;
+        const float blankAfter = endsInBlank ? characters[last].certainty : 0;
+        words.push_back({first, last, std::min(blankBefore, blankAfter),
+                         first > 0 && characters[first - 1].id == Alphabet::space});
+        blankBefore = blankAfter;
+        first = last + (endsInBlank ? 1 : 0);
+    }
+    return words;
+}
+
+} // namespace
+
+Engine::Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing)
+    : m_model(std::move(model))
+    , m_data(std::move(data))
+    , m_network(std::move(network))
+    , m_alphabet(std::move(alphabet))
+    , m_lists(m_data.part(TrainedData::Punctuation), m_data.part(TrainedData::Words),
+              m_data.part(TrainedData::Numbers))
+    , m_nothing(nothing)
+{
+}
+
+std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QString &model,
+                                           Dictionary dictionary)
+{
+    TrainedData data = folder.read(model, dictionary);
+    ByteReader reader(data.part(TrainedData::Network));
+    std::optional<Network> network = Network::read(reader);
+    std::optional<Alphabet> alphabet = Alphabet::read(data.part(TrainedData::Characters),
+                                                      data.part(TrainedData::Codes));
+    // After the network: its description and how it was trained.
+    reader.text();
+    reader.take(3 * sizeof(std::int32_t));
+    const auto nothing = reader.value<std::int32_t>();
+    if (reader.failed() || !network || !alphabet || nothing < 0 || nothing >= network->codes() ||
+        alphabet->codeCount() > network->codes()) {
+        return nullptr;
+    }
+    data.drop(TrainedData::Network);
+    data.drop(TrainedData::Characters);
+    data.drop(TrainedData::Codes);
+    return std::shared_ptr<const Engine>(
+        new Engine(model, std::move(data), std::move(*network), std::move(*alphabet), nothing));
+}
+
+Reading Engine::read(const GreyImage &picture) const
+{
+    Reading reading{m_model, {}};
+    const Box inked = inkIn(picture, {0, 0, picture.width, picture.height});
+    if (inked.isEmpty()) {
+        return reading;
+    }
+    const Box box{std::max(inked.left - margin, 0), std::max(inked.top - margin, 0),
+                  std::min(inked.right + margin, picture.width),
+                  std::min(inked.bottom + margin, picture.height)};
+    const double scale = double(m_network.lineHeight()) / box.height();
+    const int width = std::max(int(std::lround(box.width() * scale)), m_network.columnWidth());
+    const CodeShares shares =
+        m_network.read(resampled(cropped(picture, box), width, m_network.lineHeight()));
+    const std::vector<DecodedCharacter> characters =
+        decode(shares, m_nothing, m_alphabet, m_lists);
+
+    const double columnWidth = m_network.columnWidth() / scale;
+    QList<QString> texts;
+    QList<ReadWord> words;
+    for (const WordSpan &span : wordsOf(characters, m_alphabet)) {
+        ReadWord word;
+        float certainty = span.blankCertainty;
+        for (std::size_t i = span.first; i < span.last; ++i) {
+            word.text += m_alphabet.character(characters[i].id).text;
+            certainty = std::min(certainty, characters[i].certainty);
+        }
+        word.text = word.text.trimmed();
+        if (word.text.isEmpty()) {
+            continue;
+        }
+        word.afterBlank = span.afterBlank;
+        word.confidence = std::clamp(100 + confidencePerCertainty * double(certainty), 0.0, 100.0);
+        // Characters share what is between them.
+        const int before = span.first > 0 ? characters[span.first - 1].right : 0;
+        const int after =
+            span.last < characters.size() ? characters[span.last].left : shares.columns;
+        const double left = (before + characters[span.first].left) / 2.0;
+        const double right = (characters[span.last - 1].right + after) / 2.0;
+        const Box place{std::clamp(box.left + int(left * columnWidth), 0, picture.width - 1),
+                        box.top,
+                        std::clamp(box.left + int(std::ceil(right * columnWidth)), 1,
+                                   picture.width),
+                        box.bottom};
+        const Box inkOfWord = inkIn(picture, place);
+        word.box = inkOfWord.isEmpty() ? place : inkOfWord;
+        texts.append(word.text);
+        words.append(word);
+    }
+    for (const int i : toReadingOrder(texts)) {
+        words[i].text = texts[i];
+        reading.words.append(words[i]);
+    }
+    return reading;
+}
+
+bool Engine::knows(const QString &word) const
+{
+    const std::optional<std::vector<int>> ids = m_alphabet.split(word);
+    return ids && !ids->empty() && !m_lists.isEmpty() && m_lists.contains(*ids, m_alphabet);
+}
+
+} // namespace recognition

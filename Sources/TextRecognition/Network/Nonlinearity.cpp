@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: MIT
+#include "Nonlinearity.h"
+
+#include <algorithm>
+#include <cstring>
+
+// What is here becomes part of a function for each generation of processors.
+#define PART_OF_ALL inline __attribute__((always_inline))
+
+namespace recognition {
+
+namespace {
+
+// Vectors as GCC and Clang know them on any processor. They go by reference, as how they are
+// passed by value differs from processor to processor.
+using Floats = float __attribute__((vector_size(numbersAtOnce * sizeof(float))));
+using Ints = std::int32_t __attribute__((vector_size(numbersAtOnce * sizeof(std::int32_t))));
+using Bytes = std::int8_t __attribute__((vector_size(numbersAtOnce)));
+
+/// Cells' states are kept within this, as in training.
+constexpr float mostState = 100;
+
+/// Arguments of tanh are cut to this: it is one in float beyond.
+constexpr float largestTanh = 7.9F;
+
+/// Cut to this before e is raised to them, so that nothing becomes zero.
+constexpr float leastExponent = -86;
+
+/// Added to a small number, leaves it rounded in the lowest bits of the sum, whose other bits are
+/// those of `roundingBits`.
+constexpr float rounding = 12582912.0F;
+constexpr std::int32_t roundingBits = 0x4B400000;
+
+PART_OF_ALL void cut(float low, Floats &x, float high)
+{
+    x = x < low ? low + 0 * x : x;
+    x = x > high ? high + 0 * x : x;
+}
+
+template <typename To, typename From>
+PART_OF_ALL void reinterpret(const From &from, To &to)
+{
+    static_assert(sizeof(To) == sizeof(From));
+    std::memcpy(&to, &from, sizeof to);
+}
+
+/// Padé's approximation, off by less than 0.0001 after the cut: a hundredth of a byte's step.
+PART_OF_ALL void toTanh(Floats &x)
+{
+    cut(-largestTanh, x, largestTanh);
+    const Floats square = x * x;
+    const Floats above = x * (135135.0F + square * (17325.0F + square * (378.0F + square)));
+    const Floats below = 135135.0F + square * (62370.0F + square * (3150.0F + square * 28.0F));
+    x = above / below;
+    cut(-1, x, 1);
+}
+
+PART_OF_ALL void toLogistic(Floats &x)
+{
+    x *= 0.5F;
+    toTanh(x);
+    x = x * 0.5F + 0.5F;
+}
+
+/// Two to the whole part, by the exponent's bits, and a polynomial for the rest; off by less than
+/// a hundred thousandth of the result.
+PART_OF_ALL void toPowerOfE(Floats &x)
+{
+    cut(leastExponent, x, 0);
+    const Floats power = x * 1.44269504F;
+    const Floats rounded = power + rounding;
+    const Floats rest = (power - (rounded - rounding)) * 0.69314718F;
+    const Floats polynomial =
+        1 + rest * (1 + rest * (0.5F + rest * (0.16666667F +
+                                               rest * (0.041666668F + rest * 0.0083333333F))));
+    Ints whole;
+    reinterpret(rounded, whole);
+    const Ints exponent = (whole - roundingBits + 127) << 23;
+    Floats factor;
+    reinterpret(exponent, factor);
+    x = polynomial * factor;
+}
+
+PART_OF_ALL void load(const std::int32_t *sums, const float *scales, Floats &x)
+{
+    Ints whole;
+    std::memcpy(&whole, sums, sizeof whole);
+    Floats scale;
+    std::memcpy(&scale, scales, sizeof scale);
+    x = __builtin_convertvector(whole, Floats) * scale;
+}
+
+PART_OF_ALL void storeBytes(Floats &x, std::int8_t *to)
+{
+    cut(-1, x, 1);
+    const Floats rounded = x * 127 + rounding;
+    Ints whole;
+    reinterpret(rounded, whole);
+    const Bytes bytes = __builtin_convertvector(whole - roundingBits, Bytes);
+    std::memcpy(to, &bytes, sizeof bytes);
+}
+
+PART_OF_ALL void applyHere(Nonlinearity function, const std::int32_t *sums, const float *scales,
+                       int count, std::int8_t *outputs)
+{
+    for (int i = 0; i < count; i += numbersAtOnce) {
+        Floats x;
+        load(sums + i, scales + i, x);
+        switch (function) {
+        case Nonlinearity::Linear:
+            break;
+        case Nonlinearity::Tanh:
+            toTanh(x);
+            break;
+        case Nonlinearity::Logistic:
+            toLogistic(x);
+            break;
+        case Nonlinearity::Relu:
+            cut(0, x, 1);
+            break;
+        }
+        storeBytes(x, outputs + i);
+    }
+}
+
+PART_OF_ALL void stepHere(const std::int32_t *sums, const float *scales, int count, float *states,
+                std::int8_t *outputs)
+{
+    for (int i = 0; i < count; i += numbersAtOnce) {
+        Floats input;
+        Floats admitted;
+        Floats kept;
+        Floats shown;
+        Floats state;
+        load(sums + i, scales + i, input);
+        load(sums + count + i, scales + count + i, admitted);
+        load(sums + 2 * count + i, scales + 2 * count + i, kept);
+        load(sums + 3 * count + i, scales + 3 * count + i, shown);
+        std::memcpy(&state, states + i, sizeof state);
+        toTanh(input);
+        toLogistic(admitted);
+        toLogistic(kept);
+        toLogistic(shown);
+        state = state * kept + input * admitted;
+        cut(-mostState, state, mostState);
+        std::memcpy(states + i, &state, sizeof state);
+        toTanh(state);
+        state *= shown;
+        storeBytes(state, outputs + i);
+    }
+}
+
+PART_OF_ALL void shareHere(const std::int32_t *sums, const float *scales, int count, float *shares)
+{
+    float largest = float(sums[0]) * scales[0];
+    for (int i = 0; i < count; i += numbersAtOnce) {
+        Floats x;
+        load(sums + i, scales + i, x);
+        std::memcpy(shares + i, &x, sizeof x);
+    }
+    for (int i = 0; i < count; ++i) {
+        largest = shares[i] > largest ? shares[i] : largest;
+    }
+    for (int i = 0; i < count; i += numbersAtOnce) {
+        Floats x;
+        std::memcpy(&x, shares + i, sizeof x);
+        x -= largest;
+        toPowerOfE(x);
+        std::memcpy(shares + i, &x, sizeof x);
+    }
+    float total = 0;
+    for (int i = 0; i < count; ++i) {
+        total += shares[i];
+    }
+    for (int i = 0; i < count; ++i) {
+        shares[i] /= total;
+    }
+}
+
+struct Functions
+{
+    decltype(&applyNonlinearity) apply;
+    decltype(&stepMemory) step;
+    decltype(&shareOut) share;
+};
+
+#define FUNCTIONS_FOR(name, attribute)                                                             \
+    attribute void apply##name(Nonlinearity function, const std::int32_t *sums,                    \
+                               const float *scales, int count, std::int8_t *outputs)               \
+    {                                                                                              \
+        applyHere(function, sums, scales, count, outputs);                                         \
+    }                                                                                              \
+    attribute void step##name(const std::int32_t *sums, const float *scales, int count,            \
+                              float *states, std::int8_t *outputs)                                 \
+    {                                                                                              \
+        stepHere(sums, scales, count, states, outputs);                                            \
+    }                                                                                              \
+    attribute void share##name(const std::int32_t *sums, const float *scales, int count,           \
+                               float *shares)                                                      \
+    {                                                                                              \
+        shareHere(sums, scales, count, shares);                                                    \
+    }                                                                                              \
+    constexpr Functions functions##name{apply##name, step##name, share##name};
+
+FUNCTIONS_FOR(Anywhere, )
+#if defined(__x86_64__)
+FUNCTIONS_FOR(Avx2, __attribute__((target("avx2,fma"))))
+FUNCTIONS_FOR(Avx512, __attribute__((target("avx512f,avx512bw"))))
+#endif
+
+Functions fastest()
+{
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw")) {
+        return functionsAvx512;
+    }
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) {
+        return functionsAvx2;
+    }
+#endif
+    return functionsAnywhere;
+}
+
+const Functions &functions()
+{
+    static const Functions found = fastest();
+    return found;
+}
+
+} // namespace
+
+void applyNonlinearity(Nonlinearity function, const std::int32_t *sums, const float *scales,
+                       int count, std::int8_t *outputs)
+{
+    functions().apply(function, sums, scales, count, outputs);
+}
+
+void stepMemory(const std::int32_t *sums, const float *scales, int count, float *states,
+                std::int8_t *outputs)
+{
+    functions().step(sums, scales, count, states, outputs);
+}
+
+void shareOut(const std::int32_t *sums, const float *scales, int count, float *shares)
+{
+    functions().share(sums, scales, count, shares);
+}
+
+} // namespace recognition

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "VisualOrder.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+enum class Direction { None, LeftToRight, RightToLeft, Both };
+
+bool isRightToLeft(char32_t letter)
+{
+    const QChar::Direction direction = QChar::direction(letter);
+    return direction == QChar::DirR || direction == QChar::DirAL || direction == QChar::DirAN;
+}
+
+Direction directionOf(const QString &word)
+{
+    bool left = false;
+    bool right = false;
+    for (const char32_t letter : word.toUcs4()) {
+        left = left || QChar::direction(letter) == QChar::DirL;
+        right = right || isRightToLeft(letter);
+    }
+    return left && right ? Direction::Both
+           : left        ? Direction::LeftToRight
+           : right       ? Direction::RightToLeft
+                         : Direction::None;
+}
+
+bool isNumberMark(QChar::Direction direction)
+{
+    return direction == QChar::DirES || direction == QChar::DirCS || direction == QChar::DirET;
+}
+
+/// Which letters of a word among words from right to left are read from the left: runs of Latin
+/// letters and European digits, with what stands between them, and the marks that belong to a
+/// number.
+QList<bool> leftToRightLetters(const QList<uint> &letters)
+{
+    const qsizetype count = letters.size();
+    QList<QChar::Direction> directions;
+    for (const uint letter : letters) {
+        directions.append(QChar::direction(letter));
+    }
+    for (qsizetype i = 0; i + 2 < count; ++i) {
+        if (directions[i] == QChar::DirEN && directions[i + 2] == QChar::DirEN &&
+            isNumberMark(directions[i + 1])) {
+            directions[i + 1] = QChar::DirEN;
+        }
+    }
+    for (qsizetype i = 1; i < count; ++i) {
+        if (directions[i] == QChar::DirET && directions[i - 1] == QChar::DirEN) {
+            directions[i] = QChar::DirEN;
+        }
+    }
+    for (qsizetype i = count - 1; i-- > 0;) {
+        if (directions[i] == QChar::DirET && directions[i + 1] == QChar::DirEN) {
+            directions[i] = QChar::DirEN;
+        }
+    }
+    QList<bool> isLeft(count, false);
+    for (qsizetype i = 0; i < count;) {
+        const auto isOfRun = [&](qsizetype at) {
+            return directions[at] == QChar::DirL || directions[at] == QChar::DirEN;
+        };
+        if (!isOfRun(i)) {
+            ++i;
+            continue;
+        }
+        qsizetype end = i + 1;
+        for (qsizetype at = end; at < count; ++at) {
+            if (isOfRun(at)) {
+                end = at + 1;
+            } else if (directions[at] != QChar::DirCS && directions[at] != QChar::DirON) {
+                break;
+            }
+        }
+        std::fill(isLeft.begin() + i, isLeft.begin() + end, true);
+        i = end;
+    }
+    return isLeft;
+}
+
+QString turned(const QString &word)
+{
+    const QList<uint> letters = word.toUcs4();
+    const QList<bool> isLeft = leftToRightLetters(letters);
+    QString text;
+    for (qsizetype i = letters.size(); i-- > 0;) {
+        qsizetype first = i;
+        while (isLeft[i] && first > 0 && isLeft[first - 1]) {
+            --first;
+        }
+        for (qsizetype at = first; at <= i; ++at) {
+            const char32_t letter = isLeft[i] ? letters[at] : QChar::mirroredChar(letters[at]);
+            text += QString::fromUcs4(&letter, 1);
+        }
+        i = first;
+    }
+    return text;
+}
+
+bool isRightToLeftLine(const QList<Direction> &directions)
+{
+    if (directions.first() == Direction::RightToLeft) {
+        return true;
+    }
+    if (directions.last() == Direction::LeftToRight) {
+        return false;
+    }
+    return directions.count(Direction::RightToLeft) > directions.count(Direction::LeftToRight);
+}
+
+} // namespace
+
+QList<int> toReadingOrder(QList<QString> &words)
+{
+    QList<Direction> directions;
+    bool hasRightToLeft = false;
+    for (const QString &word : words) {
+        directions.append(directionOf(word));
+        hasRightToLeft = hasRightToLeft || directions.last() == Direction::RightToLeft ||
+                         directions.last() == Direction::Both;
+    }
+    QList<int> order;
+    const auto count = int(words.size());
+    if (!hasRightToLeft) {
+        for (int i = 0; i < count; ++i) {
+            order.append(i);
+        }
+        return order;
+    }
+
+    const bool isRight = isRightToLeftLine(directions);
+    const Direction other = isRight ? Direction::LeftToRight : Direction::RightToLeft;
+    const Direction own = isRight ? Direction::RightToLeft : Direction::LeftToRight;
+    const int step = isRight ? -1 : 1;
+    const int end = isRight ? -1 : count;
+    if (isRight) {
+        // What has no direction of its own and stands right of a Latin word goes on with it.
+        int last = count - 1;
+        while (last > 0 && directions[last] == Direction::None) {
+            --last;
+        }
+        if (directions[last] == Direction::LeftToRight) {
+            std::fill(directions.begin() + last, directions.end(), Direction::LeftToRight);
+        }
+    }
+    for (int i = isRight ? count - 1 : 0; i != end; i += step) {
+        int last = i;
+        if (directions[i] == other) {
+            for (int at = i; at != end && directions[at] != own; at += step) {
+                last = directions[at] == other ? at : last;
+            }
+        }
+        const bool isTurned = isRight ? last == i && directions[i] != other : directions[i] == other;
+        for (int at = last;; at -= step) {
+            if (isTurned) {
+                words[at] = turned(words[at]);
+            }
+            order.append(at);
+            if (at == i) {
+                break;
+            }
+        }
+        i = last;
+    }
+    return order;
+}
+
+} // namespace recognition
