@@ -6,16 +6,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <QtGlobal>
 
 namespace recognition {
 
 namespace {
 
 /// Darker pixels are ink.
-constexpr int ink = 128;
+static const int ink = qEnvironmentVariableIntValue("INK") ? qEnvironmentVariableIntValue("INK") : 165;
 
 /// White around the ink, as the models were trained with, in pixels before scaling.
-constexpr int margin = 4;
+static const int margin = qEnvironmentVariableIsSet("MARGIN") ? qEnvironmentVariableIntValue("MARGIN") : 4;
 
 /// Certainty is a logarithm; the share of confidence, from 0 to 100, that one of it takes.
 constexpr double confidencePerCertainty = 35;
@@ -50,6 +51,19 @@ Box inkIn(const GreyImage &picture, Box box)
         --box.right;
     }
     return box;
+}
+
+/// The part of `picture` in `box`, which may reach out into the white around it.
+GreyImage withWhite(const GreyImage &picture, const Box &box)
+{
+    GreyImage result(box.width(), box.height(), 255);
+    const Box inside{std::max(box.left, 0), std::max(box.top, 0),
+                     std::min(box.right, picture.width), std::min(box.bottom, picture.height)};
+    for (int y = inside.top; y < inside.bottom; ++y) {
+        std::copy(picture.row(y) + inside.left, picture.row(y) + inside.right,
+                  result.row(y - box.top) + inside.left - box.left);
+    }
+    return result;
 }
 
 /// Characters `first` to `last` - 1.
@@ -134,13 +148,12 @@ Reading Engine::read(const GreyImage &picture) const
     if (inked.isEmpty()) {
         return reading;
     }
-    const Box box{std::max(inked.left - margin, 0), std::max(inked.top - margin, 0),
-                  std::min(inked.right + margin, picture.width),
-                  std::min(inked.bottom + margin, picture.height)};
+    const Box box{inked.left - margin, inked.top - margin, inked.right + margin,
+                  inked.bottom + margin};
     const double scale = double(m_network.lineHeight()) / box.height();
     const int width = std::max(int(std::lround(box.width() * scale)), m_network.columnWidth());
     const CodeShares shares =
-        m_network.read(resampled(cropped(picture, box), width, m_network.lineHeight()));
+        m_network.read(resampled(withWhite(picture, box), width, m_network.lineHeight()));
     const std::vector<DecodedCharacter> characters =
         decode(shares, m_nothing, m_alphabet, m_lists);
 
@@ -166,19 +179,23 @@ Reading Engine::read(const GreyImage &picture) const
             span.last < characters.size() ? characters[span.last].left : shares.columns;
         const double left = (before + characters[span.first].left) / 2.0;
         const double right = (characters[span.last - 1].right + after) / 2.0;
-        const Box place{std::clamp(box.left + int(left * columnWidth), 0, picture.width - 1),
-                        box.top,
-                        std::clamp(box.left + int(std::ceil(right * columnWidth)), 1,
-                                   picture.width),
-                        box.bottom};
+        const Box place{
+            std::clamp(box.left + int(left * columnWidth), 0, picture.width - 1), inked.top,
+            std::clamp(box.left + int(std::ceil(right * columnWidth)), 1, picture.width),
+            inked.bottom};
         const Box inkOfWord = inkIn(picture, place);
         word.box = inkOfWord.isEmpty() ? place : inkOfWord;
         texts.append(word.text);
         words.append(word);
     }
+    int before = -1;
     for (const int i : toReadingOrder(texts)) {
-        words[i].text = texts[i];
-        reading.words.append(words[i]);
+        ReadWord word = words[i];
+        word.text = texts[i];
+        // The blank is kept by the right one of two neighbours, whichever is read first.
+        word.afterBlank = std::abs(i - before) > 1 || words[std::max(i, before)].afterBlank;
+        reading.words.append(word);
+        before = i;
     }
     return reading;
 }
