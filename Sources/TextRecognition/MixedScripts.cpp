@@ -278,8 +278,8 @@ Reading mixedReading(LineTask &task, const QString &second, double sure, EngineC
     // Latin capitals that look like theirs, so that any part may be meant.
     const bool isWhole = task.script == Script::Cyrillic ||
                          3 * (part.right - part.left) >= 2 * task.image().picture.width;
-    const Reading other =
-        isWhole ? task.read(engines, second) : task.readPart(engines, second, part.left, part.right);
+    const Reading other = isWhole ? task.read(engines, second)
+                                  : task.readPart(engines, second, part.left, part.right);
     return mergedReading(task.best, other, task.script);
 }
 

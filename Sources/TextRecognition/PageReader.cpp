@@ -107,8 +107,8 @@ void indent(std::vector<PageLine> &lines)
 
 } // namespace
 
-std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EngineCache &engines,
-                               Workers &workers)
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
+                               EngineCache &engines, Workers &workers)
 {
     std::vector<Mark> marks = findMarks(page);
     if (marks.empty() || languages.isEmpty()) {

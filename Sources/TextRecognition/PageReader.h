@@ -32,7 +32,7 @@ struct PageLine
 
 /// Reads everything on `page`, in reading order, in whatever of `languages` it is written.
 /// Blocks; runs on this thread and on `workers`.
-std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages, EngineCache &engines,
-                               Workers &workers);
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
+                               EngineCache &engines, Workers &workers);
 
 } // namespace recognition

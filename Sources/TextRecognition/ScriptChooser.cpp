@@ -56,9 +56,9 @@ double sampleScore(LineTask &task, const QString &model, EngineCache &engines)
 {
     const Script script = Languages::scriptOf(model);
     const bool isHan = kindOf(script) == WritingKind::Chinese;
-    return scriptScore(
-        task.sample(engines, model, isHan ? hanSampleLength : sampleLength, script == Script::Arabic),
-        script);
+    return scriptScore(task.sample(engines, model, isHan ? hanSampleLength : sampleLength,
+                                   script == Script::Arabic),
+                       script);
 }
 
 /// A model that may be the one of the page.
@@ -131,7 +131,8 @@ std::vector<Candidate> byLikelihood(const QStringList &models, const std::vector
 
 } // namespace
 
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EngineCache &engines)
+QString otherScript(LineTask &task, const QStringList &candidates, double least,
+                    EngineCache &engines)
 {
     QStringList models = candidates;
     models.removeIf([&task](const QString &model) {

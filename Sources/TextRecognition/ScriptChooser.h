@@ -12,7 +12,8 @@ namespace recognition {
 
 /// The model of another script than Latin that reads a sample of `task` best, if it is surer than
 /// `least`; else an empty string. `candidates`: at most one model per script.
-QString otherScript(LineTask &task, const QStringList &candidates, double least, EngineCache &engines);
+QString otherScript(LineTask &task, const QStringList &candidates, double least,
+                    EngineCache &engines);
 
 /// The model that `tasks`, a page's lines, longest first, are read best with, among one model per
 /// script.

@@ -175,10 +175,9 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
             top = std::min(top, word.box.left);
             bottom = std::max(bottom, word.box.right);
         }
-        lines.push_back(
-            {{int(image.pageX(left)), int((top - image.offsetY) / image.scale),
-              int(image.pageX(right)), int((bottom - image.offsetY) / image.scale)},
-             {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
+        lines.push_back({{int(image.pageX(left)), int((top - image.offsetY) / image.scale),
+                          int(image.pageX(right)), int((bottom - image.offsetY) / image.scale)},
+                         {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
     }
     if (characters == 0 || sureness < leastConfidence * characters) {
         return {};

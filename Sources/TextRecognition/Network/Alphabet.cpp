@@ -53,10 +53,11 @@ bool Alphabet::readCharacters(std::span<const char> data)
         const QString script = QString::fromLatin1(fields[fields[2].contains(',') ? 3 : 2]);
         character.hasBlanks = !writesWithoutBlanks(script);
         // Korean has words with blanks between them, though its characters stand alone.
-        m_hasBlanks = m_hasBlanks && script != "Han"_L1 && script != "Katakana"_L1 &&
-                      script != "Thai"_L1;
-        character.text = i == 1 ? u" "_s
-                                : i <= firstOrdinary ? QString() : QString::fromUtf8(fields[0]);
+        m_hasBlanks =
+            m_hasBlanks && script != "Han"_L1 && script != "Katakana"_L1 && script != "Thai"_L1;
+        character.text = i == 1               ? u" "_s
+                         : i <= firstOrdinary ? QString()
+                                              : QString::fromUtf8(fields[0]);
         m_characters.push_back(character);
     }
     return true;
@@ -85,7 +86,8 @@ bool Alphabet::readCodes(std::span<const char> data)
                 return false;
             }
             m_codeCount = std::max(m_codeCount, code + 1);
-            const auto [at, isNew] = nexts[std::size_t(prefix)].try_emplace(code, int(nexts.size()));
+            const auto [at, isNew] =
+                nexts[std::size_t(prefix)].try_emplace(code, int(nexts.size()));
             prefix = at->second;
             if (isNew) {
                 nexts.emplace_back();

@@ -130,8 +130,8 @@ ByteMatrix::ByteMatrix(const Weights &weights, int from, int inputs, bool hasBia
         if (hasBias) {
             m_biases[std::size_t(output)] = row[weights.inputs] * one;
         }
-        std::int8_t *strip = m_tiles.data() + std::size_t(output / tileOutputs) *
-                                                  std::size_t(columns * tileOutputs);
+        std::int8_t *strip =
+            m_tiles.data() + std::size_t(output / tileOutputs) * std::size_t(columns * tileOutputs);
         for (int input = 0; input < m_inputs; ++input) {
             strip[input / tileInputs * tileInputs * tileOutputs +
                   output % tileOutputs * tileInputs + input % tileInputs] = row[from + input];

@@ -206,8 +206,7 @@ void Decoder::rankCodes()
     m_good.clear();
     for (int i = 0; i < count; ++i) {
         const int code = top[std::size_t(i)];
-        const bool isBest =
-            i == 0 || (i == 1 && m_column[code] >= leastShare) || code == m_nothing;
+        const bool isBest = i == 0 || (i == 1 && m_column[code] >= leastShare) || code == m_nothing;
         (isBest ? m_best : m_good).push_back(code);
     }
     if (std::find(m_best.begin(), m_best.end(), m_nothing) == m_best.end()) {
@@ -329,8 +328,7 @@ void Decoder::followCode(int code, const Kept *from, const BeamKey &key, Group g
         const auto push = [&](float part, Next follows) {
             Node node = after(from, code, Alphabet::none, part);
             node.prefix = next;
-            pushPart({key.isListed, follows, key.length + 1}, node, found,
-                     widthOf(key.length + 1));
+            pushPart({key.isListed, follows, key.length + 1}, node, found, widthOf(key.length + 1));
         };
         push(certainty, Anything);
         if (isShared) {
@@ -339,8 +337,7 @@ void Decoder::followCode(int code, const Kept *from, const BeamKey &key, Group g
     }
 }
 
-void Decoder::pushCharacter(const BeamKey &key, int code, int id, float certainty,
-                            const Kept *from)
+void Decoder::pushCharacter(const BeamKey &key, int code, int id, float certainty, const Kept *from)
 {
     if (key.isListed) {
         if (certainty > leastListed) {
@@ -348,14 +345,12 @@ void Decoder::pushCharacter(const BeamKey &key, int code, int id, float certaint
         }
         return;
     }
-    beam(false, key.next, 0)
-        .push(after(from, code, id, certainty * unlistedFactor), widthOf(0));
+    beam(false, key.next, 0).push(after(from, code, id, certainty * unlistedFactor), widthOf(0));
     if (m_lists.isEmpty() || id == Alphabet::none) {
         return;
     }
     const bool isSpace = id == Alphabet::space;
-    if ((isSpace && certainty > leastListed) ||
-        (!isSpace && !m_alphabet.character(id).hasBlanks)) {
+    if ((isSpace && certainty > leastListed) || (!isSpace && !m_alphabet.character(id).hasBlanks)) {
         // A listed word may start after it. A blank belongs to that word too, and must not make
         // it less sure than it would be after another listed word.
         Node node = after(from, code, id, isSpace ? certainty : certainty * unlistedFactor);
@@ -535,12 +530,10 @@ std::vector<DecodedCharacter> Decoder::charactersOf(int end) const
             characters.back().certainty = std::min(characters.back().certainty, certainty);
             certainty = 0;
         }
-        DecodedCharacter character{first.id,    0,    int(t), 0, first.startsWord,
-                                   first.kind};
+        DecodedCharacter character{first.id, 0, int(t), 0, first.startsWord, first.kind};
         do {
             // The nothing before a blank counted for the unlisted word before it.
-            if (path[t]->certainty < certainty ||
-                (isSpace && path[t]->kind == WordKind::None)) {
+            if (path[t]->certainty < certainty || (isSpace && path[t]->kind == WordKind::None)) {
                 certainty = path[t]->certainty;
             }
             ++t;

@@ -26,6 +26,7 @@ public:
     bool knows(const QString &word) const;
 
 private:
+    Reading readWith(const GreyImage &picture, int margin) const;
     Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing);
 
     const QString m_model;

@@ -112,13 +112,12 @@ std::unique_ptr<Layer> LayerReader::readPart(std::string_view type, int inputs, 
                                      : failed(reader);
         }
     }
-    static constexpr std::array functions{
-        std::pair{"Tanh"sv, Nonlinearity::Tanh},
-        std::pair{"Logistic"sv, Nonlinearity::Logistic},
-        std::pair{"Linear"sv, Nonlinearity::Linear},
-        std::pair{"Relu"sv, Nonlinearity::Relu},
-        std::pair{"LinLogistic"sv, Nonlinearity::Relu},
-        std::pair{"LinTanh"sv, Nonlinearity::Linear}};
+    static constexpr std::array functions{std::pair{"Tanh"sv, Nonlinearity::Tanh},
+                                          std::pair{"Logistic"sv, Nonlinearity::Logistic},
+                                          std::pair{"Linear"sv, Nonlinearity::Linear},
+                                          std::pair{"Relu"sv, Nonlinearity::Relu},
+                                          std::pair{"LinLogistic"sv, Nonlinearity::Relu},
+                                          std::pair{"LinTanh"sv, Nonlinearity::Linear}};
     for (const auto &[name, function] : functions) {
         if (type == name) {
             const Weights weights = Weights::read(reader);
@@ -209,8 +208,7 @@ Activations normalized(const GreyImage &line)
     std::array<std::int8_t, 256> values{};
     for (int grey = 0; grey < 256; ++grey) {
         const float value = (float(grey) - black) / contrast - 1;
-        values[std::size_t(grey)] =
-            std::int8_t(std::clamp(std::lround(value * 128), -127L, 127L));
+        values[std::size_t(grey)] = std::int8_t(std::clamp(std::lround(value * 128), -127L, 127L));
     }
     Activations result(line.width, line.height, 1);
     for (int y = 0; y < line.height; ++y) {
@@ -230,8 +228,7 @@ std::optional<Network> Network::read(ByteReader &reader)
     Network network;
     network.m_body = layers.read(0);
     if (!network.m_body || reader.failed() || layers.lineHeight == 0 ||
-        layers.output.outputs == 0 ||
-        network.m_body->outputDepth(1) != layers.output.inputs) {
+        layers.output.outputs == 0 || network.m_body->outputDepth(1) != layers.output.inputs) {
         return std::nullopt;
     }
     network.m_lineHeight = layers.lineHeight;

@@ -101,7 +101,7 @@ PART_OF_ALL void storeBytes(Floats &x, std::int8_t *to)
 }
 
 PART_OF_ALL void applyHere(Nonlinearity function, const std::int32_t *sums, const float *scales,
-                       int count, std::int8_t *outputs)
+                           int count, std::int8_t *outputs)
 {
     for (int i = 0; i < count; i += numbersAtOnce) {
         Floats x;
@@ -124,7 +124,7 @@ PART_OF_ALL void applyHere(Nonlinearity function, const std::int32_t *sums, cons
 }
 
 PART_OF_ALL void stepHere(const std::int32_t *sums, const float *scales, int count, float *states,
-                std::int8_t *outputs)
+                          std::int8_t *outputs)
 {
     for (int i = 0; i < count; i += numbersAtOnce) {
         Floats input;

@@ -155,7 +155,8 @@ QList<int> toReadingOrder(QList<QString> &words)
                 last = directions[at] == other ? at : last;
             }
         }
-        const bool isTurned = isRight ? last == i && directions[i] != other : directions[i] == other;
+        const bool isTurned =
+            isRight ? last == i && directions[i] != other : directions[i] == other;
         for (int at = last;; at -= step) {
             if (isTurned) {
                 words[at] = turned(words[at]);

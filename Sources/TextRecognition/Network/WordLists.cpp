@@ -40,8 +40,7 @@ WordGraph::WordGraph(std::span<const char> data)
     if (mark != formatMark || letters < 1 || letters > (1 << 24) || count < 1) {
         return;
     }
-    const std::span<const char> edges =
-        reader.take(std::size_t(count) * sizeof(std::uint64_t));
+    const std::span<const char> edges = reader.take(std::size_t(count) * sizeof(std::uint64_t));
     if (reader.failed()) {
         return;
     }
@@ -194,9 +193,8 @@ WordKind WordLists::follow(const Places &from, int id, const Character &characte
         if (edge != WordGraph::none) {
             add(to, {place.graph, false, edge, place.punctuation});
             kind = std::max(kind, kinds[std::size_t(place.graph)]);
-            mayEnd = mayEnd ||
-                     (words.endsWord(edge) &&
-                      (!isWithin || m_punctuation.endsWord(place.punctuation)));
+            mayEnd = mayEnd || (words.endsWord(edge) &&
+                                (!isWithin || m_punctuation.endsWord(place.punctuation)));
         }
     }
     return kind;
