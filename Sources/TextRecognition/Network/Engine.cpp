@@ -211,7 +211,8 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
         ReadWord word = words[i];
         word.text = texts[i];
         // The blank is kept by the right one of two neighbours, whichever is read first.
-        word.afterBlank = std::abs(i - before) > 1 || words[std::max(i, before)].afterBlank;
+        word.afterBlank = reading.isEmpty() || std::abs(i - before) > 1 ||
+                          words[std::max(i, before)].afterBlank;
         reading.words.append(word);
         before = i;
     }

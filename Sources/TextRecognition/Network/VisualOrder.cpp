@@ -94,7 +94,7 @@ QString turned(const QString &word)
             --first;
         }
         for (qsizetype at = first; at <= i; ++at) {
-            const char32_t letter = isLeft[i] ? letters[at] : QChar::mirroredChar(letters[at]);
+            const char32_t letter = letters[at];
             text += QString::fromUcs4(&letter, 1);
         }
         i = first;
