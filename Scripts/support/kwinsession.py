@@ -26,8 +26,9 @@ X-KDE-DBUS-Restricted-Interfaces=org.kde.KWin.ScreenShot2
 class KWinSession:
     """Started by the session of Scripts/in-desktop, which ends what it starts."""
 
-    def __init__(self, session, wallpaper, failure):
+    def __init__(self, session, wallpaper, failure, has_xwayland):
         self._session, self._wallpaper, self._failure = session, wallpaper, failure
+        self._has_xwayland = has_xwayland
 
     def prepare(self):
         """Nothing of it has to be there before the session bus is."""
@@ -43,11 +44,14 @@ class KWinSession:
                                 "--height", str(height), "--output-count",
                                 str(len(session.screens)), "--scale", f"{session.scale:g}",
                                 "--socket", "wayland-kwin", "--no-lockscreen",
+                                *self._xwayland(),
                                 environment={"QT_QPA_PLATFORM": ""})
         session.server = process
         socket = Path(session.environment["XDG_RUNTIME_DIR"]) / "wayland-kwin"
         session.wait("KWin", socket.exists, process)
         session.environment["WAYLAND_DISPLAY"] = "wayland-kwin"
+        if self._has_xwayland:
+            self._await_xwayland()
         # Only with OpenGL, which takes its time to start in software.
         session.wait("KWin on the session bus",
                      lambda: session.has_bus_name("org.kde.KWin.ScreenShot2"), process)
@@ -61,6 +65,21 @@ class KWinSession:
         program = os.path.realpath("/usr/bin/python3")
         # The name of the distribution's entry for it: KWin takes the first that it finds.
         (folder / f"{Path(program).name}.desktop").write_text(EYES.format(program=program))
+
+    def _xwayland(self):
+        """With Xwayland, the arguments for it: what KWin starts tells its display."""
+        if not self._has_xwayland:
+            return []
+        told = self._session.folder / "x11"
+        script = self._session.folder / "tell-x11"
+        script.write_text(f"#!/bin/sh\nprintenv DISPLAY > {told}.part && mv {told}.part {told}\n")
+        script.chmod(0o755)
+        return ["--xwayland", str(script)]
+
+    def _await_xwayland(self):
+        told = self._session.folder / "x11"
+        self._session.wait("Xwayland", told.exists, self._session.server)
+        self._session.environment["DISPLAY"] = told.read_text().strip()
 
     def _program(self):
         """KWin, or a copy where the system does not let it have the capability of its file."""

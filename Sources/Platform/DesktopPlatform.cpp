@@ -60,6 +60,9 @@ void addWindowSystem(Platform &platform, const QString &displayName,
         platform.screens =
             std::make_unique<QtScreens>(isXwayland ? x11PixelGeometry() : waylandPixelGeometry());
         const QStringList missing = addWaylandServices(platform, std::move(panelMenu));
+        if (isXwayland) {
+            platform.popupPlacement = makeX11PopupPlacement(*platform.screens);
+        }
         if (missing.isEmpty()) {
             return;
         }

@@ -51,3 +51,22 @@ QImage croppedToPoints(const QImage &image, QSizeF size, const QRectF &rect)
     }
     return pixels == image.rect() ? image : image.copy(pixels);
 }
+
+QImage cutFromDesktop(const QImage &picture, const Screens &screens, const Screen &screen,
+                      const QRectF &rect)
+{
+    const QSizeF size = sizeOf(screen);
+    const QRectF within = rect & QRectF(QPointF(0, 0), size);
+    if (within.isEmpty()) {
+        return {};
+    }
+    // All screens are told apart in Qt's units, which need not be points.
+    QRect whole;
+    for (const Screen &each : screens.screens()) {
+        whole |= each.geometry;
+    }
+    const double units = screen.geometry.width() / size.width();
+    const QPoint place = screen.geometry.topLeft() - whole.topLeft();
+    const QRectF placed(within.topLeft() * units + place, within.size() * units);
+    return croppedToPoints(picture, whole.size(), placed);
+}

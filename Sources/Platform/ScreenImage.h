@@ -27,3 +27,8 @@ QSizeF sizeOf(const Screen &screen);
 /// corner is (0, 0). A pixel of which `rect` has a part is one of them. Null where `rect` lies
 /// outside.
 QImage croppedToPoints(const QImage &image, QSizeF size, const QRectF &rect);
+
+/// What `screen` shows of `rect`, in points of it, out of a picture of all screens at once; null
+/// where `rect` lies outside of it.
+QImage cutFromDesktop(const QImage &picture, const Screens &screens, const Screen &screen,
+                      const QRectF &rect);

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The program as an X11 program on sway, which shows those nothing: it says so, and what to do."""
+"""The program as an X11 program on Wayland desktops: KWin gives it by D-Bus what it needs; sway
+nothing, and it says so, and what to do."""
 
 import getpass
 import os
@@ -7,12 +8,19 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from support.sway import command
+from support import desktop, main
+from support.desktop import Clipboard, key, points
+from support.page import Page
+from support.program import Program, is_unchanged
 from support.waiting import wait_until
 
+TEXT = "Between two worlds"
+AS_X11_PROGRAM = {"WAYLAND_DISPLAY": None, "QT_QPA_PLATFORM": "xcb"}
 
-def x11_display():
-    """The display of sway's Xwayland, which lets us in once it has started for that."""
+
+def display_of_sway():
+    """That of sway's Xwayland, which lets us in once it has started for that."""
+    from support.sway import command
     file = Path(os.environ["SWAYSOCK"]).parent / "x11-display"
     command(f"exec xhost +si:localuser:{getpass.getuser()} && printenv DISPLAY > {file}")
     return wait_until("Xwayland's display",
@@ -20,8 +28,24 @@ def x11_display():
 
 
 class XwaylandTest(unittest.TestCase):
+    @unittest.skipIf(desktop.NAME == "sway", "sway shows X11 programs nothing")
+    def test_capture_and_result_window(self):
+        with Page(TEXT) as page, \
+                Program({"outputMode": "both"}, environment=AS_X11_PROGRAM) as program:
+            Clipboard.put("before")
+            before = program.capture(page.box)
+            popup = program.popup()
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            place = page.box.middle[0], page.box.bottom + points(8)
+            wait_until("the result window in its place",
+                       lambda: all(abs(is_at - should) <= 1 for is_at, should in
+                                   zip(desktop.frame_box(popup), place)))
+            key("Escape")
+            wait_until("the result window's end", lambda: is_unchanged(before))
+
+    @unittest.skipIf(desktop.NAME != "sway", "other desktops show the screen")
     def test_it_says_why_it_cannot_work(self):
-        environment = {**os.environ, "DISPLAY": x11_display(), "QT_QPA_PLATFORM": "xcb"}
+        environment = {**os.environ, "DISPLAY": display_of_sway(), "QT_QPA_PLATFORM": "xcb"}
         del environment["WAYLAND_DISPLAY"]
         done = subprocess.run([os.environ["VELLORA_BINARY"]], stdin=subprocess.DEVNULL,
                               env=environment, capture_output=True, text=True, timeout=60,
@@ -35,4 +59,4 @@ class XwaylandTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    main()

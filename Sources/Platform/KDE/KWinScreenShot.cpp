@@ -79,28 +79,43 @@ private:
     std::array<int, 2> m_ends{-1, -1};
 };
 
-/// KWin's answer to the request for a picture of one screen, in its own density.
-QDBusMessage capture(const QString &screen, int pipe)
+/// What is asked of KWin: "CaptureScreen" with a screen's name, or "CaptureWorkspace".
+struct Request
+{
+    QString method;
+    QVariantList arguments = {};
+};
+
+Request oneScreen(const QString &name)
+{
+    return {u"CaptureScreen"_s, {name}};
+}
+
+/// KWin's answer to the request for a picture in its own density.
+QDBusMessage capture(const Request &request, int pipe)
 {
     const auto bus = sessionBus();
     if (!bus) {
         return {};
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"CaptureScreen"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, request.method);
     call.setAutoStartService(false);
     const QVariantMap options{{u"native-resolution"_s, true}, {u"include-cursor"_s, false}};
-    call << screen << options << QVariant::fromValue(QDBusUnixFileDescriptor(pipe));
+    call.setArguments(request.arguments);
+    call << options << QVariant::fromValue(QDBusUnixFileDescriptor(pipe));
     return bus->call(call, QDBus::Block, static_cast<int>(longestWait.count()));
 }
 
-QImage pictureOf(const QString &screen)
+/// Null when there is none; `problem` is the name of KWin's error then, if it told one.
+QImage pictureOf(const Request &request, QString &problem)
 {
     Pipe pipe;
     if (!pipe.isOpen()) {
         return {};
     }
-    const QDBusMessage answer = capture(screen, pipe.writing());
+    const QDBusMessage answer = capture(request, pipe.writing());
     pipe.closeWriting();
+    problem = answer.errorName();
     if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) {
         return {};
     }
@@ -139,7 +154,8 @@ bool KWinScreenShot::isOffered()
 bool KWinScreenShot::preflightAccess() const
 {
     const Pipe pipe;
-    return pipe.isOpen() && capture(QString(), pipe.writing()).errorName() == noSuchScreen;
+    return pipe.isOpen() &&
+           capture(oneScreen(QString()), pipe.writing()).errorName() == noSuchScreen;
 }
 
 bool KWinScreenShot::requestAccess()
@@ -149,9 +165,16 @@ bool KWinScreenShot::requestAccess()
 
 QImage KWinScreenShot::createImage(quint32 display, const QRectF &rect)
 {
-    const QScreen *screen = qtScreen(m_screens, display);
-    if (!screen) {
+    const auto screen = screenOf(m_screens, display);
+    const QScreen *output = screen ? qtScreen(*screen) : nullptr;
+    if (!output) {
         return {};
     }
-    return croppedToPoints(pictureOf(screen->name()), screen->size(), rect);
+    QString problem;
+    const QImage picture = pictureOf(oneScreen(output->name()), problem);
+    if (problem != noSuchScreen) {
+        return croppedToPoints(picture, output->size(), rect);
+    }
+    // Xwayland has names of its own for the screens, before 23.1.
+    return cutFromDesktop(pictureOf({u"CaptureWorkspace"_s}, problem), m_screens, *screen, rect);
 }

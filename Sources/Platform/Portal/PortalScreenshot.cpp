@@ -49,16 +49,6 @@ Stored storedPermission()
     }
     return answer == u"no" ? Stored::No : Stored::Nothing;
 }
-
-/// The place of all screens together, in Qt's units.
-QRect desktop(const QList<Screen> &screens)
-{
-    QRect all;
-    for (const Screen &screen : screens) {
-        all |= screen.geometry;
-    }
-    return all;
-}
 } // namespace
 
 PortalScreenshot::PortalScreenshot(const Screens &screens, SystemLog &log,
@@ -150,15 +140,5 @@ QImage PortalScreenshot::createImage(quint32 display, const QRectF &rect)
         m_picture = takeSettledPicture();
         QTimer::singleShot(0, this, [this] { m_picture = {}; });
     }
-    const QSizeF size = sizeOf(*screen);
-    const QRectF within = rect & QRectF(QPointF(0, 0), size);
-    if (within.isEmpty()) {
-        return {};
-    }
-    // All screens are told apart in Qt's units, which need not be points.
-    const QRect whole = desktop(m_screens.screens());
-    const double units = screen->geometry.width() / size.width();
-    const QPoint place = screen->geometry.topLeft() - whole.topLeft();
-    const QRectF placed(within.topLeft() * units + place, within.size() * units);
-    return croppedToPoints(m_picture, whole.size(), placed);
+    return cutFromDesktop(m_picture, m_screens, *screen, rect);
 }

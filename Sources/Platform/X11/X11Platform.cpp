@@ -92,3 +92,8 @@ void addX11Services(Platform &platform)
     platform.keyTap = std::make_unique<X11KeyTap>();
     platform.popupPlacement = std::make_unique<X11PopupPlacement>(connection, *platform.screens);
 }
+
+std::unique_ptr<PopupPlacement> makeX11PopupPlacement(const Screens &screens)
+{
+    return std::make_unique<X11PopupPlacement>(std::make_shared<X11Connection>(), screens);
+}

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/PopupPlacement.h"
 #include "Platform/Qt/QtScreens.h"
+
+#include <memory>
 
 struct Platform;
 
@@ -18,3 +21,6 @@ bool isXwaylandDesktop();
 /// Sets the services of an X11 desktop: screen recording, overlay surface, event monitor and
 /// popup placement. `platform.screens` is set before and lives as long as they do.
 void addX11Services(Platform &platform);
+
+/// Places windows exactly, on Xwayland too. `screens` outlives it.
+std::unique_ptr<PopupPlacement> makeX11PopupPlacement(const Screens &screens);

@@ -11,7 +11,7 @@ if NAME == "sway":
     from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                        frame_box, key, listed_windows, page_box, place_page, screenshot,
                        title_of, window_box, windows_titled)
-elif NAME == "kwin_wayland":
+elif NAME in ("kwin_wayland", "kwin_xwayland"):
     from .kwin import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
                        frame_box, key, listed_windows, page_box, place_page, screenshot,
                        title_of, window_box, windows_titled)
