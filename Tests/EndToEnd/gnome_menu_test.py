@@ -10,8 +10,8 @@ from support.gnome import ask, set_animations
 from support.page import Page
 from support.program import Program, is_dimmed, is_unchanged
 from support.waiting import wait_until
+from support.wayland_tests import TEXT
 
-TEXT = "Between two worlds"
 
 # The first entry of the one status item's menu: its title, whether it is lit, and its place.
 FIRST_ENTRY = """(() => {

@@ -9,8 +9,8 @@ from support.gnome import set_scales
 from support.page import Page
 from support.program import Program, is_unchanged, settled_screenshot
 from support.waiting import wait_until
+from support.wayland_tests import TEXT
 
-TEXT = "Between two worlds"
 
 
 class GnomeScreensTest(unittest.TestCase):

@@ -13,8 +13,8 @@ from support.page import Page
 from support.pressing import QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
 from support.waiting import holds_for, wait_until
+from support.wayland_tests import TEXT, ClipboardTests
 
-TEXT = "Between two worlds"
 PICTURES = Path(os.environ["HOME"]) / "Pictures"
 
 # The buttons of the shell's own dialog, by what stands on them.
@@ -54,7 +54,7 @@ def drawn_box(window, before, least_height):
     return box if box.height > least_height and seen == Box(0, 0, box.width, box.height) else None
 
 
-class GnomeTest(unittest.TestCase):
+class GnomeTest(ClipboardTests, unittest.TestCase):
     def tearDown(self):
         set_permission("yes")
 
@@ -118,14 +118,6 @@ class GnomeTest(unittest.TestCase):
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("no window but the page",
                        lambda: list(desktop.listed_windows().values()) == ["Text page"])
-
-    def test_what_another_program_copies_stands(self):
-        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
-            Clipboard.put("before")
-            program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            Clipboard.put("copied later")
-            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
 
     def test_result_window(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:

@@ -7,46 +7,28 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main, status_notifier
-from support.desktop import Clipboard, points, screenshot
+from support.desktop import points, screenshot
 from support.page import Page
-from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
+from support.pressing import assert_captures
 from support.program import (POPUP_TITLE, Program, activate_action, is_unchanged,
                              wait_until_launched)
 from support.waiting import holds_for, wait_until
+from support.wayland_tests import SHORTCUT_ON, TEXT, ClipboardTests, ShortcutTests
 
-TEXT = "Between two worlds"
 TOOL_TIP = "Left-click to capture text · Right-click for menu"
 NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
-SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
 
 
-class KWinTest(unittest.TestCase):
+class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
+    # KWin's own, for the next window.
+    TAKEN = "cmd+d"
+
     # The shortcut
-
-    def test_shortcut(self):
-        with Page(TEXT) as page, Program(SHORTCUT_ON):
-            wait_until_launched()
-            assert_captures("super+shift+o")
-            assert_captures("super+shift+o")
-            self.assertEqual(page.said(f"key {QT_O}"), [])
-            assert_reaches(page, "ctrl+shift+o")
 
     def test_shortcut_on_a_digit(self):
         with Page(TEXT), Program({**SHORTCUT_ON, "hotkeyString": "cmd+shift+4"}):
             wait_until_launched()
             assert_captures("super+shift+4")
-
-    def test_shortcut_is_freed_at_the_end(self):
-        with Page(TEXT) as page:
-            with Program(SHORTCUT_ON):
-                wait_until_launched()
-                assert_captures("super+shift+o")
-            assert_reaches(page, "super+shift+o")
-
-    def test_shortcut_that_another_program_has(self):
-        # KWin's own, for the next window.
-        with Program({**SHORTCUT_ON, "hotkeyString": "cmd+d"}) as program:
-            program.logged(NOT_CREATED)
 
     # The permission
 
@@ -65,16 +47,6 @@ class KWinTest(unittest.TestCase):
             self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
             wait_until("the mark's end", lambda: status_notifier.tool_tip() == TOOL_TIP)
             self.assertTrue(is_unchanged(before))
-
-    # The clipboard
-
-    def test_what_another_program_copies_stands(self):
-        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
-            Clipboard.put("before")
-            program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            Clipboard.put("copied later")
-            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
 
     # The result window
 

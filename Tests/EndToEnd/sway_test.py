@@ -7,25 +7,18 @@ import unittest
 from support import desktop, main
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
-from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
+from support.pressing import assert_captures
 from support.program import Program, is_dimmed, is_unchanged, wait_until_launched
 from support.sway import command, float_pages
-from support.waiting import holds_for, wait_until
-
-TEXT = "Between two worlds"
-SHORTCUT_ON = {"hotkeyEnabled": "true", "outputMode": "clipboard"}
+from support.waiting import wait_until
+from support.wayland_tests import SHORTCUT_ON, TEXT, ClipboardTests, ShortcutTests
 
 
-class SwayTest(unittest.TestCase):
+class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
+    # The configuration binds it.
+    TAKEN = "cmd+shift+d"
+
     # The shortcut
-
-    def test_shortcut(self):
-        with Page(TEXT) as page, Program(SHORTCUT_ON):
-            wait_until_launched()
-            assert_captures("super+shift+o")
-            assert_captures("super+shift+o")
-            self.assertEqual(page.said(f"key {QT_O}"), [])
-            assert_reaches(page, "ctrl+shift+o")
 
     def test_shortcut_outlives_a_reload(self):
         with Page(TEXT), Program(SHORTCUT_ON):
@@ -38,17 +31,6 @@ class SwayTest(unittest.TestCase):
             wait_until_launched()
             wait_until("the desktop of before", lambda: is_unchanged(before))
             assert_captures("super+shift+o")
-
-    def test_shortcut_is_freed_at_the_end(self):
-        with Page(TEXT) as page:
-            with Program(SHORTCUT_ON):
-                wait_until_launched()
-                assert_captures("super+shift+o")
-            assert_reaches(page, "super+shift+o")
-
-    def test_shortcut_that_the_configuration_binds(self):
-        with Program({**SHORTCUT_ON, "hotkeyString": "cmd+shift+d"}) as program:
-            program.logged(NOT_CREATED)
 
     # The status item
 
@@ -85,14 +67,6 @@ class SwayTest(unittest.TestCase):
             self.assertEqual(program.wait_for_end(), 0)
 
     # The clipboard
-
-    def test_what_another_program_copies_stands(self):
-        with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
-            Clipboard.put("before")
-            program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            Clipboard.put("copied later")
-            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
 
     def test_every_name_of_plain_text(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:

@@ -13,8 +13,8 @@ from support.desktop import Clipboard, key, points
 from support.page import Page
 from support.program import Program, is_unchanged
 from support.waiting import wait_until
+from support.wayland_tests import TEXT
 
-TEXT = "Between two worlds"
 AS_X11_PROGRAM = {"WAYLAND_DISPLAY": None, "QT_QPA_PLATFORM": "xcb"}
 
 
