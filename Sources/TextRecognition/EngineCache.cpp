@@ -40,11 +40,28 @@ std::shared_ptr<const Engine> EngineCache::engine(const QString &model, Dictiona
         found->used = m_now();
         entry = found;
     }
-    const std::lock_guard loading(entry->mutex);
-    if (!entry->engine) {
-        entry->engine = Engine::load(m_folder, model, dictionary);
+    {
+        const std::lock_guard loading(entry->mutex);
+        if (!entry->engine) {
+            entry->engine = Engine::load(m_folder, model, dictionary);
+        }
+        if (entry->engine) {
+            return entry->engine;
+        }
     }
-    return entry->engine;
+    // Asked for again, it may have been installed.
+    const std::lock_guard lock(m_mutex);
+    const auto at = m_entries.find(key);
+    if (at != m_entries.end() && at->second == entry) {
+        m_entries.erase(at);
+    }
+    return nullptr;
+}
+
+bool EngineCache::Entry::isFree(Clock::time_point usedBefore) const
+{
+    const std::unique_lock loaded(mutex, std::try_to_lock);
+    return loaded && used <= usedBefore && engine.use_count() <= 1;
 }
 
 bool EngineCache::dropIdle(std::chrono::milliseconds age)
@@ -56,8 +73,8 @@ bool EngineCache::dropIdle(std::chrono::milliseconds age)
         const Clock::time_point limit = m_now() - age;
         for (auto at = m_entries.begin(); at != m_entries.end();) {
             const std::shared_ptr<Entry> &entry = at->second;
-            // Who loads it has the entry too.
-            if (entry->used > limit || entry.use_count() > 1 || entry->engine.use_count() > 1) {
+            // Who waits for it to be loaded has the entry too.
+            if (entry.use_count() > 1 || !entry->isFree(limit)) {
                 isAnyLeft = true;
                 ++at;
             } else {
@@ -78,7 +95,8 @@ std::size_t EngineCache::count() const
     const std::lock_guard lock(m_mutex);
     std::size_t count = 0;
     for (const auto &[key, entry] : m_entries) {
-        count += entry.use_count() == 1 && entry->engine ? 1 : 0;
+        const std::unique_lock loaded(entry->mutex, std::try_to_lock);
+        count += loaded && entry->engine ? 1 : 0;
     }
     return count;
 }

@@ -38,9 +38,13 @@ private:
     struct Entry
     {
         /// Held while it is loaded.
-        std::mutex mutex;
+        mutable std::mutex mutex;
         std::shared_ptr<const Engine> engine;
+        /// Guarded by the cache.
         Clock::time_point used;
+
+        /// Not asked for later than `usedBefore`, not being loaded, and in nobody's hands.
+        bool isFree(Clock::time_point usedBefore) const;
     };
 
     const ModelFolder m_folder;

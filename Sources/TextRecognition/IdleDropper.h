@@ -8,7 +8,7 @@
 
 namespace recognition {
 
-/// Drops a engines's engines when they have been idle for a while. Its thread lives only as long as
+/// Drops a cache's engines when they have been idle for a while. Its thread lives only as long as
 /// there is something to drop, so that an idle program has no wake-ups.
 class IdleDropper
 {
