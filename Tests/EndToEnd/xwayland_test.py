@@ -9,7 +9,7 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
-from support.desktop import Clipboard, key, points
+from support.desktop import key, points
 from support.page import Page
 from support.program import Program, is_unchanged
 from support.waiting import wait_until
@@ -31,11 +31,9 @@ class XwaylandTest(unittest.TestCase):
     @unittest.skipIf(desktop.NAME == "sway", "sway shows X11 programs nothing")
     def test_capture_and_result_window(self):
         with Page(TEXT) as page, \
-                Program({"outputMode": "both"}, environment=AS_X11_PROGRAM) as program:
-            Clipboard.put("before")
+                Program({"outputMode": "popup"}, environment=AS_X11_PROGRAM) as program:
             before = program.capture(page.box)
             popup = program.popup()
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             place = page.box.middle[0], page.box.bottom + points(8)
             wait_until("the result window in its place",
                        lambda: all(abs(is_at - should) <= 1 for is_at, should in

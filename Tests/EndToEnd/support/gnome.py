@@ -156,27 +156,6 @@ def set_animations(are_wanted):
                lambda: ask("imports.gi.St.Settings.get().enable_animations") == are_wanted)
 
 
-def set_scales(*scales):
-    """Gives each screen its scale; they stay where they are, which the shell counts in pixels."""
-    displays = _object("org.gnome.Mutter.DisplayConfig", "/org/gnome/Mutter/DisplayConfig",
-                       "org.gnome.Mutter.DisplayConfig")
-    serial, monitors, _, _ = displays.GetCurrentState(signature="")
-    # A monitor is named first by its connector, "Meta-" and its number.
-    connectors = sorted(str(names[0]) for names, _, _ in monitors)
-    modes = {str(names[0]): next(str(mode[0]) for mode in offered if mode[6].get("is-current"))
-             for names, offered, _ in monitors}
-    temporary = 1
-    displays.ApplyMonitorsConfig(
-        serial, temporary,
-        [(screen.x, 0, float(scale), 0, number == 0,
-          [(connector, modes[connector], dbus.Dictionary({}, signature="sv"))])
-         for number, (screen, scale, connector) in enumerate(zip(SCREENS, scales, connectors))],
-        dbus.Dictionary({}, signature="sv"), signature="uua(iiduba(ssa{sv}))a{sv}")
-    wait_until("the scales", lambda: ask(
-        "imports.ui.main.layoutManager.monitors.map(monitor => monitor.geometry_scale)")
-        == list(scales))
-
-
 _WINDOWS = """(() => {
     const box = r => [r.x, r.y, r.width, r.height];
     return global.get_window_actors().map(a => a.meta_window).map(w => ({
