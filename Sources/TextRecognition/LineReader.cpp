@@ -272,7 +272,7 @@ private:
     /// each.
     void checkMixed(LineTask &task)
     {
-        if (task.best.isEmpty() || task.best.leastConfidence() >= mixedGate) {
+        if (task.best.isEmpty()) {
             return;
         }
         QString second = m_latin;
@@ -282,10 +282,7 @@ private:
         if (second.isEmpty()) {
             return;
         }
-        const Reading merged = mixedReading(task, second, mixedGate, m_engines);
-        if (merged.confidence() > task.best.confidence()) {
-            task.best = merged;
-        }
+        task.best = mixedReading(task, second, mixedGate, m_engines);
     }
 
     std::vector<LineTask> &m_tasks;

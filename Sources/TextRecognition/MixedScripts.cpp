@@ -18,6 +18,9 @@ constexpr double leastOther = 65;
 constexpr double sureOther = 85;
 constexpr double weakBase = 65;
 
+/// A word in lists must be this sure to be taken against a surer one that is in none.
+constexpr double sureListed = 75;
+
 /// Words of both readings that stand on the same place.
 struct Place
 {
@@ -94,6 +97,18 @@ bool isAlike(const QList<ReadWord> &words)
     return letters >= 2;
 }
 
+/// Whether the words are in the other model's lists and not in the line's own: Home, read as Ноте
+/// without doubt.
+bool isListedAlone(const Place &place)
+{
+    const auto isListed = [](const ReadWord &word) {
+        return word.isListed && word.text.size() > 1;
+    };
+    return std::none_of(place.base.cbegin(), place.base.cend(), isListed) &&
+           std::all_of(place.other.cbegin(), place.other.cend(), isListed) &&
+           confidence(place.other) >= sureListed;
+}
+
 /// Whether the other reading is right where the base reading, of a line in `script`, is not.
 bool takesOther(const Place &place, Script script)
 {
@@ -105,7 +120,7 @@ bool takesOther(const Place &place, Script script)
     if (other < leastOther) {
         return false;
     }
-    if (script == Script::Cyrillic && isAlike(place.base)) {
+    if (script == Script::Cyrillic && (isAlike(place.base) || isListedAlone(place))) {
         return true;
     }
     if (other < base + advantage) {
@@ -202,16 +217,26 @@ struct Part
     int right = 0;
 };
 
+/// Whether a word may be of another script because it is in no list, though the model is sure.
+bool isForeignToLists(const ReadWord &word, Script script)
+{
+    return script == Script::Cyrillic && !word.isListed &&
+           countLetters(word.text, script).all() > 1;
+}
+
 /// From the first to the last word that the line's model is less than `sure` of, with half the
 /// gaps to its neighbours.
 Part doubtfulPart(const LineTask &task, double sure)
 {
     Part doubtful{task.image().picture.width, 0};
     for (const ReadWord &word : task.best.words) {
-        if (word.confidence < sure) {
+        if (word.confidence < sure || isForeignToLists(word, task.script)) {
             doubtful.left = std::min(doubtful.left, word.box.left);
             doubtful.right = std::max(doubtful.right, word.box.right);
         }
+    }
+    if (doubtful.right <= doubtful.left) {
+        return doubtful;
     }
     Part outer{0, task.image().picture.width};
     for (const ReadWord &word : task.best.words) {
@@ -268,6 +293,9 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines)
 {
     const Part part = doubtfulPart(task, sure);
+    if (part.right <= part.left) {
+        return task.best;
+    }
     if (part.right - part.left > shortPart) {
         const KindShares kinds = task.kindsOfPart(part.left, part.right);
         if (kinds[std::size_t(kindOf(Languages::scriptOf(second)))] < unlikelyPart) {

@@ -14,6 +14,8 @@ struct ReadWord
     QString text;
     /// Whether a blank stands before it.
     bool afterBlank = true;
+    /// Whether the model's word lists have it.
+    bool isListed = false;
     /// From 0 to 100, as the engine gives it.
     double confidence = 0;
     /// In pixels of the prepared line.

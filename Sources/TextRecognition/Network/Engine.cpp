@@ -190,6 +190,7 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
             continue;
         }
         word.afterBlank = span.afterBlank;
+        word.isListed = characters[span.last - 1].kind == WordKind::Listed;
         word.confidence = std::clamp(100 + confidencePerCertainty * double(certainty), 0.0, 100.0);
         // Characters share what is between them.
         const int before = span.first > 0 ? characters[span.first - 1].right : 0;
