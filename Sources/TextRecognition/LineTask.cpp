@@ -60,6 +60,12 @@ Reading readWith(EngineCache &engines, const QString &model, const GreyImage &pi
     return engine ? engine->read(picture) : Reading{};
 }
 
+Reading sampleWith(EngineCache &engines, const QString &model, const GreyImage &picture)
+{
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    return engine ? engine->readOnce(picture) : Reading{};
+}
+
 } // namespace
 
 LineTask::LineTask(const GreyImage &page, TextLine line)
@@ -102,7 +108,7 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
     }
     const GreyImage crop =
         fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
-    Reading reading = readWith(engines, model, crop);
+    Reading reading = sampleWith(engines, model, crop);
     const std::lock_guard lock(*m_mutex);
     m_samples.emplace(key, reading);
     return reading;

@@ -145,6 +145,11 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
         new Engine(model, std::move(data), std::move(*network), std::move(*alphabet), nothing));
 }
 
+Reading Engine::readOnce(const GreyImage &picture) const
+{
+    return readWith(picture, margins.front());
+}
+
 Reading Engine::read(const GreyImage &picture) const
 {
     Reading best;
