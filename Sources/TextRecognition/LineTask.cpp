@@ -54,18 +54,6 @@ Dictionary dictionaryOf(const QString &model)
     return model == "Latin"_L1 ? Dictionary::Without : Dictionary::With;
 }
 
-Reading readWith(EngineCache &engines, const QString &model, const GreyImage &picture)
-{
-    const auto engine = engines.engine(model, dictionaryOf(model));
-    return engine ? engine->read(picture) : Reading{};
-}
-
-Reading sampleWith(EngineCache &engines, const QString &model, const GreyImage &picture)
-{
-    const auto engine = engines.engine(model, dictionaryOf(model));
-    return engine ? engine->readOnce(picture) : Reading{};
-}
-
 } // namespace
 
 LineTask::LineTask(const GreyImage &page, TextLine line)
@@ -84,7 +72,10 @@ Reading LineTask::read(EngineCache &engines, const QString &model)
             return *found;
         }
     }
-    Reading reading = readWith(engines, model, m_image.picture);
+    Reading reading = wholeSample(engines, model);
+    if (const auto engine = engines.engine(model, dictionaryOf(model))) {
+        reading = engine->readAgain(m_image.picture, std::move(reading));
+    }
     const std::lock_guard lock(*m_mutex);
     m_readings.insert(model, reading);
     return reading;
@@ -95,10 +86,19 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
     if (picture.width * 4 < length * 5) {
-        return read(engines, model);
+        return wholeSample(engines, model);
     }
-    const int cut = cutNear(picture, length, fromRight);
-    const std::tuple key{model, cut, fromRight};
+    return sampleOf(engines, model, cutNear(picture, length, fromRight), fromRight);
+}
+
+Reading LineTask::wholeSample(EngineCache &engines, const QString &model)
+{
+    return sampleOf(engines, model, m_image.picture.width, false);
+}
+
+Reading LineTask::sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight)
+{
+    const std::tuple key{model, length, fromRight};
     {
         const std::lock_guard lock(*m_mutex);
         const auto found = m_samples.find(key);
@@ -106,9 +106,13 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
             return found->second;
         }
     }
-    const GreyImage crop =
-        fromRight ? part(picture, picture.width - cut, picture.width) : part(picture, 0, cut);
-    Reading reading = sampleWith(engines, model, crop);
+    const GreyImage &picture = m_image.picture;
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    const Reading reading =
+        !engine ? Reading{}
+        : fromRight
+            ? engine->read(part(picture, picture.width - length, picture.width))
+            : engine->read(length < picture.width ? part(picture, 0, length) : picture);
     const std::lock_guard lock(*m_mutex);
     m_samples.emplace(key, reading);
     return reading;
@@ -116,7 +120,12 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
 
 Reading LineTask::readPart(EngineCache &engines, const QString &model, int left, int right) const
 {
-    Reading reading = readWith(engines, model, part(m_image.picture, left, right));
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    if (!engine) {
+        return {};
+    }
+    const GreyImage picture = part(m_image.picture, left, right);
+    Reading reading = engine->readAgain(picture, engine->read(picture));
     for (ReadWord &word : reading.words) {
         word.box.left += left;
         word.box.right += left;

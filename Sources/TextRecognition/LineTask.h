@@ -34,8 +34,9 @@ public:
 
     /// The whole line as `model` reads it, remembered for the next time.
     Reading read(EngineCache &engines, const QString &model);
-    /// The same of a part about `letters` letter heights long, cut in a gap between words: from
-    /// the right if `fromRight`. A line hardly longer is read as a whole.
+    /// A part about `letters` letter heights long, cut in a gap between words: from the right if
+    /// `fromRight`. A line hardly longer is read as a whole. Read once only, however unsure, which
+    /// is enough to compare models.
     Reading sample(EngineCache &engines, const QString &model, int letters, bool fromRight);
     /// The same of the part of the prepared line from `left` to `right`, not remembered; its words
     /// stand where they stand in the whole line.
@@ -50,13 +51,16 @@ public:
     QList<Reading> others() const { return m_readings.values(); }
 
 private:
+    Reading wholeSample(EngineCache &engines, const QString &model);
+    Reading sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight);
+
     TextLine m_line;
     LineImage m_image;
     KindShares m_kinds;
     /// Guards the readings; on the heap so that tasks can be moved.
     std::unique_ptr<std::mutex> m_mutex = std::make_unique<std::mutex>();
     QHash<QString, Reading> m_readings;
-    /// By model, cut and side.
+    /// By model, columns and side.
     std::map<std::tuple<QString, int, bool>, Reading> m_samples;
 };
 

@@ -145,21 +145,18 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
         new Engine(model, std::move(data), std::move(*network), std::move(*alphabet), nothing));
 }
 
-Reading Engine::readOnce(const GreyImage &picture) const
+Reading Engine::read(const GreyImage &picture) const
 {
     return readWith(picture, margins.front());
 }
 
-Reading Engine::read(const GreyImage &picture) const
+Reading Engine::readAgain(const GreyImage &picture, Reading first) const
 {
-    Reading best;
-    for (const int margin : margins) {
-        Reading reading = readWith(picture, margin);
-        if (best.isEmpty() || reading.confidence() > best.confidence()) {
+    Reading best = std::move(first);
+    for (std::size_t i = 1; i < margins.size() && best.confidence() < sure; ++i) {
+        Reading reading = readWith(picture, margins[i]);
+        if (reading.confidence() > best.confidence()) {
             best = std::move(reading);
-        }
-        if (best.confidence() >= sure) {
-            break;
         }
     }
     return best;

@@ -21,10 +21,10 @@ public:
                                               Dictionary dictionary);
 
     /// One line of text, dark on white. Of Japanese in columns one column, turned to the left.
-    /// It is read again in other sizes if it is not read surely.
     Reading read(const GreyImage &picture) const;
-    /// The same in one size alone, for comparing models.
-    Reading readOnce(const GreyImage &picture) const;
+    /// The surest reading of a line that was read as `first`: unless that is sure already, it is
+    /// read with its letters smaller and larger.
+    Reading readAgain(const GreyImage &picture, Reading first) const;
     /// Whether the model's dictionary has `word`; never without one.
     bool knows(const QString &word) const;
 
