@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Engine.h"
 
+#include "Apostrophe.h"
 #include "Resample.h"
 #include "VisualOrder.h"
 
@@ -178,13 +179,22 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
     const std::vector<DecodedCharacter> characters = decode(shares, m_nothing, m_alphabet, m_lists);
 
     const double columnWidth = m_network.columnWidth() / scale;
+    Apostrophes apostrophes;
     QList<QString> texts;
     QList<ReadWord> words;
     for (const WordSpan &span : wordsOf(characters, m_alphabet)) {
         ReadWord word;
         float certainty = span.blankCertainty;
         for (std::size_t i = span.first; i < span.last; ++i) {
-            word.text += m_alphabet.character(characters[i].id).text;
+            const QString &text = m_alphabet.character(characters[i].id).text;
+            if (isApostrophe(text)) {
+                // A column more to each side: where in its columns a letter stands is not known.
+                const Box place{box.left + int((characters[i].left - 1) * columnWidth), inked.top,
+                                box.left + int((characters[i].right + 1) * columnWidth),
+                                inked.bottom};
+                apostrophes.add(leanOfApostrophe(picture, place));
+            }
+            word.text += text;
             certainty = std::min(certainty, characters[i].certainty);
         }
         word.text = word.text.trimmed();
@@ -209,13 +219,14 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
         texts.append(word.text);
         words.append(word);
     }
+    apostrophes.settle(texts);
     int before = -1;
     for (const int i : toReadingOrder(texts)) {
         ReadWord word = words[i];
         word.text = texts[i];
         // The blank is kept by the right one of two neighbours, whichever is read first.
-        word.afterBlank = reading.isEmpty() || std::abs(i - before) > 1 ||
-                          words[std::max(i, before)].afterBlank;
+        word.afterBlank =
+            reading.isEmpty() || std::abs(i - before) > 1 || words[std::max(i, before)].afterBlank;
         reading.words.append(word);
         before = i;
     }
