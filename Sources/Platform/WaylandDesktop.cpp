@@ -31,6 +31,12 @@ using namespace Qt::StringLiterals;
 void prepareWaylandDesktop()
 {
     LayerShell::leaveWindowsWithoutRole();
+    // No window of ours draws by OpenGL. Where Qt thinks that one might, or that it might have to
+    // draw a title bar itself, the first window loads the graphics driver: 50 megabytes.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
+    if (WaylandConnection().version("zxdg_decoration_manager_v1") > 0) {
+        qputenv("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
+    }
 }
 
 bool isWaylandDesktop()
