@@ -14,8 +14,8 @@ QtScreens::PixelGeometry x11PixelGeometry();
 /// Whether Qt runs on an X11 desktop.
 bool isX11Desktop();
 
-/// Whether that is Xwayland's, for X11 programs on a Wayland desktop. They see nothing of the screen
-/// and get no keys but their own there.
+/// Whether that is Xwayland's, for X11 programs on a Wayland desktop. They see nothing of the
+/// screen and get no keys but their own there.
 bool isXwaylandDesktop();
 
 /// Sets the services of an X11 desktop: screen recording, overlay surface, event monitor and
