@@ -50,7 +50,7 @@ bool Alphabet::readCharacters(std::span<const char> data)
         Character character;
         character.isDigit = (fields[1].toInt(nullptr, 16) & digit) != 0;
         // After the properties may stand measures, which have commas.
-        const QString script = QString::fromLatin1(fields[fields[2].contains(',') ? 3 : 2]);
+        const QString script = QString::fromLatin1(fields.value(fields[2].contains(',') ? 3 : 2));
         character.hasBlanks = !writesWithoutBlanks(script);
         // Korean has words with blanks between them, though its characters stand alone.
         m_hasBlanks =

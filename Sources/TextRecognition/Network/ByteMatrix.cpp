@@ -15,8 +15,22 @@ constexpr int doubles = 128;
 /// One in a byte: activations from -1 to 1 are stored as -127 to 127.
 constexpr int one = 127;
 
-/// More weights than this in one layer are a damaged file: the largest known has a million.
+/// More weights than this in one layer, longer rows or larger scales are a damaged file: the
+/// largest known have a million, 1000 and 1. Sums of products stay within 32 bits and what is made
+/// of them within a float's range.
 constexpr std::uint64_t mostWeights = 1U << 24U;
+constexpr std::uint32_t mostRows = 1U << 16U;
+constexpr std::uint32_t mostColumns = 1U << 14U;
+constexpr double largestScale = 1000;
+
+/// Rows of smaller weights are empty.
+constexpr double smallestWeight = 1e-30;
+
+/// Not for what is not a number, too.
+bool isScale(double scale)
+{
+    return std::fabs(scale) <= largestScale;
+}
 
 /// Reads the sizes of a table, whose rows have one column for the bias, and its unused default.
 template <typename T>
@@ -25,7 +39,8 @@ bool readSizes(ByteReader &reader, Weights &weights)
     const auto rows = reader.value<std::uint32_t>();
     const auto columns = reader.value<std::uint32_t>();
     reader.value<T>();
-    if (rows == 0 || columns < 2 || std::uint64_t(rows) * columns > mostWeights) {
+    if (rows == 0 || rows > mostRows || columns < 2 || columns > mostColumns ||
+        std::uint64_t(rows) * columns > mostWeights) {
         reader.fail();
         return false;
     }
@@ -42,6 +57,9 @@ void readBytes(ByteReader &reader, Weights &weights)
     const std::size_t count = std::size_t(weights.outputs) * std::size_t(weights.inputs + 1);
     const std::span<const char> values = reader.take(count);
     weights.values.assign(values.begin(), values.end());
+    // Training gives -127 to 127 only, which some instructions need.
+    std::replace(weights.values.begin(), weights.values.end(), std::int8_t(-128),
+                 std::int8_t(-127));
     const auto scales = reader.value<std::uint32_t>();
     // Files made on some machines pad the scales.
     if (scales < std::uint32_t(weights.outputs) || scales > mostWeights) {
@@ -49,9 +67,12 @@ void readBytes(ByteReader &reader, Weights &weights)
         return;
     }
     for (std::uint32_t i = 0; i < scales; ++i) {
-        const auto scale = float(reader.value<double>() / one);
+        const double scale = reader.value<double>() / one;
         if (i < std::uint32_t(weights.outputs)) {
-            weights.scales.push_back(scale);
+            weights.scales.push_back(float(scale));
+            if (!isScale(scale)) {
+                reader.fail();
+            }
         }
     }
 }
@@ -74,8 +95,12 @@ void readDoubles(ByteReader &reader, Weights &weights)
         double largest = 0;
         for (const double value : row) {
             largest = std::max(largest, std::fabs(value));
+            if (!isScale(value)) {
+                reader.fail();
+                return;
+            }
         }
-        const double scale = largest > 0 ? largest / one : 1;
+        const double scale = largest > smallestWeight ? largest / one : 1;
         for (const double value : row) {
             weights.values.push_back(std::int8_t(std::lround(value / scale)));
         }

@@ -3,8 +3,34 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace recognition {
+
+namespace {
+
+/// More values per point, and more columns that become one, are a damaged file: known models stay
+/// far below.
+constexpr int deepest = 2048;
+constexpr int mostPooled = 255;
+
+Form withDepth(Form form, std::int64_t depth)
+{
+    form.depth = depth <= deepest ? int(depth) : 0;
+    return form;
+}
+
+/// A vector of bytes as GCC and Clang know it on any processor.
+using Bytes = std::int8_t __attribute__((vector_size(numbersAtOnce)));
+
+Bytes bytesAt(const std::int8_t *from)
+{
+    Bytes bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+} // namespace
 
 Series::Series(Layers layers)
     : m_layers(std::move(layers))
@@ -20,21 +46,14 @@ Activations Series::forward(const Activations &input) const
     return values;
 }
 
-int Series::outputDepth(int depth) const
+Form Series::output(Form input) const
 {
     for (const auto &layer : m_layers) {
-        depth = depth > 0 ? layer->outputDepth(depth) : 0;
+        if (input.depth > 0) {
+            input = layer->output(input);
+        }
     }
-    return depth;
-}
-
-int Series::widthFactor() const
-{
-    int factor = 1;
-    for (const auto &layer : m_layers) {
-        factor *= layer->widthFactor();
-    }
-    return factor;
+    return input;
 }
 
 Parallel::Parallel(Layers layers)
@@ -63,22 +82,18 @@ Activations Parallel::forward(const Activations &input) const
     return output;
 }
 
-int Parallel::outputDepth(int depth) const
+Form Parallel::output(Form input) const
 {
-    int sum = 0;
+    const Form first = m_layers.front()->output(input);
+    std::int64_t depth = 0;
     for (const auto &layer : m_layers) {
-        const int one = layer->outputDepth(depth);
-        if (one == 0 || layer->widthFactor() != widthFactor()) {
-            return 0;
+        const Form form = layer->output(input);
+        if (form.depth == 0 || form.columns != first.columns || form.rows != first.rows) {
+            return withDepth(first, 0);
         }
-        sum += one;
+        depth += form.depth;
     }
-    return sum;
-}
-
-int Parallel::widthFactor() const
-{
-    return m_layers.front()->widthFactor();
+    return withDepth(first, depth);
 }
 
 namespace {
@@ -121,9 +136,15 @@ Activations Turned::forward(const Activations &input) const
     return turned(m_layer->forward(turned(input, m_turn)), m_turn);
 }
 
-int Turned::outputDepth(int depth) const
+Form Turned::output(Form input) const
 {
-    return m_layer->widthFactor() == 1 ? m_layer->outputDepth(depth) : 0;
+    if (m_turn != Turn::Transposed) {
+        return m_layer->output(input);
+    }
+    std::swap(input.columns, input.rows);
+    Form form = m_layer->output(input);
+    std::swap(form.columns, form.rows);
+    return form;
 }
 
 Window::Window(int across, int down)
@@ -132,18 +153,38 @@ Window::Window(int across, int down)
 {
 }
 
+namespace {
+
+/// Copies `depth` values of each of `count` points.
+void copyPoints(const std::int8_t *from, int fromStride, std::int8_t *to, int toStride, int depth,
+                int count)
+{
+    if (depth == 1) {
+        for (int i = 0; i < count; ++i) {
+            to[std::ptrdiff_t(i) * toStride] = from[std::ptrdiff_t(i) * fromStride];
+        }
+        return;
+    }
+    for (int i = 0; i < count; ++i, from += fromStride, to += toStride) {
+        std::memcpy(to, from, std::size_t(depth));
+    }
+}
+
+} // namespace
+
 Activations Window::forward(const Activations &input) const
 {
-    Activations output(input.width, input.height, outputDepth(input.depth));
+    Activations output(input.width, input.height, input.depth * points());
     for (int y = 0; y < input.height; ++y) {
-        for (int x = 0; x < input.width; ++x) {
-            std::int8_t *to = output.at(x, y);
-            for (int atX = x - m_across; atX <= x + m_across; ++atX) {
-                for (int atY = y - m_down; atY <= y + m_down; ++atY, to += input.depth) {
-                    // What is outside stays zero, the middle between ink and paper.
-                    if (atX >= 0 && atX < input.width && atY >= 0 && atY < input.height) {
-                        std::memcpy(to, input.at(atX, atY), std::size_t(input.depth));
-                    }
+        int offset = 0;
+        for (int x = -m_across; x <= m_across; ++x) {
+            // What is outside stays zero, the middle between ink and paper.
+            const int left = std::max(0, -x);
+            const int count = std::min(input.width, input.width - x) - left;
+            for (int atY = y - m_down; atY <= y + m_down; ++atY, offset += input.depth) {
+                if (atY >= 0 && atY < input.height && count > 0) {
+                    copyPoints(input.at(left + x, atY), input.stride(), output.at(left, y) + offset,
+                               output.stride(), input.depth, count);
                 }
             }
         }
@@ -151,9 +192,9 @@ Activations Window::forward(const Activations &input) const
     return output;
 }
 
-int Window::outputDepth(int depth) const
+Form Window::output(Form input) const
 {
-    return depth * (2 * m_across + 1) * (2 * m_down + 1);
+    return withDepth(input, std::int64_t(input.depth) * points());
 }
 
 MaxPool::MaxPool(int across, int down)
@@ -167,22 +208,30 @@ Activations MaxPool::forward(const Activations &input) const
     Activations output(std::max(input.width / m_across, 1), std::max(input.height / m_down, 1),
                        input.depth);
     for (int y = 0; y < output.height; ++y) {
+        const int bottom = std::min((y + 1) * m_down, input.height);
         for (int x = 0; x < output.width; ++x) {
-            std::int8_t *to = output.at(x, y);
-            std::memcpy(to, input.at(x * m_across, y * m_down), std::size_t(input.depth));
             const int right = std::min((x + 1) * m_across, input.width);
-            const int bottom = std::min((y + 1) * m_down, input.height);
-            for (int atY = y * m_down; atY < bottom; ++atY) {
-                for (int atX = x * m_across; atX < right; ++atX) {
-                    const std::int8_t *from = input.at(atX, atY);
-                    for (int i = 0; i < input.depth; ++i) {
-                        to[i] = std::max(to[i], from[i]);
+            for (int i = 0; i < input.stride(); i += numbersAtOnce) {
+                Bytes largest = bytesAt(input.at(x * m_across, y * m_down) + i);
+                for (int atY = y * m_down; atY < bottom; ++atY) {
+                    for (int atX = x * m_across; atX < right; ++atX) {
+                        const Bytes other = bytesAt(input.at(atX, atY) + i);
+                        largest = other > largest ? other : largest;
                     }
                 }
+                std::memcpy(output.at(x, y) + i, &largest, sizeof largest);
             }
         }
     }
     return output;
+}
+
+Form MaxPool::output(Form input) const
+{
+    input.columns *= m_across;
+    input.rows *= m_down;
+    const bool fits = input.columns <= mostPooled && input.rows <= mostPooled;
+    return fits ? input : withDepth(input, 0);
 }
 
 FullyConnected::FullyConnected(const Weights &weights, Nonlinearity nonlinearity)
@@ -207,9 +256,9 @@ Activations FullyConnected::forward(const Activations &input) const
     return output;
 }
 
-int FullyConnected::outputDepth(int depth) const
+Form FullyConnected::output(Form input) const
 {
-    return depth == m_weights.inputs() ? m_weights.outputs() : 0;
+    return withDepth(input, input.depth == m_weights.inputs() ? m_weights.outputs() : 0);
 }
 
 } // namespace recognition

@@ -10,6 +10,19 @@
 
 namespace recognition {
 
+/// What the points between two layers are, measured by the line that a network reads.
+struct Form
+{
+    /// Columns or rows of which a single one is left, however many there were.
+    static constexpr int all = 0;
+
+    /// Values per point; 0 if a layer does not fit what goes in.
+    int depth = 1;
+    /// How many of the line's became one.
+    int columns = 1;
+    int rows = 1;
+};
+
 /// One step of a network. Immutable once made, so that threads share it.
 class Layer
 {
@@ -20,10 +33,8 @@ public:
     Layer &operator=(const Layer &) = delete;
 
     virtual Activations forward(const Activations &input) const = 0;
-    /// Values per point that come out if `depth` go in; 0 if the layer does not fit.
-    virtual int outputDepth(int depth) const = 0;
-    /// Columns that become one.
-    virtual int widthFactor() const { return 1; }
+    /// What comes out if `input` goes in, which is of a depth; `forward` is for what fits only.
+    virtual Form output(Form input) const = 0;
 };
 
 using Layers = std::vector<std::unique_ptr<Layer>>;
@@ -34,8 +45,7 @@ class Series : public Layer
 public:
     explicit Series(Layers layers);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
-    int widthFactor() const override;
+    Form output(Form input) const override;
 
 private:
     Layers m_layers;
@@ -47,8 +57,7 @@ class Parallel : public Layer
 public:
     explicit Parallel(Layers layers);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
-    int widthFactor() const override;
+    Form output(Form input) const override;
 
 private:
     Layers m_layers;
@@ -61,7 +70,7 @@ public:
     enum class Turn { FromRight, FromBelow, Transposed };
     Turned(Turn turn, std::unique_ptr<Layer> layer);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
+    Form output(Form input) const override;
 
 private:
     Turn m_turn;
@@ -75,9 +84,11 @@ public:
     /// So many points to each side.
     Window(int across, int down);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
+    Form output(Form input) const override;
 
 private:
+    int points() const { return (2 * m_across + 1) * (2 * m_down + 1); }
+
     int m_across;
     int m_down;
 };
@@ -88,8 +99,7 @@ class MaxPool : public Layer
 public:
     MaxPool(int across, int down);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override { return depth; }
-    int widthFactor() const override { return m_across; }
+    Form output(Form input) const override;
 
 private:
     int m_across;
@@ -102,7 +112,7 @@ class FullyConnected : public Layer
 public:
     FullyConnected(const Weights &weights, Nonlinearity nonlinearity);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
+    Form output(Form input) const override;
 
 private:
     ByteMatrix m_weights;
@@ -119,7 +129,7 @@ public:
     /// only what comes out at the end of a row is given.
     Memory(const std::vector<Weights> &gates, int inputs, bool isSummary);
     Activations forward(const Activations &input) const override;
-    int outputDepth(int depth) const override;
+    Form output(Form input) const override;
 
 private:
     void readRows(const Activations &input, int firstRow, int rows, Activations &output) const;

@@ -73,9 +73,13 @@ void Memory::readRows(const Activations &input, int firstRow, int rows, Activati
     }
 }
 
-int Memory::outputDepth(int depth) const
+Form Memory::output(Form input) const
 {
-    return depth == m_fromInput.inputs() ? m_cells : 0;
+    input.depth = input.depth == m_fromInput.inputs() ? m_cells : 0;
+    if (m_isSummary) {
+        input.columns = Form::all;
+    }
+    return input;
 }
 
 } // namespace recognition

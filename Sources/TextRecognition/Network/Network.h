@@ -8,6 +8,8 @@
 
 namespace recognition {
 
+struct NetworkParts;
+
 /// How likely each code is in each column of a line.
 struct CodeShares
 {
@@ -31,16 +33,17 @@ public:
     /// The height of the lines it reads, in pixels.
     int lineHeight() const { return m_lineHeight; }
     /// Pixels of a line per column of the result.
-    int columnWidth() const { return m_body->widthFactor(); }
+    int columnWidth() const { return m_columnWidth; }
     int codes() const { return m_output.outputs(); }
 
     /// `line` is `lineHeight` high, dark on white.
     CodeShares read(const GreyImage &line) const;
 
 private:
-    Network() = default;
+    explicit Network(NetworkParts parts);
 
-    int m_lineHeight = 0;
+    int m_lineHeight;
+    int m_columnWidth;
     std::unique_ptr<Layer> m_body;
     ByteMatrix m_output;
     std::vector<float> m_outputScales;

@@ -11,9 +11,6 @@ namespace recognition {
 
 namespace {
 
-using AddProducts = void (*)(const TiledBytes &, const std::int8_t *, std::ptrdiff_t, int,
-                             std::int32_t *);
-
 constexpr int tileSize = tileOutputs * tileInputs;
 
 void addProductsAnywhere(const TiledBytes &matrix, const std::int8_t *vectors,
@@ -150,27 +147,29 @@ addProductsVnni(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdi
 
 #endif
 
-AddProducts fastest()
+} // namespace
+
+std::vector<AddProducts> waysToAddProducts()
 {
+    std::vector<AddProducts> ways;
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512vnni")) {
-        return addProductsVnni;
+        ways.push_back(addProductsVnni);
     }
     if (__builtin_cpu_supports("avx2")) {
-        return addProductsAvx2;
+        ways.push_back(addProductsAvx2);
     }
 #endif
-    return addProductsAnywhere;
+    ways.push_back(addProductsAnywhere);
+    return ways;
 }
-
-} // namespace
 
 void addProducts(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdiff_t vectorStride,
                  int count, std::int32_t *sums)
 {
-    static const AddProducts add = fastest();
-    add(matrix, vectors, vectorStride, count, sums);
+    static const AddProducts fastest = waysToAddProducts().front();
+    fastest(matrix, vectors, vectorStride, count, sums);
 }
 
 } // namespace recognition

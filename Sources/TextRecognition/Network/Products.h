@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace recognition {
 
@@ -20,8 +21,16 @@ struct TiledBytes
     int tilesPerStrip;
 };
 
-/// Adds each row's sum of products with each vector to `sums`, of `strips` * 16 per vector. Done
-/// with the widest instructions that the processor has; all give the same sums.
+/// Adds each row's sum of products with each of `count` vectors, which stand `vectorStride` bytes
+/// apart, to `sums`, of `strips` * 16 per vector.
+using AddProducts = void (*)(const TiledBytes &matrix, const std::int8_t *vectors,
+                             std::ptrdiff_t vectorStride, int count, std::int32_t *sums);
+
+/// The ways to do it that this processor knows, the fastest first. All give the same sums, of
+/// weights from -127 to 127.
+std::vector<AddProducts> waysToAddProducts();
+
+/// In the fastest way.
 void addProducts(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdiff_t vectorStride,
                  int count, std::int32_t *sums);
 

@@ -94,7 +94,9 @@ std::int64_t WordGraph::follow(std::int64_t edge, int letter) const
         }
         return none;
     }
-    for (; node < m_count; ++node) {
+    // No node has more edges than letters, with an end of a word and without.
+    const std::int64_t last = std::min(m_count, node + 2 * std::int64_t(m_letterMask + 1));
+    for (; node < last; ++node) {
         const std::uint64_t at = record(node);
         if (letterOf(at) == letter) {
             return node;
