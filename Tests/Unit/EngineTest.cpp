@@ -73,6 +73,24 @@ private Q_SLOTS:
         QVERIFY(reading.confidence() > 80);
     }
 
+    void unsureLinesAreReadAgain()
+    {
+        const auto engine = engineOf(u"eng"_s);
+        QVERIFY(engine);
+        const GreyImage line = drawnLine(u"seen clearly"_s, u"DejaVu Sans"_s);
+        Reading first{u"eng"_s, {}};
+        ReadWord word;
+        word.text = u"something"_s;
+        word.confidence = 95;
+        first.words.append(word);
+        QCOMPARE(engine->readAgain(line, first).text(), u"something"_s);
+        first.words.first().confidence = 20;
+        QCOMPARE(engine->readAgain(line, first).text(), u"seen clearly"_s);
+        // What is read less surely again stays as it was.
+        const GreyImage blank(200, 40, 255);
+        QCOMPARE(engine->readAgain(blank, first).text(), u"something"_s);
+    }
+
     void wordsStandWhereTheyAreSeen()
     {
         const auto engine = engineOf(u"eng"_s);
