@@ -41,8 +41,8 @@ private:
 
     Beam &beam(const BeamKey &key)
     {
-        return m_beams[std::size_t(((key.isListed ? nextCount : 0) + int(key.next)) * m_lengths +
-                                   key.length)];
+        const int kind = (key.isListed ? nextCount : 0) + int(key.next);
+        return m_beams[std::size_t(kind) * std::size_t(m_lengths) + std::size_t(key.length)];
     }
     void step(int column);
     void keep();

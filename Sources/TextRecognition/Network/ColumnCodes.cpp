@@ -50,7 +50,9 @@ void ColumnCodes::rank(const float *shares, int count, int nothing)
         add(shares, m_second, nothing, m_first);
     }
     if (!find(nothing)) {
-        add(shares, nothing, nothing, noCode);
+        // Shared with nothing else.
+        const int neighbour = noCode;
+        add(shares, nothing, nothing, neighbour);
     }
 }
 

@@ -11,7 +11,7 @@ namespace recognition {
 
 namespace {
 
-constexpr int tileSize = tileOutputs * tileInputs;
+constexpr std::ptrdiff_t tileSize = tileOutputs * tileInputs;
 
 void addProductsAnywhere(const TiledBytes &matrix, const std::int8_t *vectors,
                          std::ptrdiff_t vectorStride, int count, std::int32_t *sums)
@@ -19,9 +19,9 @@ void addProductsAnywhere(const TiledBytes &matrix, const std::int8_t *vectors,
     for (int i = 0; i < count; ++i, vectors += vectorStride) {
         const std::int8_t *tile = matrix.tiles;
         for (int strip = 0; strip < matrix.strips; ++strip, sums += tileOutputs) {
-            for (int t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
+            for (std::ptrdiff_t t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
                 const std::int8_t *inputs = vectors + t * tileInputs;
-                for (int output = 0; output < tileOutputs; ++output) {
+                for (std::ptrdiff_t output = 0; output < tileOutputs; ++output) {
                     const std::int8_t *weights = tile + output * tileInputs;
                     sums[output] += weights[0] * inputs[0] + weights[1] * inputs[1] +
                                     weights[2] * inputs[2] + weights[3] * inputs[3];
@@ -55,7 +55,7 @@ __attribute__((target("avx2"))) void addProductsAvx2(const TiledBytes &matrix,
             auto *high = reinterpret_cast<__m256i *>(sums + 8);
             __m256i lowSum = _mm256_loadu_si256(low);
             __m256i highSum = _mm256_loadu_si256(high);
-            for (int t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
+            for (std::ptrdiff_t t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
                 const __m256i inputs = _mm256_set1_epi32(fourBytes(vectors + t * tileInputs));
                 const __m256i sizes = _mm256_abs_epi8(inputs);
                 const auto *weights = reinterpret_cast<const __m256i *>(tile);
@@ -83,18 +83,20 @@ __attribute__((target("avx512f,avx512bw,avx512vnni"))) inline void
 addProductsOfBlock(const TiledBytes &matrix, int strip, const std::int8_t *vectors,
                    std::ptrdiff_t vectorStride, std::int32_t *sums)
 {
-    const int sumsStride = matrix.strips * tileOutputs;
+    const std::ptrdiff_t sumsStride = std::ptrdiff_t(matrix.strips) * tileOutputs;
     __m512i block[Strips][Vectors];
     for (int s = 0; s < Strips; ++s) {
-        const __m512i excess = _mm512_loadu_si512(matrix.excess + (strip + s) * tileOutputs);
+        const __m512i excess =
+            _mm512_loadu_si512(matrix.excess + std::ptrdiff_t(strip + s) * tileOutputs);
         for (int v = 0; v < Vectors; ++v) {
-            const std::int32_t *from = sums + v * sumsStride + (strip + s) * tileOutputs;
+            const std::int32_t *from =
+                sums + v * sumsStride + std::ptrdiff_t(strip + s) * tileOutputs;
             block[s][v] = _mm512_sub_epi32(_mm512_loadu_si512(from), excess);
         }
     }
     const std::ptrdiff_t stripSize = std::ptrdiff_t(matrix.tilesPerStrip) * tileSize;
     const std::int8_t *tiles = matrix.tiles + strip * stripSize;
-    for (int t = 0; t < matrix.tilesPerStrip; ++t, tiles += tileSize) {
+    for (std::ptrdiff_t t = 0; t < matrix.tilesPerStrip; ++t, tiles += tileSize) {
         __m512i inputs[Vectors];
         for (int v = 0; v < Vectors; ++v) {
             const int four = fourBytes(vectors + v * vectorStride + t * tileInputs);
@@ -109,7 +111,8 @@ addProductsOfBlock(const TiledBytes &matrix, int strip, const std::int8_t *vecto
     }
     for (int s = 0; s < Strips; ++s) {
         for (int v = 0; v < Vectors; ++v) {
-            _mm512_storeu_si512(sums + v * sumsStride + (strip + s) * tileOutputs, block[s][v]);
+            _mm512_storeu_si512(sums + v * sumsStride + std::ptrdiff_t(strip + s) * tileOutputs,
+                                block[s][v]);
         }
     }
 }
@@ -133,15 +136,15 @@ __attribute__((target("avx512f,avx512bw,avx512vnni"))) void
 addProductsVnni(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdiff_t vectorStride,
                 int count, std::int32_t *sums)
 {
-    const int sumsStride = matrix.strips * tileOutputs;
+    const std::ptrdiff_t sumsStride = std::ptrdiff_t(matrix.strips) * tileOutputs;
     int i = 0;
     for (; i + vectorsAtOnce <= count; i += vectorsAtOnce) {
         addProductsOfVectors<vectorsAtOnce>(matrix, vectors + i * vectorStride, vectorStride,
-                                            sums + std::ptrdiff_t(i) * sumsStride);
+                                            sums + i * sumsStride);
     }
     for (; i < count; ++i) {
         addProductsOfVectors<1>(matrix, vectors + i * vectorStride, vectorStride,
-                                sums + std::ptrdiff_t(i) * sumsStride);
+                                sums + i * sumsStride);
     }
 }
 
