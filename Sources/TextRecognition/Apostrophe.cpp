@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Apostrophe.h"
 
-#include <array>
-#include <cstdlib>
-#include <set>
-#include <utility>
-#include <vector>
+#include "Glyph.h"
 
 namespace recognition {
 
 namespace {
-
-/// Darker pixels are ink.
-constexpr int ink = 165;
 
 /// Less high, in pixels, no lean can be measured.
 constexpr int leastHeight = 5;
@@ -25,63 +18,24 @@ constexpr QChar curled = u'\u2019';
 constexpr double curledLean = -0.06;
 constexpr double straightLean = -0.01;
 
-/// The ink pixel of the upper rows that is nearest to the middle of `place`.
-std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Box &place,
-                                                 int bottom)
-{
-    std::optional<std::pair<int, int>> found;
-    int nearest = place.width();
-    for (int y = place.top; y < bottom; ++y) {
-        for (int x = place.left; x < place.right; ++x) {
-            const int distance = std::abs(2 * x - place.centreX2());
-            if (line.at(x, y) < ink && distance < nearest) {
-                nearest = distance;
-                found = {x, y};
-            }
-        }
-    }
-    return found;
-}
-
 } // namespace
 
-std::optional<double> leanOfApostrophe(const GreyImage &line, const Box &outer)
+std::optional<double> leanOfApostrophe(const GreyImage &line, const Box &place)
 {
-    const Box place{std::max(outer.left, 0), std::max(outer.top, 0),
-                    std::min(outer.right, line.width), std::min(outer.bottom, line.height)};
-    // Apostrophes stand above the middle of the line.
-    const int bottom = place.top + place.height() * 6 / 10;
-    const auto start = inkNearMiddle(line, place, bottom);
-    if (!start) {
+    // Apostrophes stand above the middle of the line, and are narrow.
+    const Box upper{place.left, place.top, place.right, place.top + place.height() * 6 / 10};
+    const std::optional<Glyph> glyph = glyphAt(line, upper, place.height() / 3);
+    if (!glyph || glyph->box.bottom >= upper.bottom) {
         return std::nullopt;
     }
-    std::set<std::pair<int, int>> pixels{*start};
-    std::vector<std::pair<int, int>> next{*start};
-    Box box{start->first, start->second, start->first + 1, start->second + 1};
-    while (!next.empty()) {
-        const auto [x, y] = next.back();
-        next.pop_back();
-        box.unite({x, y, x + 1, y + 1});
-        if (box.bottom >= bottom || box.width() > place.height() / 3) {
-            return std::nullopt;
-        }
-        for (const auto &[dx, dy] :
-             std::array<std::pair<int, int>, 4>{{{-1, 0}, {1, 0}, {0, -1}, {0, 1}}}) {
-            const std::pair at{x + dx, y + dy};
-            if (at.first >= 0 && at.first < line.width && at.second >= place.top &&
-                at.second < place.bottom && line.at(at.first, at.second) < ink &&
-                pixels.insert(at).second) {
-                next.push_back(at);
-            }
-        }
-    }
+    const Box &box = glyph->box;
     if (box.height() < leastHeight) {
         return std::nullopt;
     }
     const auto middleOf = [&](int top, int end) {
         double weight = 0;
         double sum = 0;
-        for (const auto &[x, y] : pixels) {
+        for (const auto &[x, y] : glyph->pixels) {
             if (y >= top && y < end) {
                 weight += 255 - line.at(x, y);
                 sum += x * (255.0 - line.at(x, y));

@@ -23,11 +23,14 @@ constexpr double tallConfidence = 88;
 /// What remains of the line has to be surer by this.
 constexpr double margin = 8;
 
-/// Marks that may well stand before or after words by themselves.
+/// Marks that may well stand before or after words by themselves, and those of source code.
 bool isUsualMark(const QString &text)
 {
-    static const QString usual = QStringLiteral("-–—+=*/&%$€£#<>:;.,…!?•·→←↑↓✓");
-    return text.size() == 1 ? usual.contains(text) && text != QStringLiteral("*") : false;
+    static const QString usual = QStringLiteral("-–—+=/&%$€£#<>:;.,…!?•·→←↑↓✓{}。、，：；！？");
+    static const QStringList ofCode{QStringLiteral("//"), QStringLiteral("/*"),
+                                    QStringLiteral("*/"), QStringLiteral("->"),
+                                    QStringLiteral("=>"), QStringLiteral("&&")};
+    return text.size() == 1 ? usual.contains(text) : ofCode.contains(text);
 }
 
 /// Whether what stands on the page where `word` was read is higher than letters are.

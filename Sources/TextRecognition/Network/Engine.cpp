@@ -2,12 +2,15 @@
 #include "Engine.h"
 
 #include "Apostrophe.h"
+#include "Glyph.h"
 #include "Resample.h"
 #include "VisualOrder.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace recognition {
 
@@ -70,6 +73,11 @@ GreyImage withWhite(const GreyImage &picture, const Box &box)
                   result.row(y - box.top) + inside.left - box.left);
     }
     return result;
+}
+
+bool startsSmall(const QString &text)
+{
+    return !text.isEmpty() && text.front().isLower();
 }
 
 /// Characters `first` to `last` - 1.
@@ -179,6 +187,13 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
     const std::vector<DecodedCharacter> characters = decode(shares, m_nothing, m_alphabet, m_lists);
 
     const double columnWidth = m_network.columnWidth() / scale;
+    const auto isSmall = [&](std::size_t i) {
+        return i < characters.size() &&
+               startsSmall(m_alphabet.character(characters[i].id).text);
+    };
+    const auto isBesideSmall = [&](std::size_t i) {
+        return isSmall(i + 1) || (i > 0 && isSmall(i - 1));
+    };
     Apostrophes apostrophes;
     QList<QString> texts;
     QList<ReadWord> words;
@@ -186,13 +201,17 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
         ReadWord word;
         float certainty = span.blankCertainty;
         for (std::size_t i = span.first; i < span.last; ++i) {
-            const QString &text = m_alphabet.character(characters[i].id).text;
+            QString text = m_alphabet.character(characters[i].id).text;
+            // A column more to each side: where in its columns a letter stands is not known.
+            const Box place{box.left + int((characters[i].left - 1) * columnWidth), inked.top,
+                            box.left + int((characters[i].right + 1) * columnWidth), inked.bottom};
             if (isApostrophe(text)) {
-                // A column more to each side: where in its columns a letter stands is not known.
-                const Box place{box.left + int((characters[i].left - 1) * columnWidth), inked.top,
-                                box.left + int((characters[i].right + 1) * columnWidth),
-                                inked.bottom};
                 apostrophes.add(leanOfApostrophe(picture, place));
+            } else if (text == u"L"_s && isBesideSmall(i)) {
+                const std::optional<Glyph> glyph = glyphAt(picture, place, inked.height());
+                if (glyph && isSmallL(*glyph)) {
+                    text = u"l"_s;
+                }
             }
             word.text += text;
             certainty = std::min(certainty, characters[i].certainty);

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "Glyph.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <set>
+
+namespace recognition {
+
+namespace {
+
+/// Darker pixels are ink.
+constexpr int ink = 165;
+
+/// A capital's foot makes it wider than this share of its height; a stroke is narrower.
+constexpr double narrowest = 0.33;
+
+/// The left edge of a capital is ink over more than this share of its height.
+constexpr double leastEdge = 0.6;
+
+std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Box &place)
+{
+    std::optional<std::pair<int, int>> found;
+    int nearest = place.width() + 1;
+    for (int y = place.top; y < place.bottom; ++y) {
+        for (int x = place.left; x < place.right; ++x) {
+            const int distance = std::abs(2 * x - place.centreX2());
+            if (line.at(x, y) < ink && distance < nearest) {
+                nearest = distance;
+                found = {x, y};
+            }
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+std::optional<Glyph> glyphAt(const GreyImage &line, const Box &place, int widest)
+{
+    const auto start = inkNearMiddle(line, {std::max(place.left, 0), std::max(place.top, 0),
+                                            std::min(place.right, line.width),
+                                            std::min(place.bottom, line.height)});
+    if (!start) {
+        return std::nullopt;
+    }
+    const auto [startX, startY] = *start;
+    Glyph glyph{{startX, startY, startX + 1, startY + 1}, {}};
+    std::set<std::pair<int, int>> seen{*start};
+    std::vector<std::pair<int, int>> next{*start};
+    while (!next.empty()) {
+        const auto [x, y] = next.back();
+        next.pop_back();
+        glyph.pixels.emplace_back(x, y);
+        glyph.box.unite({x, y, x + 1, y + 1});
+        if (glyph.box.width() > widest) {
+            return std::nullopt;
+        }
+        constexpr std::array<std::pair<int, int>, 4> neighbours{{{-1, 0}, {1, 0}, {0, -1}, {0, 1}}};
+        for (const auto &[dx, dy] : neighbours) {
+            const std::pair at{x + dx, y + dy};
+            if (at.first >= 0 && at.first < line.width && at.second >= 0 &&
+                at.second < line.height && line.at(at.first, at.second) < ink &&
+                seen.insert(at).second) {
+                next.push_back(at);
+            }
+        }
+    }
+    return glyph;
+}
+
+bool isSmallL(const Glyph &glyph)
+{
+    if (glyph.box.width() < narrowest * glyph.box.height()) {
+        return true;
+    }
+    const int edge = glyph.box.left + glyph.box.width() / 3;
+    std::vector<int> columns(static_cast<std::size_t>(glyph.box.width()), 0);
+    for (const auto &[x, y] : glyph.pixels) {
+        ++columns[std::size_t(x - glyph.box.left)];
+    }
+    const auto end = columns.begin() + (edge - glyph.box.left);
+    return end == columns.begin() ||
+           *std::max_element(columns.begin(), end) < leastEdge * glyph.box.height();
+}
+
+} // namespace recognition
