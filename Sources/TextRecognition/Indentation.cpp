@@ -21,7 +21,8 @@ constexpr double tolerance = 0.05;
 /// The width of a character if the line is long enough, else 0.
 double advanceOf(const PlacedText &line)
 {
-    return line.text.size() < shortest || line.text.contains(u'\t')
+    // What is read from the right begins there, however far its left end stands in.
+    return line.text.size() < shortest || line.text.contains(u'\t') || line.text.isRightToLeft()
                ? 0
                : double(line.box.width()) / double(line.text.size());
 }

@@ -21,6 +21,9 @@ constexpr double weakBase = 65;
 /// A word in lists must be this sure to be taken against a surer one that is in none.
 constexpr double sureListed = 75;
 
+/// A number must be read this surely to be taken from the other reading.
+constexpr double leastNumber = 80;
+
 /// Words of both readings that stand on the same place.
 struct Place
 {
@@ -137,6 +140,31 @@ bool takesOther(const Place &place, Script script)
     return writtenInWords && (base < weakBase || other >= sureOther);
 }
 
+/// Whether words are a number in European digits, or a date, with its marks. The models of Latin
+/// script read those best; others see 9 in a 0 with a stroke, or more digits in a per cent sign.
+bool isNumber(const QList<ReadWord> &words)
+{
+    bool hasDigit = false;
+    for (const ReadWord &word : words) {
+        for (const QChar c : word.text) {
+            if (c.isLetter() || (c.isDigit() && c > u'9')) {
+                return false;
+            }
+            hasDigit = hasDigit || c.isDigit();
+        }
+    }
+    return hasDigit;
+}
+
+/// Whether the other reading of a number is to be believed: by a model of Latin script that is
+/// hardly less sure.
+bool takesNumber(const Place &place, Script script)
+{
+    return script != Script::Latin && isNumber(place.base) && isNumber(place.other) &&
+           confidence(place.other) >= leastNumber &&
+           confidence(place.other) + advantage > confidence(place.base);
+}
+
 QString digitsOf(const QString &text)
 {
     QString digits;
@@ -217,11 +245,14 @@ struct Part
     int right = 0;
 };
 
-/// Whether a word may be of another script because it is in no list, though the model is sure.
-bool isForeignToLists(const ReadWord &word, Script script)
+/// Whether another script's model is to be asked about a word though its own model is sure: about
+/// Cyrillic ones that are in no list, and about numbers.
+bool isWorthAsking(const ReadWord &word, Script script)
 {
-    return script == Script::Cyrillic && !word.isListed &&
-           countLetters(word.text, script).all() > 1;
+    if (script == Script::Cyrillic) {
+        return !word.isListed && countLetters(word.text, script).all() > 1;
+    }
+    return script != Script::Latin && word.text.size() > 1 && isNumber({word});
 }
 
 /// From the first to the last word that the line's model is less than `sure` of, with half the
@@ -230,7 +261,7 @@ Part doubtfulPart(const LineTask &task, double sure)
 {
     Part doubtful{task.image().picture.width, 0};
     for (const ReadWord &word : task.best.words) {
-        if (word.confidence < sure || isForeignToLists(word, task.script)) {
+        if (word.confidence < sure || isWorthAsking(word, task.script)) {
             doubtful.left = std::min(doubtful.left, word.box.left);
             doubtful.right = std::max(doubtful.right, word.box.right);
         }
@@ -259,7 +290,7 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     std::vector<bool> takes;
     takes.reserve(places.size());
     for (const Place &place : places) {
-        takes.push_back(takesOther(place, script));
+        takes.push_back(takesOther(place, script) || takesNumber(place, script));
     }
     // Numbers and brackets go with the foreign word that they stand beside.
     for (std::size_t i = 0; i < places.size(); ++i) {
