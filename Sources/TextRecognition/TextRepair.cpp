@@ -114,6 +114,9 @@ QString repairedText(const Reading &reading, Script script)
     if (script == Script::Arabic) {
         text = withDatesInOrder(text);
     }
+    // Three dots of which a model took two together.
+    text.replace(QStringLiteral(".…"), QStringLiteral("..."));
+    text.replace(QStringLiteral("…."), QStringLiteral("..."));
     return text.trimmed();
 }
 
