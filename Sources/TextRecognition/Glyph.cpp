@@ -19,6 +19,9 @@ constexpr double narrowest = 0.33;
 /// The left edge of a capital is ink over more than this share of its height.
 constexpr double leastEdge = 0.6;
 
+/// A comma's height in widths; full stops are square or round.
+constexpr double leastComma = 1.4;
+
 std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Box &place)
 {
     std::optional<std::pair<int, int>> found;
@@ -83,6 +86,11 @@ bool isSmallL(const Glyph &glyph)
     const auto end = columns.begin() + (edge - glyph.box.left);
     return end == columns.begin() ||
            *std::max_element(columns.begin(), end) < leastEdge * glyph.box.height();
+}
+
+bool isComma(const Glyph &glyph)
+{
+    return glyph.box.height() >= leastComma * glyph.box.width();
 }
 
 } // namespace recognition

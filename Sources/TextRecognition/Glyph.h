@@ -26,4 +26,7 @@ std::optional<Glyph> glyphAt(const GreyImage &line, const Box &place, int widest
 /// it, where a capital has its stroke at the left edge.
 bool isSmallL(const Glyph &glyph);
 
+/// Whether a glyph read as a full stop is a comma: higher than wide.
+bool isComma(const Glyph &glyph);
+
 } // namespace recognition

@@ -80,6 +80,11 @@ bool startsSmall(const QString &text)
     return !text.isEmpty() && text.front().isLower();
 }
 
+bool endsInArabic(const QString &text)
+{
+    return !text.isEmpty() && text.back().direction() == QChar::DirAL;
+}
+
 /// Characters `first` to `last` - 1.
 struct WordSpan
 {
@@ -188,11 +193,15 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
 
     const double columnWidth = m_network.columnWidth() / scale;
     const auto isSmall = [&](std::size_t i) {
-        return i < characters.size() &&
-               startsSmall(m_alphabet.character(characters[i].id).text);
+        return i < characters.size() && startsSmall(m_alphabet.character(characters[i].id).text);
     };
     const auto isBesideSmall = [&](std::size_t i) {
         return isSmall(i + 1) || (i > 0 && isSmall(i - 1));
+    };
+    // In a line from right to left the letter before a mark stands right of it.
+    const auto isAfterArabic = [&](std::size_t i) {
+        return i + 1 < characters.size() &&
+               endsInArabic(m_alphabet.character(characters[i + 1].id).text);
     };
     Apostrophes apostrophes;
     QList<QString> texts;
@@ -207,6 +216,11 @@ Reading Engine::readWith(const GreyImage &picture, int margin) const
                             box.left + int((characters[i].right + 1) * columnWidth), inked.bottom};
             if (isApostrophe(text)) {
                 apostrophes.add(leanOfApostrophe(picture, place));
+            } else if ((text == u"."_s || text == u","_s) && isAfterArabic(i)) {
+                const std::optional<Glyph> glyph = glyphAt(picture, place, inked.height() / 3);
+                if (text == u","_s || (glyph && isComma(*glyph))) {
+                    text = u"،"_s;
+                }
             } else if (text == u"L"_s && isBesideSmall(i)) {
                 const std::optional<Glyph> glyph = glyphAt(picture, place, inked.height());
                 if (glyph && isSmallL(*glyph)) {
