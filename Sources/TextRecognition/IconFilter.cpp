@@ -23,14 +23,20 @@ constexpr double tallConfidence = 88;
 /// What remains of the line has to be surer by this.
 constexpr double margin = 8;
 
-/// Marks that may well stand before or after words by themselves, and those of source code.
+/// Marks that may well stand before or after words by themselves.
 bool isUsualMark(const QString &text)
 {
     static const QString usual = QStringLiteral("-–—+=/&%$€£#<>:;.,…!?•·→←↑↓✓{}。、，：；！？");
-    static const QStringList ofCode{QStringLiteral("//"), QStringLiteral("/*"),
-                                    QStringLiteral("*/"), QStringLiteral("->"),
-                                    QStringLiteral("=>"), QStringLiteral("&&")};
-    return text.size() == 1 ? usual.contains(text) : ofCode.contains(text);
+    return text.size() == 1 && usual.contains(text);
+}
+
+/// Marks that no icon looks like.
+bool isMarkOfCode(const QString &text)
+{
+    static const QStringList marks{QStringLiteral("//"), QStringLiteral("/*"),
+                                   QStringLiteral("*/"), QStringLiteral("->"),
+                                   QStringLiteral("=>"), QStringLiteral("&&")};
+    return marks.contains(text);
 }
 
 /// Whether what stands on the page where `word` was read is higher than letters are.
@@ -57,7 +63,9 @@ bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &re
         return word.confidence < iconConfidence.back();
     }
     if (letters.all() == 0) {
-        return word.confidence < (isUsualMark(word.text) ? 60 : iconConfidence[0]);
+        return word.confidence < (isMarkOfCode(word.text)  ? 30
+                                  : isUsualMark(word.text) ? 60
+                                                           : iconConfidence[0]);
     }
     const double limit =
         length <= 3 && isTall(task, word) ? tallConfidence : iconConfidence[length];
