@@ -11,7 +11,7 @@ namespace recognition {
 
 namespace {
 
-constexpr std::ptrdiff_t tileSize = tileOutputs * tileInputs;
+constexpr std::ptrdiff_t tileSize = std::ptrdiff_t(tileOutputs) * tileInputs;
 
 void addProductsAnywhere(const TiledBytes &matrix, const std::int8_t *vectors,
                          std::ptrdiff_t vectorStride, int count, std::int32_t *sums)
