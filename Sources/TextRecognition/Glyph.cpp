@@ -22,6 +22,17 @@ constexpr double leastEdge = 0.6;
 /// A comma's height in widths; full stops are square or round.
 constexpr double leastComma = 1.4;
 
+bool hasInk(const GreyImage &picture, int left, int right, int top, int bottom)
+{
+    for (int y = top; y < bottom; ++y) {
+        const std::uint8_t *row = picture.row(y);
+        if (std::any_of(row + left, row + right, [](std::uint8_t grey) { return grey < ink; })) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Box &place)
 {
     std::optional<std::pair<int, int>> found;
@@ -39,6 +50,26 @@ std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Bo
 }
 
 } // namespace
+
+Box inkIn(const GreyImage &picture, Box box)
+{
+    const auto isBlank = [&picture](int left, int right, int top, int bottom) {
+        return !hasInk(picture, left, right, top, bottom);
+    };
+    while (box.top < box.bottom && isBlank(box.left, box.right, box.top, box.top + 1)) {
+        ++box.top;
+    }
+    while (box.bottom > box.top && isBlank(box.left, box.right, box.bottom - 1, box.bottom)) {
+        --box.bottom;
+    }
+    while (box.left < box.right && isBlank(box.left, box.left + 1, box.top, box.bottom)) {
+        ++box.left;
+    }
+    while (box.right > box.left && isBlank(box.right - 1, box.right, box.top, box.bottom)) {
+        --box.right;
+    }
+    return box;
+}
 
 std::optional<Glyph> glyphAt(const GreyImage &line, const Box &place, int widest)
 {

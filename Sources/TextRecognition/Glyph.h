@@ -9,6 +9,9 @@
 
 namespace recognition {
 
+/// The part of `box` in a prepared line that has ink; empty without any.
+Box inkIn(const GreyImage &line, Box box);
+
 /// Ink that hangs together, in a prepared line.
 struct Glyph
 {

@@ -108,7 +108,7 @@ Reading LineTask::sampleOf(EngineCache &engines, const QString &model, int lengt
     }
     const GreyImage &picture = m_image.picture;
     const auto engine = engines.engine(model, dictionaryOf(model));
-    const Reading reading =
+    Reading reading =
         !engine     ? Reading{}
         : fromRight ? engine->read(part(picture, picture.width - length, picture.width))
                     : engine->read(length < picture.width ? part(picture, 0, length) : picture);
