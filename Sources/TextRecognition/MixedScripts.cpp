@@ -3,6 +3,8 @@
 
 #include "Languages.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace recognition {
@@ -165,6 +167,16 @@ bool takesNumber(const Place &place, Script script)
            confidence(place.other) + advantage > confidence(place.base);
 }
 
+/// Among Arabic a per cent sign is shown left of its number, and written after it.
+QList<ReadWord> withSignsLast(QList<ReadWord> words)
+{
+    static const QRegularExpression signFirst(QStringLiteral("%(\\d[\\d.,]*)"));
+    for (ReadWord &word : words) {
+        word.text.replace(signFirst, QStringLiteral("\\1%"));
+    }
+    return words;
+}
+
 QString digitsOf(const QString &text)
 {
     QString digits;
@@ -310,6 +322,9 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
                 std::max(places[i].base.front().confidence, places[i].other.front().confidence);
             takes[i] = false;
             changed = true;
+        }
+        if (takes[i] && script == Script::Arabic && isNumber(places[i].other)) {
+            places[i].other = withSignsLast(places[i].other);
         }
         changed = changed || takes[i];
         merged.words += takes[i] ? places[i].other : places[i].base;

@@ -139,6 +139,40 @@ private Q_SLOTS:
         QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), u"Флаги GTK"_s);
     }
 
+    void listedWordsAreTakenAgainstUnlistedOnes()
+    {
+        Reading russian;
+        russian.words = {word(u"Клавиша"_s, 95, 0, 100), word(u"Ноте"_s, 92, 110, 150)};
+        russian.words.first().isListed = true;
+        Reading english;
+        english.words = {word(u"Knabuwa"_s, 40, 0, 100), word(u"Home"_s, 88, 110, 150)};
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), russian.text());
+        english.words.last().isListed = true;
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), u"Клавиша Home"_s);
+        russian.words.last().isListed = true;
+        QCOMPARE(mergedReading(russian, english, Script::Cyrillic).text(), russian.text());
+    }
+
+    void numbersAreThoseOfTheLatinModel()
+    {
+        Reading chinese;
+        chinese.words = {word(u"2918-98-95"_s, 90, 0, 100), word(u"資料"_s, 90, 110, 150)};
+        Reading english;
+        english.words = {word(u"2018-08-05"_s, 88, 0, 100), word(u"BR"_s, 30, 110, 150)};
+        QCOMPARE(mergedReading(chinese, english, Script::TraditionalHan).text(),
+                 u"2018-08-05 資料"_s);
+        english.words.first().confidence = 70;
+        QCOMPARE(mergedReading(chinese, english, Script::TraditionalHan).text(), chinese.text());
+
+        Reading arabic;
+        arabic.words = {word(u"العرض:"_s, 90, 100, 200), word(u"90/8"_s, 80, 0, 60)};
+        english.words = {word(u"%78"_s, 90, 0, 60), word(u"lala"_s, 20, 100, 200)};
+        QCOMPARE(mergedReading(arabic, english, Script::Arabic).text(), u"العرض: 78%"_s);
+        // Digits of Arabic script are its own model's.
+        arabic.words.last().text = u"٧٨"_s;
+        QCOMPARE(mergedReading(arabic, english, Script::Arabic).text(), arabic.text());
+    }
+
     void foreignWordsInArabicKeepTheirOrder()
     {
         // On the screen: (USB 3.0) to the left of the Arabic word.
@@ -226,6 +260,21 @@ private Q_SLOTS:
             indentations({placed(0, 0, u"def width(self):"_s), placed(4, 1, u"if self.empty():"_s),
                           placed(8, 2, u"return 0"_s), placed(4, 3, u"return self.right"_s)}),
             (std::vector<int>{0, 4, 8, 4}));
+    }
+
+    void dotsAreThreeOrOne()
+    {
+        QCOMPARE(repairedText(words({u"삭제"_s, u"중.…"_s}), Script::Korean), u"삭제 중..."_s);
+        QCOMPARE(repairedText(words({u"Open…"_s}), Script::Latin), u"Open…"_s);
+    }
+
+    void linesFromTheRightAreNotIndented()
+    {
+        // Their left ends differ as right ends of others do.
+        QCOMPARE(indentations({{{60, 0, 220, 14}, u"بدل شريط البحث هنا"_s},
+                               {{90, 20, 220, 34}, u"منزلقات لعرضها"_s},
+                               {{40, 40, 220, 54}, u"استخدام المعالج الآن"_s}}),
+                 (std::vector<int>{0, 0, 0}));
     }
 
     void proseIsNotIndented()
