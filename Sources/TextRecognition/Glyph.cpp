@@ -51,10 +51,10 @@ std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Bo
 
 } // namespace
 
-Box inkIn(const GreyImage &picture, Box box)
+Box inkIn(const GreyImage &line, Box box)
 {
-    const auto isBlank = [&picture](int left, int right, int top, int bottom) {
-        return !hasInk(picture, left, right, top, bottom);
+    const auto isBlank = [&line](int left, int right, int top, int bottom) {
+        return !hasInk(line, left, right, top, bottom);
     };
     while (box.top < box.bottom && isBlank(box.left, box.right, box.top, box.top + 1)) {
         ++box.top;

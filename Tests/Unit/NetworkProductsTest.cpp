@@ -15,6 +15,11 @@ using namespace recognition;
 
 namespace {
 
+constexpr std::size_t indexOf(int i)
+{
+    return std::size_t(i);
+}
+
 std::int8_t randomByte(QRandomGenerator &random)
 {
     // The extremes often, as they are where sums in 16 bits would overflow.
@@ -75,11 +80,11 @@ private Q_SLOTS:
                             const int tile = input / tileInputs * tileOutputs * tileInputs;
                             const int within =
                                 output % tileOutputs * tileInputs + input % tileInputs;
-                            weights[std::size_t(strip + tile + within)] = weight;
+                            weights[indexOf(strip + tile + within)] = weight;
                             excess[std::size_t(output)] += 128 * weight;
                             for (int v = 0; v < vectors; ++v) {
-                                expected[std::size_t(v * outputs + output)] +=
-                                    weight * values[std::size_t(v * stride + input)];
+                                expected[indexOf(v * outputs + output)] +=
+                                    weight * values[indexOf(v * stride + input)];
                             }
                         }
                     }
@@ -118,10 +123,10 @@ private Q_SLOTS:
                             weights.values.data() + std::ptrdiff_t(output) * (inputs + 6);
                         int products = 0;
                         for (int input = 0; input < inputs; ++input) {
-                            products += row[2 + input] * vectors[std::size_t(v * stride + input)];
+                            products += row[2 + input] * vectors[indexOf(v * stride + input)];
                         }
                         const int bias = row[inputs + 5] * 127;
-                        const auto at = std::size_t(v * matrix.sumsSize() + output);
+                        const auto at = indexOf(v * matrix.sumsSize() + output);
                         QCOMPARE(sums[at], bias + products);
                         QCOMPARE(twice[at], bias + 2 * products);
                     }
@@ -155,8 +160,8 @@ private Q_SLOTS:
         constexpr int cells = numbersAtOnce;
         for (int i = -600; i <= 600; i += 7) {
             const double x = i * 0.02;
-            std::vector<std::int32_t> sums(4 * cells, i);
-            std::vector<float> scales(4 * cells, 0.02F);
+            std::vector<std::int32_t> sums(indexOf(4 * cells), i);
+            std::vector<float> scales(indexOf(4 * cells), 0.02F);
             std::vector<float> states(cells, 0.75F);
             std::vector<std::int8_t> outputs(cells);
             stepMemory(sums.data(), scales.data(), cells, states.data(), outputs.data());

@@ -2,6 +2,7 @@
 #include "Nonlinearity.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 // What is here becomes part of a function for each generation of processors.
@@ -126,6 +127,7 @@ PART_OF_ALL void applyHere(Nonlinearity function, const std::int32_t *sums, cons
 PART_OF_ALL void stepHere(const std::int32_t *sums, const float *scales, int count, float *states,
                           std::int8_t *outputs)
 {
+    const std::ptrdiff_t cells = count;
     for (int i = 0; i < count; i += numbersAtOnce) {
         Floats input;
         Floats admitted;
@@ -133,9 +135,9 @@ PART_OF_ALL void stepHere(const std::int32_t *sums, const float *scales, int cou
         Floats shown;
         Floats state;
         load(sums + i, scales + i, input);
-        load(sums + count + i, scales + count + i, admitted);
-        load(sums + 2 * count + i, scales + 2 * count + i, kept);
-        load(sums + 3 * count + i, scales + 3 * count + i, shown);
+        load(sums + cells + i, scales + cells + i, admitted);
+        load(sums + 2 * cells + i, scales + 2 * cells + i, kept);
+        load(sums + 3 * cells + i, scales + 3 * cells + i, shown);
         std::memcpy(&state, states + i, sizeof state);
         toTanh(input);
         toLogistic(admitted);
@@ -177,54 +179,51 @@ PART_OF_ALL void shareHere(const std::int32_t *sums, const float *scales, int co
     }
 }
 
-struct Functions
-{
-    decltype(&applyNonlinearity) apply;
-    decltype(&stepMemory) step;
-    decltype(&shareOut) share;
-};
+enum class Processor { Any, Avx2, Avx512 };
 
-#define FUNCTIONS_FOR(name, attribute)                                                             \
-    attribute void apply##name(Nonlinearity function, const std::int32_t *sums,                    \
-                               const float *scales, int count, std::int8_t *outputs)               \
-    {                                                                                              \
-        applyHere(function, sums, scales, count, outputs);                                         \
-    }                                                                                              \
-    attribute void step##name(const std::int32_t *sums, const float *scales, int count,            \
-                              float *states, std::int8_t *outputs)                                 \
-    {                                                                                              \
-        stepHere(sums, scales, count, states, outputs);                                            \
-    }                                                                                              \
-    attribute void share##name(const std::int32_t *sums, const float *scales, int count,           \
-                               float *shares)                                                      \
-    {                                                                                              \
-        shareHere(sums, scales, count, shares);                                                    \
-    }                                                                                              \
-    constexpr Functions functions##name{apply##name, step##name, share##name};
-
-FUNCTIONS_FOR(Anywhere, )
-#if defined(__x86_64__)
-FUNCTIONS_FOR(Avx2, __attribute__((target("avx2,fma"))))
-FUNCTIONS_FOR(Avx512, __attribute__((target("avx512f,avx512bw"))))
-#endif
-
-Functions fastest()
+Processor processor()
 {
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw")) {
-        return functionsAvx512;
+        return Processor::Avx512;
     }
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) {
-        return functionsAvx2;
+        return Processor::Avx2;
     }
 #endif
-    return functionsAnywhere;
+    return Processor::Any;
 }
 
-const Functions &functions()
+#if defined(__x86_64__)
+template <typename Work>
+__attribute__((target("avx512f,avx512bw"))) void onAvx512(const Work &work)
 {
-    static const Functions found = fastest();
-    return found;
+    work();
+}
+
+template <typename Work>
+__attribute__((target("avx2,fma"))) void onAvx2(const Work &work)
+{
+    work();
+}
+#endif
+
+/// `work` has to be inline always, to become part of the function for this processor.
+template <typename Work>
+void onThisProcessor(const Work &work)
+{
+    static const Processor here = processor();
+#if defined(__x86_64__)
+    if (here == Processor::Avx512) {
+        onAvx512(work);
+        return;
+    }
+    if (here == Processor::Avx2) {
+        onAvx2(work);
+        return;
+    }
+#endif
+    work();
 }
 
 } // namespace
@@ -232,18 +231,23 @@ const Functions &functions()
 void applyNonlinearity(Nonlinearity function, const std::int32_t *sums, const float *scales,
                        int count, std::int8_t *outputs)
 {
-    functions().apply(function, sums, scales, count, outputs);
+    onThisProcessor([=]() __attribute__((always_inline)) {
+        applyHere(function, sums, scales, count, outputs);
+    });
 }
 
 void stepMemory(const std::int32_t *sums, const float *scales, int count, float *states,
                 std::int8_t *outputs)
 {
-    functions().step(sums, scales, count, states, outputs);
+    onThisProcessor([=]() __attribute__((always_inline)) {
+        stepHere(sums, scales, count, states, outputs);
+    });
 }
 
 void shareOut(const std::int32_t *sums, const float *scales, int count, float *shares)
 {
-    functions().share(sums, scales, count, shares);
+    onThisProcessor([=]()
+                        __attribute__((always_inline)) { shareHere(sums, scales, count, shares); });
 }
 
 } // namespace recognition

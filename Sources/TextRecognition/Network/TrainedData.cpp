@@ -27,7 +27,7 @@ TrainedData TrainedData::read(const QString &path, bool withWords)
         return data;
     }
     std::vector<std::int64_t> offsets(count);
-    const auto table = qint64(count * sizeof(std::int64_t));
+    const auto table = qint64(count) * qint64(sizeof(std::int64_t));
     if (file.read(reinterpret_cast<char *>(offsets.data()), table) != table) {
         return data;
     }
