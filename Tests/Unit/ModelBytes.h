@@ -21,23 +21,32 @@ public:
     {
         std::array<char, sizeof(T)> raw{};
         std::memcpy(raw.data(), &value, sizeof(T));
-        m_bytes.insert(m_bytes.end(), raw.begin(), raw.end());
+        appendBytes(raw);
         return *this;
     }
     ByteWriter &text(std::string_view value)
     {
         put(std::uint32_t(value.size()));
-        m_bytes.insert(m_bytes.end(), value.begin(), value.end());
+        appendBytes(value);
         return *this;
     }
     ByteWriter &append(const ByteWriter &other)
     {
-        m_bytes.insert(m_bytes.end(), other.m_bytes.begin(), other.m_bytes.end());
+        appendBytes(other.m_bytes);
         return *this;
     }
     std::span<const char> bytes() const { return m_bytes; }
 
 private:
+    // One by one: GCC 12 takes what inserting them together does for writing past the end.
+    template <typename Bytes>
+    void appendBytes(const Bytes &bytes)
+    {
+        for (const char byte : bytes) {
+            m_bytes.push_back(byte);
+        }
+    }
+
     std::vector<char> m_bytes;
 };
 
