@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VerticalText.h"
 
+#include "Glyph.h"
 #include "LineImage.h"
 #include "TextRepair.h"
 
@@ -19,9 +20,6 @@ constexpr std::size_t fewestLetters = 8;
 
 /// Pages with more marks are screens, where comparing all with all would take too long.
 constexpr std::size_t mostMarks = 3000;
-
-/// Darker pixels are ink.
-constexpr int ink = 128;
 
 /// Readings less sure than this are chance.
 constexpr double leastConfidence = 60;
@@ -48,26 +46,27 @@ int letterSizeOf(const std::vector<Mark> &marks)
 
 /// The columns of ink, from the right. Parts of letters that stand apart, nearer to each other
 /// than columns ever do, are put together.
-std::vector<std::pair<int, int>> columnsOf(const GreyImage &picture)
+std::vector<Box> columnsOf(const GreyImage &picture)
 {
-    std::vector<std::pair<int, int>> columns;
-    int start = -1;
-    for (int x = picture.width; x >= 0; --x) {
-        bool hasInk = false;
-        for (int y = 0; x < picture.width && x >= 0 && y < picture.height && !hasInk; ++y) {
-            hasInk = picture.at(x, y) < ink;
+    std::vector<Box> columns;
+    int right = picture.width;
+    while (right > 0) {
+        const Box pixels{right - 1, 0, right, picture.height};
+        if (inkIn(picture, pixels).isEmpty()) {
+            --right;
+            continue;
         }
-        if (hasInk && start < 0) {
-            start = x + 1;
-        } else if ((!hasInk || x == 0) && start >= 0) {
-            const int left = hasInk ? x : x + 1;
-            if (!columns.empty() && columns.back().first - start < preparedLetterHeight / 4 &&
-                columns.back().second - left < preparedLetterHeight * 3 / 2) {
-                columns.back().first = left;
-            } else {
-                columns.emplace_back(left, start);
-            }
-            start = -1;
+        Box column = pixels;
+        while (column.left > 0 &&
+               !inkIn(picture, {column.left - 1, 0, column.left, picture.height}).isEmpty()) {
+            --column.left;
+        }
+        right = column.left;
+        if (!columns.empty() && columns.back().left - column.right < preparedLetterHeight / 4 &&
+            columns.back().right - column.left < preparedLetterHeight * 3 / 2) {
+            columns.back().unite(column);
+        } else {
+            columns.push_back(column);
         }
     }
     return columns;
@@ -160,8 +159,7 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
     std::vector<PageLine> lines;
     double sureness = 0;
     int characters = 0;
-    for (const auto &[left, right] : columnsOf(image.picture)) {
-        const Box column{left, 0, right, image.picture.height};
+    for (const Box &column : columnsOf(image.picture)) {
         const Reading reading = engine->read(turnedLeft(cropped(image.picture, column)));
         if (reading.isEmpty()) {
             continue;
@@ -175,9 +173,10 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
             top = std::min(top, word.box.left);
             bottom = std::max(bottom, word.box.right);
         }
-        lines.push_back({{int(image.pageX(left)), int((top - image.offsetY) / image.scale),
-                          int(image.pageX(right)), int((bottom - image.offsetY) / image.scale)},
-                         {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
+        lines.push_back(
+            {{int(image.pageX(column.left)), int((top - image.offsetY) / image.scale),
+              int(image.pageX(column.right)), int((bottom - image.offsetY) / image.scale)},
+             {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
     }
     if (characters == 0 || sureness < leastConfidence * characters) {
         return {};

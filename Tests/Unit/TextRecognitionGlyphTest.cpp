@@ -77,6 +77,7 @@ private Q_SLOTS:
         const auto capital = glyphOf(u"L"_s, family);
         QVERIFY(small && capital);
         QVERIFY(!isSmallL(*capital));
+        // A serif's feet are as wide as a capital's: what cannot be told stays as it was read.
         if (family != u"DejaVu Serif"_s) {
             QVERIFY(isSmallL(*small));
         }

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Alphabet.h"
 
-#include <QHash>
 #include <QList>
-#include <QStringList>
 
 #include <algorithm>
 #include <map>

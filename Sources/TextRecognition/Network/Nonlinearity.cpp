@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Nonlinearity.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
