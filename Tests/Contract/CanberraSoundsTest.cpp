@@ -78,17 +78,23 @@ public:
     bool start()
     {
         m_processes.push_back(std::make_unique<Process>(u"pipewire"_s));
+        // The session manager ends at once where it finds no server, and nobody else makes an
+        // output the default.
+        if (!eventually(u"pw-cli"_s, {u"info"_s, u"0"_s})) {
+            return false;
+        }
         m_processes.push_back(std::make_unique<Process>(u"wireplumber"_s));
         m_processes.push_back(std::make_unique<Process>(u"pipewire-pulse"_s));
-        return eventually({u"load-module"_s, u"module-null-sink"_s, u"sink_name=test"_s}) &&
-               eventually({u"set-default-sink"_s, u"test"_s});
+        return eventually(u"pactl"_s,
+                          {u"load-module"_s, u"module-null-sink"_s, u"sink_name=test"_s}) &&
+               eventually(u"pactl"_s, {u"set-default-sink"_s, u"test"_s});
     }
 
 private:
-    static bool eventually(const QStringList &command)
+    static bool eventually(const QString &program, const QStringList &arguments)
     {
         constexpr int longestStart = 20000;
-        return QTest::qWaitFor([&] { return succeeds(u"pactl"_s, command); }, longestStart);
+        return QTest::qWaitFor([&] { return succeeds(program, arguments); }, longestStart);
     }
 
     std::vector<std::unique_ptr<Process>> m_processes;
@@ -155,8 +161,8 @@ void CanberraSoundsTest::init()
 
 bool CanberraSoundsTest::canServe()
 {
-    const QStringList programs{u"pipewire"_s, u"wireplumber"_s, u"pipewire-pulse"_s, u"pactl"_s,
-                               u"parec"_s};
+    const QStringList programs{u"pipewire"_s,       u"pw-cli"_s, u"wireplumber"_s,
+                               u"pipewire-pulse"_s, u"pactl"_s,  u"parec"_s};
     return std::all_of(programs.cbegin(), programs.cend(), [](const QString &program) {
         return !QStandardPaths::findExecutable(program).isEmpty();
     });
