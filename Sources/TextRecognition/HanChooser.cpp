@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "HanChooser.h"
 
+#include "Places.h"
+
 #include <algorithm>
 
 namespace recognition {
@@ -20,6 +22,15 @@ constexpr double kanaBonus = 10;
 
 /// A line counts against a model by no more than this, or one with foreign words would decide.
 constexpr double mostHanDoubt = 10;
+
+/// One character counts by no more than this for either form.
+constexpr double mostFormLead = 20;
+
+/// Lines that tell simplified from traditional characters.
+constexpr std::size_t formLines = 8;
+
+/// By less than this in all, neither form leads.
+constexpr double clearFormLead = 6;
 
 /// Japanese readings with this share of characters that simplified Chinese does not write, and at
 /// least so many, are of text that is not simplified. Of simplified text they have less than half.
@@ -42,6 +53,11 @@ bool writtenInFull(QChar c)
         u"約紅級紙細終組結給統經綜綠維網緊線練編緩縮總績織繪繼續缺羅義習聯聲職聽肅脈腦腳膽"
         u"臨與興舉舊艙芻莊華萬葉號處虛蘭術補裝製複襲規視親覺覽觀觸訂");
     return characters.contains(c);
+}
+
+bool hasHan(const QString &text)
+{
+    return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return isHan(c.unicode()); });
 }
 
 int kanaIn(const QString &text)
@@ -94,12 +110,56 @@ JapaneseText japaneseText(const std::vector<LineTask *> &tasks, std::size_t line
     return text;
 }
 
+/// How much surer one Chinese model is than the other where they read different characters, summed
+/// over the characters: where they agree, neither says anything of which form is written.
+double formEvidence(const Reading &mine, const Reading &others)
+{
+    double sum = 0;
+    for (const Place &place : placesOf(mine, others)) {
+        const QString a = Reading{{}, place.base}.text();
+        const QString b = Reading{{}, place.other}.text();
+        if (a.isEmpty() || b.isEmpty() || a == b || !hasHan(a) || !hasHan(b)) {
+            continue;
+        }
+        const double lead = confidence(place.base) - confidence(place.other);
+        sum += std::clamp(lead, -mostFormLead, mostFormLead) * double(std::max(a.size(), b.size()));
+    }
+    return sum;
+}
+
+/// The Chinese model among `models` that is surer of the forms of characters; `best` unless both
+/// are there and one is clearly surer.
+QString chineseModel(const std::vector<LineTask *> &tasks, const QStringList &models,
+                     const QString &best, EngineCache &engines)
+{
+    QString other;
+    for (const QString &model : models) {
+        if (model != best && Languages::scriptOf(model) != Script::Japanese) {
+            other = model;
+        }
+    }
+    if (other.isEmpty()) {
+        return best;
+    }
+    double evidence = 0;
+    for (std::size_t line = 0; line < std::min(tasks.size(), formLines); ++line) {
+        LineTask &task = *tasks[line];
+        const auto reading = [&](const QString &model) {
+            return task.length() <= hanSampleLength
+                       ? task.read(engines, model)
+                       : task.sample(engines, model, hanSampleLength, false);
+        };
+        evidence += formEvidence(reading(best), reading(other));
+    }
+    return evidence < -clearFormLead ? other : best;
+}
+
 } // namespace
 
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
                  EngineCache &engines, Workers &workers)
 {
-    const std::size_t lines = std::min(tasks.size(), hanLines);
+    const std::size_t lines = std::min(tasks.size(), formLines);
     QStringList models = candidates;
     for (const QString &model : candidates) {
         if (Languages::scriptOf(model) != Script::Japanese || candidates.size() == 1) {
@@ -139,7 +199,10 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &candid
             sums[k] -= weight * std::min(mostHanDoubt, best - scores[line * count + k]);
         }
     }
-    return models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
+    const QString &best = models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
+    return Languages::scriptOf(best) == Script::Japanese
+               ? best
+               : chineseModel(tasks, models, best, engines);
 }
 
 } // namespace recognition

@@ -106,6 +106,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     }
 
     const std::vector<Rows> used = rowsOf(line, box);
+    const std::optional<GreyImage> aliased = aliasedInk(page, box);
     GreyImage flat(box.width(), box.height(), 255);
     for (int x = box.left; x < box.right; ++x) {
         const Tones tones = tonesAt(stretches, x);
@@ -115,6 +116,10 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
         const double slope = 255.0 / (tones.ink - tones.background);
         const Rows &at = used[std::size_t(x - box.left)];
         for (int y = at.top; y < at.bottom; ++y) {
+            if (aliased) {
+                flat.row(y - box.top)[x - box.left] = aliased->at(x - box.left, y - box.top);
+                continue;
+            }
             const double ink = std::clamp((page.at(x, y) - tones.background) * slope, 0.0, 255.0);
             flat.row(y - box.top)[x - box.left] = std::uint8_t(255 - std::lround(ink));
         }
@@ -140,7 +145,8 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     scale = std::min({scale, 6.0, double(longest) / box.width()});
     const int width = std::max(1, int(std::lround(box.width() * scale)));
     const int rows = std::max(1, int(std::lround(box.height() * scale)));
-    if (isBilevel(flat)) {
+    result.isBilevel = isBilevel(flat);
+    if (result.isBilevel) {
         flat = softened(flat);
     }
     const GreyImage scaled = resampled(flat, width, rows);

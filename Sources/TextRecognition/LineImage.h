@@ -21,6 +21,8 @@ struct LineImage
     double offsetY = 0;
     /// Grey levels between ink and background at its best word.
     int contrast = 0;
+    /// Whether it was of two tones, as type without anti-aliasing is, before it was prepared.
+    bool isBilevel = false;
 
     bool isEmpty() const { return picture.isEmpty(); }
     /// The page's column of a column of `picture`.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LineReader.h"
 
+#include "ForeignScript.h"
 #include "HanChooser.h"
 #include "IconFilter.h"
 #include "LanguageChooser.h"
@@ -58,6 +59,9 @@ public:
     {
         for (const Script script : languages.scripts()) {
             m_candidates.append(languages.models(script).first());
+            if (script != Script::Latin) {
+                m_foreignModels.append(m_candidates.last());
+            }
         }
         m_latin = languages.models(Script::Latin).value(0);
     }
@@ -177,6 +181,9 @@ private:
             }
         }
         if (m_foreign.isEmpty()) {
+            m_foreign = foreignModel(m_tasks, m_foreignModels, m_engines, m_workers);
+        }
+        if (m_foreign.isEmpty()) {
             return;
         }
         const bool misled = sure.value(m_foreign) > sure.value(m_main);
@@ -283,6 +290,9 @@ private:
             return;
         }
         task.best = mixedReading(task, second, mixedGate, m_engines);
+        if (runsFromRight(task.best.text(), task.script)) {
+            task.script = Script::Arabic;
+        }
     }
 
     std::vector<LineTask> &m_tasks;
@@ -291,6 +301,8 @@ private:
     Workers &m_workers;
     /// One model per script.
     QStringList m_candidates;
+    /// Those of other scripts than Latin.
+    QStringList m_foreignModels;
     /// What most of the page is in.
     QString m_main;
     /// The language of Latin script that is on the page.

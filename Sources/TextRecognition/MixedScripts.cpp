@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "MixedScripts.h"
 
+#include "DoubtfulParts.h"
 #include "Languages.h"
+#include "Places.h"
 
 #include <QRegularExpression>
 
@@ -25,53 +27,6 @@ constexpr double sureListed = 75;
 
 /// A number must be read this surely to be taken from the other reading.
 constexpr double leastNumber = 80;
-
-/// Words of both readings that stand on the same place.
-struct Place
-{
-    Box box;
-    QList<ReadWord> base;
-    QList<ReadWord> other;
-};
-
-bool standTogether(const Box &a, const Box &b)
-{
-    return 10 * horizontalOverlap(a, b) > 3 * std::min(a.width(), b.width());
-}
-
-std::vector<Place> placesOf(const Reading &base, const Reading &other)
-{
-    std::vector<Place> places;
-    const auto add = [&places](const ReadWord &word, QList<ReadWord> Place::*list) {
-        Place mine;
-        mine.box = word.box;
-        std::vector<Place> apart;
-        for (Place &place : places) {
-            if (!standTogether(place.box, mine.box)) {
-                apart.push_back(std::move(place));
-                continue;
-            }
-            mine.box.unite(place.box);
-            mine.base.append(place.base);
-            mine.other.append(place.other);
-        }
-        (mine.*list).append(word);
-        apart.push_back(std::move(mine));
-        places = std::move(apart);
-    };
-    for (const ReadWord &word : base.words) {
-        add(word, &Place::base);
-    }
-    for (const ReadWord &word : other.words) {
-        add(word, &Place::other);
-    }
-    return places;
-}
-
-double confidence(const QList<ReadWord> &words)
-{
-    return Reading{{}, words}.confidence();
-}
 
 bool hasLetters(const QList<ReadWord> &words)
 {
@@ -125,6 +80,9 @@ bool takesOther(const Place &place, Script script)
     if (other < leastOther) {
         return false;
     }
+    if (script == Script::Latin && isAlike(place.other)) {
+        return false;
+    }
     if (script == Script::Cyrillic && (isAlike(place.base) || isListedAlone(place))) {
         return true;
     }
@@ -140,22 +98,6 @@ bool takesOther(const Place &place, Script script)
     const bool writtenInWords =
         script == Script::Arabic || script == Script::Cyrillic || script == Script::Korean;
     return writtenInWords && (base < weakBase || other >= sureOther);
-}
-
-/// Whether words are a number in European digits, or a date, with its marks. The models of Latin
-/// script read those best; others see 9 in a 0 with a stroke, or more digits in a per cent sign.
-bool isNumber(const QList<ReadWord> &words)
-{
-    bool hasDigit = false;
-    for (const ReadWord &word : words) {
-        for (const QChar c : word.text) {
-            if (c.isLetter() || (c.isDigit() && c > u'9')) {
-                return false;
-            }
-            hasDigit = hasDigit || c.isDigit();
-        }
-    }
-    return hasDigit;
 }
 
 /// Whether the other reading of a number is to be believed: by a model of Latin script that is
@@ -246,53 +188,24 @@ void sortLogically(QList<ReadWord> &words, bool fromRight)
 }
 
 /// A part of a line that looks less likely than this to be of another script is not asked for it,
-/// unless it is too short, in prepared pixels, to look like anything.
+/// unless it is too short, in prepared pixels, to look like anything. Arabic looks so from a few
+/// letters on.
 constexpr double unlikelyPart = 0.005;
 constexpr int shortPart = 6 * preparedLetterHeight;
+constexpr int shortArabicPart = 2 * preparedLetterHeight;
 
-/// Columns of a prepared line.
-struct Part
-{
-    int left = 0;
-    int right = 0;
-};
-
-/// Whether another script's model is to be asked about a word though its own model is sure: about
-/// Cyrillic ones that are in no list, and about numbers.
-bool isWorthAsking(const ReadWord &word, Script script)
-{
-    if (script == Script::Cyrillic) {
-        return !word.isListed && countLetters(word.text, script).all() > 1;
-    }
-    return script != Script::Latin && word.text.size() > 1 && isNumber({word});
-}
-
-/// From the first to the last word that the line's model is less than `sure` of, with half the
-/// gaps to its neighbours.
-Part doubtfulPart(const LineTask &task, double sure)
-{
-    Part doubtful{task.image().picture.width, 0};
-    for (const ReadWord &word : task.best.words) {
-        if (word.confidence < sure || isWorthAsking(word, task.script)) {
-            doubtful.left = std::min(doubtful.left, word.box.left);
-            doubtful.right = std::max(doubtful.right, word.box.right);
-        }
-    }
-    if (doubtful.right <= doubtful.left) {
-        return doubtful;
-    }
-    Part outer{0, task.image().picture.width};
-    for (const ReadWord &word : task.best.words) {
-        if (word.box.right <= doubtful.left) {
-            outer.left = std::max(outer.left, (word.box.right + doubtful.left) / 2);
-        } else if (word.box.left >= doubtful.right) {
-            outer.right = std::min(outer.right, (word.box.left + doubtful.right) / 2);
-        }
-    }
-    return outer;
-}
+/// Latin names in Arabic text are common, the reverse is not, so that a line with so many Latin
+/// letters to one Arabic one is an Arabic line.
+constexpr int latinPerArabic = 3;
 
 } // namespace
+
+bool runsFromRight(const QString &text, Script script)
+{
+    const LetterCount letters = countLetters(text, Script::Arabic);
+    return script == Script::Arabic || (script == Script::Latin && letters.own > 1 &&
+                                        latinPerArabic * letters.own >= letters.latin);
+}
 
 Reading mergedReading(const Reading &base, const Reading &other, Script script)
 {
@@ -332,28 +245,35 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     if (!changed) {
         return base;
     }
-    sortLogically(merged.words, script == Script::Arabic);
+    sortLogically(merged.words, runsFromRight(merged.text(), script));
     return merged;
 }
 
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines)
 {
-    const Part part = doubtfulPart(task, sure);
-    if (part.right <= part.left) {
+    const std::vector<LinePart> parts =
+        doubtfulParts(task.best.words, task.script, task.image().picture.width, sure);
+    int doubtful = 0;
+    for (const LinePart &part : parts) {
+        doubtful += part.width();
+    }
+    if (doubtful == 0) {
         return task.best;
     }
-    if (part.right - part.left > shortPart) {
-        const KindShares kinds = task.kindsOfPart(part.left, part.right);
-        if (kinds[std::size_t(kindOf(Languages::scriptOf(second)))] < unlikelyPart) {
-            return task.best;
-        }
-    }
+    const auto kind = std::size_t(kindOf(Languages::scriptOf(second)));
     // What is most of the line is read better with the rest. The models of Cyrillic are sure of
     // Latin capitals that look like theirs, so that any part may be meant.
-    const bool isWhole = task.script == Script::Cyrillic ||
-                         3 * (part.right - part.left) >= 2 * task.image().picture.width;
-    const Reading other = isWhole ? task.read(engines, second)
-                                  : task.readPart(engines, second, part.left, part.right);
+    if (task.script == Script::Cyrillic || 3 * doubtful >= 2 * task.image().picture.width) {
+        return mergedReading(task.best, task.read(engines, second), task.script);
+    }
+    const int shortest = task.script == Script::Arabic ? shortArabicPart : shortPart;
+    Reading other{second, {}};
+    for (const LinePart &part : parts) {
+        if (part.hasNumber || part.width() <= shortest ||
+            task.kindsOfPart(part.left, part.right)[kind] >= unlikelyPart) {
+            other.words += task.readPart(engines, second, part.left, part.right).words;
+        }
+    }
     return mergedReading(task.best, other, task.script);
 }
 

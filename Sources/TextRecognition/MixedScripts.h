@@ -20,4 +20,7 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script);
 /// though it might be of that script.
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines);
 
+/// Whether a line that is mainly of `script` runs from right to left.
+bool runsFromRight(const QString &text, Script script);
+
 } // namespace recognition

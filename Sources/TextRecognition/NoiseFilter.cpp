@@ -38,6 +38,19 @@ bool writesWithAlphabet(Script script)
     return script == Script::Latin || script == Script::Cyrillic || script == Script::Arabic;
 }
 
+/// Whether a line of Chinese, Japanese or Korean holds two characters read surely: among thousands
+/// that is no chance.
+bool hasSureCharacters(const LineTask &task)
+{
+    constexpr double sure = 85;
+    int count = 0;
+    for (const ReadWord &word : task.best.words) {
+        count += word.confidence >= sure ? countLetters(word.text, task.script).own : 0;
+    }
+    return !writesWithAlphabet(task.script) && count >= 2 &&
+           2 * count >= task.best.characters();
+}
+
 /// The confidence below which a line is taken for noise. The shorter the line and the less text
 /// around it, the surer the model has to be.
 double leastConfidence(const LineTask &task, const Evidence &page)
@@ -60,13 +73,17 @@ double leastConfidence(const LineTask &task, const Evidence &page)
         page.goodCharacters > 8) {
         return characters <= 2 ? 45 : 35;
     }
+    if (hasSureCharacters(task)) {
+        return 0;
+    }
     if (characters <= 2) {
         return page.goodCharacters > 8 ? 60 : 80;
     }
     if (characters <= 4) {
         return page.goodCharacters > 8 ? 50 : 72;
     }
-    if (characters >= 8 && letters >= 5 && page.goodCharacters > 8) {
+    // So much in two tones alone is drawn as type without anti-aliasing is, which is hard to read.
+    if (characters >= 8 && letters >= 5 && (page.goodCharacters > 8 || task.image().isBilevel)) {
         return 15;
     }
     return 50;
@@ -84,7 +101,7 @@ bool isNoise(const LineTask &task, const Evidence &page)
         return true;
     }
     // Among many things that were not read, what was is likely chance.
-    if (page.lines < 5 || page.goodLines * 10 >= page.lines * 3) {
+    if (hasSureCharacters(task) || page.lines < 5 || page.goodLines * 10 >= page.lines * 3) {
         return false;
     }
     const double sure = writesWithAlphabet(task.script) ? 90 : 80;

@@ -38,20 +38,6 @@ bool hasOwnShapes(const QString &text)
                        [](QChar c) { return isCyrillic(c.unicode()) && !alike.contains(c); });
 }
 
-/// How sure a model is of a sample of its own script, less what few letters may be by chance.
-double scriptScore(const Reading &reading, Script script)
-{
-    const LetterCount letters = countLetters(reading.text(), script);
-    if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits) {
-        return 0;
-    }
-    if (script == Script::Cyrillic && !hasOwnShapes(reading.text())) {
-        return 0;
-    }
-    const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
-    return reading.confidence() - few;
-}
-
 double sampleScore(LineTask &task, const QString &model, EngineCache &engines)
 {
     const Script script = Languages::scriptOf(model);
@@ -130,6 +116,19 @@ std::vector<Candidate> byLikelihood(const QStringList &models, const std::vector
 }
 
 } // namespace
+
+double scriptScore(const Reading &reading, Script script)
+{
+    const LetterCount letters = countLetters(reading.text(), script);
+    if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits) {
+        return 0;
+    }
+    if (script == Script::Cyrillic && !hasOwnShapes(reading.text())) {
+        return 0;
+    }
+    const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;
+    return reading.confidence() - few;
+}
 
 QString otherScript(LineTask &task, const QStringList &candidates, double least,
                     EngineCache &engines)

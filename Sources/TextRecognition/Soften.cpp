@@ -1,9 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "Soften.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdlib>
 
 namespace recognition {
+
+std::optional<GreyImage> aliasedInk(const GreyImage &page, const Box &box)
+{
+    // Source code has a handful of colours; letters with smooth edges have dozens of greys.
+    constexpr int mostGreys = 6;
+    // In per cent: of the box, and of what stands out most.
+    constexpr int leastBackground = 60;
+    constexpr int faintest = 30;
+    std::array<int, 256> counts{};
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) {
+            ++counts[page.at(x, y)];
+        }
+    }
+    const auto isThere = [](int count) {
+        return count > 0;
+    };
+    const auto background = std::max_element(counts.begin(), counts.end());
+    if (std::count_if(counts.begin(), counts.end(), isThere) > mostGreys ||
+        100 * *background < leastBackground * box.width() * box.height()) {
+        return {};
+    }
+    const int paper = int(background - counts.begin());
+    int strongest = 0;
+    for (int grey = 0; grey < int(counts.size()); ++grey) {
+        strongest = std::max(strongest, counts[std::size_t(grey)] > 0 ? std::abs(grey - paper) : 0);
+    }
+    GreyImage ink(box.width(), box.height(), 255);
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) {
+            if (100 * std::abs(page.at(x, y) - paper) >= faintest * std::max(1, strongest)) {
+                ink.row(y - box.top)[x - box.left] = 0;
+            }
+        }
+    }
+    return ink;
+}
 
 bool isBilevel(const GreyImage &flat)
 {

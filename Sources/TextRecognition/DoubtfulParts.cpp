@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "DoubtfulParts.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+/// A word between two doubtful ones is doubtful too if it is less sure than this: a word of another
+/// script is often read as several, and some of them by chance with confidence.
+constexpr double sureBetween = 90;
+
+/// A number of one digit is hardly wider than high, or more stands there than was read.
+bool isWiderThanRead(const ReadWord &word)
+{
+    return word.text.size() > 1 || word.box.width() > word.box.height();
+}
+
+/// Whether another script's model is to be asked about a word though its own model is sure: about
+/// Cyrillic ones that are in no list, and about numbers. The models of Latin script read those
+/// best; others see 9 in a 0 with a stroke, or more digits in a per cent sign.
+bool isWorthAsking(const ReadWord &word, Script script)
+{
+    if (script == Script::Cyrillic) {
+        return !word.isListed && countLetters(word.text, script).all() > 1;
+    }
+    return script != Script::Latin && isNumber({word}) && isWiderThanRead(word);
+}
+
+/// Quotation marks and brackets, which belong to what they stand beside.
+bool isEnclosing(const ReadWord &word)
+{
+    return std::all_of(word.text.cbegin(), word.text.cend(), [](QChar c) {
+        return c == u'\'' || c == u'"' || c.category() == QChar::Punctuation_Open ||
+               c.category() == QChar::Punctuation_Close ||
+               c.category() == QChar::Punctuation_InitialQuote ||
+               c.category() == QChar::Punctuation_FinalQuote;
+    });
+}
+
+/// Which of `words`, from the left, are doubtful.
+std::vector<bool> doubtsOf(const QList<ReadWord> &words, Script script, double sure)
+{
+    std::vector<bool> asked;
+    for (const ReadWord &word : words) {
+        asked.push_back(word.confidence < sure || isWorthAsking(word, script));
+    }
+    std::vector<bool> doubts = asked;
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        const ReadWord &word = words[qsizetype(i)];
+        const bool before = i > 0 && asked[i - 1];
+        const bool after = i + 1 < asked.size() && asked[i + 1];
+        if ((before && after && word.confidence < sureBetween) ||
+            ((before || after) && isEnclosing(word))) {
+            doubts[i] = true;
+        }
+    }
+    return doubts;
+}
+
+} // namespace
+
+bool isNumber(const QList<ReadWord> &words)
+{
+    bool hasDigit = false;
+    for (const ReadWord &word : words) {
+        for (const QChar c : word.text) {
+            if (c.isLetter() || (c.isDigit() && c > u'9')) {
+                return false;
+            }
+            hasDigit = hasDigit || c.isDigit();
+        }
+    }
+    return hasDigit;
+}
+
+std::vector<LinePart> doubtfulParts(QList<ReadWord> words, Script script, int width, double sure)
+{
+    std::stable_sort(words.begin(), words.end(), [](const ReadWord &a, const ReadWord &b) {
+        return a.box.centreX2() < b.box.centreX2();
+    });
+    const std::vector<bool> doubts = doubtsOf(words, script, sure);
+    std::vector<LinePart> parts;
+    int border = 0;
+    bool goesOn = false;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const int left = border;
+        border = i + 1 < words.size()
+                     ? std::max(left, (words[i].box.right + words[i + 1].box.left) / 2)
+                     : width;
+        if (!doubts[std::size_t(i)] || border == left) {
+            goesOn = goesOn && border == left;
+            continue;
+        }
+        if (!goesOn) {
+            parts.push_back({left, border, false});
+        }
+        goesOn = true;
+        parts.back().right = border;
+        parts.back().hasNumber = parts.back().hasNumber || isNumber({words[i]});
+    }
+    return parts;
+}
+
+} // namespace recognition

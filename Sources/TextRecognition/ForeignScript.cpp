@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "ForeignScript.h"
+
+#include "DoubtfulParts.h"
+#include "Languages.h"
+#include "ScriptChooser.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+/// Latin words less sure than this may be of another script.
+constexpr double doubtfulWord = 75;
+
+/// The widest parts tell; a part narrower than a letter, in prepared pixels, tells nothing.
+constexpr std::size_t mostSamples = 4;
+constexpr int narrowest = preparedLetterHeight;
+
+/// A kind of writing that the parts look less likely to be than this is not asked for.
+constexpr double unlikely = 0.1;
+
+/// How sure a model must be of the parts, and how much surer than the Latin one.
+constexpr double leastForeign = 62;
+constexpr double advantage = 8;
+
+/// Fewer letters of its own may be chance.
+int fewestLetters(Script script)
+{
+    return kindOf(script) == WritingKind::Chinese || script == Script::Korean ? 2 : 4;
+}
+
+struct Sample
+{
+    LineTask *line = nullptr;
+    LinePart part;
+    /// How sure the Latin model is of it.
+    double confidence = 0;
+};
+
+/// What the Latin model read of `line` within `part`.
+Reading within(const LineTask &line, const LinePart &part)
+{
+    Reading reading{line.best.model, {}};
+    for (const ReadWord &word : line.best.words) {
+        if (word.box.centreX2() >= 2 * part.left && word.box.centreX2() < 2 * part.right) {
+            reading.words.append(word);
+        }
+    }
+    return reading;
+}
+
+std::vector<Sample> samplesOf(std::vector<LineTask> &tasks)
+{
+    std::vector<Sample> samples;
+    for (LineTask &task : tasks) {
+        if (task.script != Script::Latin) {
+            continue;
+        }
+        for (const LinePart &part : doubtfulParts(task.best.words, task.script,
+                                                  task.image().picture.width, doubtfulWord)) {
+            if (part.width() >= narrowest) {
+                samples.push_back({&task, part, within(task, part).confidence()});
+            }
+        }
+    }
+    std::stable_sort(samples.begin(), samples.end(), [](const Sample &a, const Sample &b) {
+        return a.part.width() > b.part.width();
+    });
+    samples.resize(std::min(samples.size(), mostSamples));
+    return samples;
+}
+
+} // namespace
+
+QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates,
+                     EngineCache &engines, const Workers &workers)
+{
+    const std::vector<Sample> samples = samplesOf(tasks);
+    KindShares kinds{};
+    double whole = 0;
+    double latin = 0;
+    for (const Sample &sample : samples) {
+        const double width = sample.part.width();
+        const KindShares mine = sample.line->kindsOfPart(sample.part.left, sample.part.right);
+        for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
+            kinds[kind] += width * mine[kind];
+        }
+        whole += width;
+        latin += width * sample.confidence;
+    }
+    QStringList models = candidates;
+    models.removeIf([&](const QString &model) {
+        return kinds[std::size_t(kindOf(Languages::scriptOf(model)))] < unlikely * whole;
+    });
+    std::vector<double> scores(std::size_t(models.size()), 0);
+    workers.forEach(scores.size(), [&](std::size_t i) {
+        const QString &model = models[qsizetype(i)];
+        const Script script = Languages::scriptOf(model);
+        int letters = 0;
+        for (const Sample &sample : samples) {
+            const Reading reading =
+                sample.line->readPart(engines, model, sample.part.left, sample.part.right);
+            letters += countLetters(reading.text(), script).own;
+            scores[i] += sample.part.width() * scriptScore(reading, script);
+        }
+        if (letters < fewestLetters(script)) {
+            scores[i] = 0;
+        }
+    });
+    const auto best = std::max_element(scores.begin(), scores.end());
+    if (best == scores.end() || *best < leastForeign * whole || *best < latin + advantage * whole) {
+        return {};
+    }
+    return models[best - scores.begin()];
+}
+
+} // namespace recognition
