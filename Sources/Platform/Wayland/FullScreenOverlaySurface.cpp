@@ -2,12 +2,42 @@
 #include "Platform/Wayland/FullScreenOverlaySurface.h"
 
 #include "Platform/ScreenImage.h"
+#include "Platform/Wayland/QtWayland.h"
 
+#include <QEvent>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
+#include <wayland-xdg-shell.h>
+
+namespace {
+/// Tells the compositor with each picture of a panel how large the panel is. QtWayland 6.4 does
+/// so when the size changes, but not while the compositor is late to show the last picture. GNOME's
+/// first size for a screen of another scale is a wrong one; a panel that got the right one at such
+/// a moment was drawn beside its screen.
+class SizeTeller : public QObject
+{
+public:
+    explicit SizeTeller(QWidget &panel)
+        : QObject(&panel)
+    {
+        panel.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *panel, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            const auto &widget = static_cast<QWidget &>(*panel);
+            if (xdg_surface *surface = qtXdgSurface(*widget.windowHandle())) {
+                xdg_surface_set_window_geometry(surface, 0, 0, widget.width(), widget.height());
+            }
+        }
+        return false;
+    }
+};
+} // namespace
 
 FullScreenOverlaySurface::FullScreenOverlaySurface(FrozenScreenRecording &recording)
     : m_recording(recording)
@@ -31,6 +61,7 @@ QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
     panel.setGeometry(QRect(screen.geometry.topLeft(), sizeOf(screen).toSize()));
     panel.winId();
     panel.windowHandle()->setScreen(output);
+    new SizeTeller(panel);
     m_panels.push_back(&panel);
 
     QPixmap pixmap = QPixmap::fromImage(picture);

@@ -61,6 +61,14 @@ wl_surface *qtWaylandSurface(QWindow &window)
                   : nullptr;
 }
 
+xdg_surface *qtXdgSurface(QWindow &window)
+{
+    auto *native = nativeInterface();
+    return native
+               ? static_cast<xdg_surface *>(native->nativeResourceForWindow("xdg_surface", &window))
+               : nullptr;
+}
+
 void *bindOnQtConnection(const wl_interface &interface, quint32 version, wl_event_queue *queue)
 {
     wl_display *display = qtWaylandDisplay();

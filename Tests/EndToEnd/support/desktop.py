@@ -8,27 +8,27 @@ from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, PANEL_IS_ABOVE, SCA
                        WALLPAPER, Box, beside_panel, difference, on_screens, points, save, tool)
 
 if NAME == "sway":
-    from .sway import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                       frame_box, key, listed_windows, page_box, place_page, screenshot,
-                       title_of, window_box, windows_titled)
+    from .sway import (Clipboard, Device, activate, active_window, find_tray_icon,
+                       frame_box, key, listed_windows, page_box, page_unit, place_page,
+                       screenshot, title_of, window_box, windows_titled)
 elif NAME in ("kwin_wayland", "kwin_xwayland"):
-    from .kwin import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                       frame_box, key, listed_windows, page_box, place_page, screenshot,
-                       title_of, window_box, windows_titled)
+    from .kwin import (Clipboard, Device, activate, active_window, find_tray_icon,
+                       frame_box, key, listed_windows, page_box, page_unit, place_page,
+                       screenshot, title_of, window_box, windows_titled)
 elif NAME == "gnome":
-    from .gnome import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                        frame_box, key, listed_windows, page_box, place_page, screenshot,
-                        title_of, window_box, windows_titled)
+    from .gnome import (Clipboard, Device, activate, active_window, find_tray_icon,
+                        frame_box, key, listed_windows, page_box, page_unit, place_page,
+                        screenshot, title_of, window_box, windows_titled)
 else:
-    from .x11 import (PAGE_UNIT, Clipboard, Device, activate, active_window, find_tray_icon,
-                      frame_box, key, listed_windows, page_box, place_page, screenshot, title_of,
-                      window_box, windows_titled)
+    from .x11 import (Clipboard, Device, activate, active_window, find_tray_icon,
+                      frame_box, key, listed_windows, page_box, page_unit, place_page,
+                      screenshot, title_of, window_box, windows_titled)
 
-__all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PAGE_UNIT", "PANEL", "SCALE", "SCREENS",
+__all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PANEL", "SCALE", "SCREENS",
            "WALLPAPER", "Box", "Clipboard", "Pointer", "activate", "active_window", "beside_panel",
-           "difference", "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens", "page_box",
-           "place_page", "points", "save", "screenshot", "title_of", "tool", "window_box",
-           "windows_titled"]
+           "difference", "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens",
+           "page_box", "page_unit", "place_page", "points", "save", "screenshot", "title_of",
+           "tool", "window_box", "windows_titled"]
 
 
 class Pointer(Device):

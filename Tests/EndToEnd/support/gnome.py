@@ -10,15 +10,23 @@ import dbus
 import numpy
 from PIL import Image
 
+from . import geometry
 from .geometry import PANEL, SCALE, SCREENS, WALLPAPER, Box
 from .waiting import wait_until
 from .wayland import BUTTONS, KEYS, MODIFIERS
 
-# What the text page takes its place and size in. The shell counts pixels.
-PAGE_UNIT = SCALE
+# The screens as they are made.
+PIXELS = list(SCREENS)
+# What the shell counts as one, in pixels of a picture.
+_unit = 1
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
 
 _bus = dbus.SessionBus()
+
+
+def page_unit():
+    """What the text page takes its place and size in, in pixels."""
+    return max(SCALE, _unit)
 
 
 def _object(name, path, interface):
@@ -61,7 +69,9 @@ class _Input:
         # they start later.
         self._key(MODIFIERS["shift"][0], True)
         self._key(MODIFIERS["shift"][0], False)
-        self._place = None
+        # Where the pointer is, is known in the corner.
+        self._step(-20000, -20000)
+        wait_until("the pointer in the corner", lambda: self._place() == [0, 0])
         self.move(SCREENS[0].right - 5, 60)
 
     def _key(self, code, is_down):
@@ -70,16 +80,28 @@ class _Input:
     def _step(self, x, y):
         self._session.NotifyPointerMotionRelative(x, y, signature="dd")
 
+    @staticmethod
+    def _place():
+        return ask("global.get_pointer().slice(0, 2)")
+
     def move(self, x, y):
-        # By steps alone: where the pointer is, is known in the corner.
-        if self._place is None:
-            self._step(-20000, -20000)
-            self._place = (0, 0)
-        x, y = round(x), round(y)
-        # The shell takes larger ones on a dense screen.
-        self._step((x - self._place[0]) / SCALE, (y - self._place[1]) / SCALE)
-        self._place = (x, y)
-        wait_until("the pointer's place", lambda: ask("global.get_pointer().slice(0, 2)") == [x, y])
+        # By steps alone, which the shell takes larger on a dense screen that it counts in pixels.
+        wanted = [round(x / _unit), round(y / _unit)]
+
+        def has_come():
+            place = self._place()
+            if place == wanted:
+                return True
+            scale = ask(f"""global.display.get_monitor_scale(
+                global.display.get_monitor_index_for_rect(new imports.gi.Meta.Rectangle(
+                    {{x: {place[0]}, y: {place[1]}, width: 1, height: 1}})))""")
+            step = 1 if _unit > 1 else scale
+            self._step((wanted[0] - place[0]) / step, (wanted[1] - place[1]) / step)
+            wait_until(f"the pointer's move from {place} to {wanted}",
+                       lambda: self._place() != place)
+            return False
+
+        wait_until("the pointer's place", has_come)
 
     def press(self, button=1):
         self._session.NotifyPointerButton(BUTTONS[button], True, signature="ib")
@@ -156,11 +178,56 @@ def set_animations(are_wanted):
                lambda: ask("imports.gi.St.Settings.get().enable_animations") == are_wanted)
 
 
+def set_scales(*scales, counts_points=False):
+    """Gives each screen its scale, side by side. The shell counts their places and sizes in pixels,
+    or in points; pictures have then as many pixels a point everywhere as the densest screen, and
+    everything here is in pixels of such a picture."""
+    global _unit
+    ask("""new imports.gi.Gio.Settings({schema_id: "org.gnome.mutter"})
+        .set_strv("experimental-features", ["scale-monitor-framebuffer"])""")
+    displays = _object("org.gnome.Mutter.DisplayConfig", "/org/gnome/Mutter/DisplayConfig",
+                       "org.gnome.Mutter.DisplayConfig")
+
+    def state():
+        serial, monitors, _, properties = displays.GetCurrentState(signature="")
+        return (serial, monitors) if properties.get("supports-changing-layout-mode") else None
+
+    serial, monitors = wait_until("the choice of counting", state)
+    # A monitor is named first by its connector, "Meta-" and its number.
+    connectors = sorted(str(names[0]) for names, _, _ in monitors)
+    modes = {str(names[0]): next(str(mode[0]) for mode in offered if mode[6].get("is-current"))
+             for names, offered, _ in monitors}
+    _unit = max(scales) if counts_points else 1
+    geometry.SCALE = _unit
+    left, boxes, config = 0, [], []
+    for size, scale, connector in zip(PIXELS, scales, connectors):
+        each = scale if counts_points else 1
+        width, height = size.width // each, size.height // each
+        config.append((left, 0, float(scale), 0, left == 0,
+                       [(connector, modes[connector], dbus.Dictionary({}, signature="sv"))]))
+        boxes.append(Box(left, 0, width, height))
+        left += width
+    temporary = 1
+    displays.ApplyMonitorsConfig(
+        serial, temporary, config, {"layout-mode": dbus.UInt32(1 if counts_points else 2)},
+        signature="uua(iiduba(ssa{sv}))a{sv}")
+    wait_until("the scales", lambda: ask("""imports.ui.main.layoutManager.monitors.map(
+        m => [m.geometry_scale, m.x, m.y, m.width, m.height])""")
+        == [[scale, *box] for scale, box in zip(scales, boxes)])
+    SCREENS[:] = [_in_pixels(box) for box in boxes]
+    wait_until("the wallpaper", _is_ready)
+
+
+def _in_pixels(box):
+    """What the shell counts, in pixels of a picture."""
+    return Box(*(round(side * _unit) for side in box))
+
+
 _WINDOWS = """(() => {
     const box = r => [r.x, r.y, r.width, r.height];
     return global.get_window_actors().map(a => a.meta_window).map(w => ({
         id: w.get_id(), title: w.title, frame: box(w.get_frame_rect()),
-        active: w.has_focus(), listed: !w.skip_taskbar}));
+        placed: w.get_compositor_private().visible, active: w.has_focus(), listed: !w.skip_taskbar}));
 })()"""
 
 
@@ -198,7 +265,7 @@ def title_of(window):
 
 def frame_box(window):
     """The window without its shadow."""
-    return Box(*_window(window)["frame"])
+    return _in_pixels(_window(window)["frame"])
 
 
 # Windows draw their own frames; what is a frame is for themselves to know.
@@ -213,13 +280,15 @@ def listed_windows():
 def place_page(process, box):
     """Puts the text page there, once it is; whether that worked."""
     for window in windows_titled("Text page"):
-        _command(window, f"w.move_frame(true, {box.x}, {box.y})")
+        _command(window, f"w.move_frame(true, {round(box.x / _unit)}, {round(box.y / _unit)})")
     return page_box(process, None)[:2] == (box.x, box.y)
 
 
 def page_box(_process, _said):
     """Where the text page is; there is one at a time."""
-    return next((Box(*each["frame"]) for each in _windows() if each["title"] == "Text page"), None)
+    # The shell gives a window its place when it first shows it, whatever it was told before.
+    return next((_in_pixels(each["frame"]) for each in _windows()
+                 if each["title"] == "Text page" and each["placed"]), None)
 
 
 def find_tray_icon():
@@ -233,7 +302,7 @@ def find_tray_icon():
     # Without numbers as long as it has no place.
     if len(boxes) != 1 or None in boxes[0]:
         return None
-    return Box(*(round(side) for side in boxes[0]))
+    return _in_pixels(boxes[0])
 
 
 def _is_ready():

@@ -18,12 +18,15 @@ from .geometry import PANEL, SCALE, SCREENS, WALLPAPER, Box, points
 from .waiting import wait_until
 from .wayland import BAR, Clipboard, Input
 
-# What the text page takes its place and size in.
-PAGE_UNIT = SCALE
 NAME = "org.vellora.Test"
 PATH = "/org/vellora/Test"
 
 _bus = dbus.SessionBus(mainloop=DBusGMainLoop())
+
+
+def page_unit():
+    """What the text page takes its place and size in."""
+    return SCALE
 
 
 def _kwin(path, interface):
@@ -202,6 +205,6 @@ def _is_ready():
 
 wait_until("the wallpaper and the bar", _is_ready)
 
-__all__ = ["PAGE_UNIT", "Clipboard", "Device", "activate", "active_window", "find_tray_icon",
-           "frame_box", "key", "listed_windows", "page_box", "place_page", "screenshot",
-           "title_of", "window_box", "windows_titled"]
+__all__ = ["Clipboard", "Device", "activate", "active_window", "find_tray_icon",
+           "frame_box", "key", "listed_windows", "page_box", "page_unit", "place_page",
+           "screenshot", "title_of", "window_box", "windows_titled"]

@@ -16,7 +16,7 @@ class Page:
 
     def __init__(self, text, box=None, pixel_size=None):
         self._wanted = box or self.usual_box()
-        unit = desktop.PAGE_UNIT
+        unit = desktop.page_unit()
         self._command = [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size",
                          str(round((pixel_size or desktop.points(36)) / unit)), "--place",
                          ",".join(str(round(side / unit)) for side in self._wanted), text]

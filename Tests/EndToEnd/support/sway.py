@@ -12,8 +12,10 @@ from . import wayland
 from .geometry import SCALE, Box, points, tool
 from .wayland import Clipboard, Input
 
-# What the text page takes its place and size in.
-PAGE_UNIT = SCALE
+
+def page_unit():
+    """What the text page takes its place and size in."""
+    return SCALE
 
 
 def screenshot():
@@ -134,6 +136,6 @@ def find_tray_icon():
     return wayland.find_tray_icon(screenshot)
 
 
-__all__ = ["PAGE_UNIT", "Clipboard", "Device", "activate", "active_window", "command",
+__all__ = ["Clipboard", "Device", "activate", "active_window", "command",
            "find_tray_icon", "float_pages", "frame_box", "key", "listed_windows", "page_box",
-           "place_page", "screenshot", "title_of", "window_box", "windows_titled"]
+           "page_unit", "place_page", "screenshot", "title_of", "window_box", "windows_titled"]

@@ -11,8 +11,10 @@ from PIL import ImageGrab
 from .geometry import SCREENS, Box, difference, points, tool
 from .waiting import wait_until
 
-# What the text page takes its place and size in.
-PAGE_UNIT = 1
+
+def page_unit():
+    """What the text page takes its place and size in."""
+    return 1
 
 
 def screenshot():
