@@ -246,6 +246,10 @@
         <source>Check for &amp;Updates</source>
         <translation>التحقق من التحديثات</translation>
     </message>
+    <message>
+        <source>The desktop listens to: %1</source>
+        <translation>يستمع سطح المكتب إلى: %1</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindowController</name>

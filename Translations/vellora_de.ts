@@ -246,6 +246,10 @@
         <source>Check for &amp;Updates</source>
         <translation>Nach &amp;Updates suchen</translation>
     </message>
+    <message>
+        <source>The desktop listens to: %1</source>
+        <translation>Der Desktop hört auf: %1</translation>
+    </message>
 </context>
 <context>
     <name>SettingsWindowController</name>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/GivenKeys.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -85,4 +87,10 @@ public:
 
     /// What the layout in use prints on a key, such as "Щ" for 31; empty when it is not known.
     virtual QString keyLabel(quint16 keyCode) const = 0;
+
+    /// What the running tap really listens to, where that is something else.
+    const GivenKeys &givenKeys() const { return m_givenKeys; }
+
+protected:
+    GivenKeys m_givenKeys;
 };

@@ -5,6 +5,7 @@
 #include "FormSection.h"
 #include "PickerRow.h"
 #include "PlainButton.h"
+#include "Platform/Platform.h"
 #include "Platform/SystemSymbol.h"
 #include "Platform/Updater.h"
 #include "SegmentedPicker.h"
@@ -27,6 +28,7 @@ constexpr int sectionSpacing = 16;
 constexpr QSize recorderSize(160, 24);
 constexpr int updateTextSize = 12;
 constexpr int updatePadding = 4;
+constexpr int givenKeysPadding = 8;
 } // namespace
 
 SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent)
@@ -48,6 +50,8 @@ SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent
     addAbout();
     sections->addStretch();
     connect(&m_settings, &Settings::objectWillChange, this, &SettingsView::settingsWillChange);
+    connect(&Platform::current().keyTap->givenKeys(), &GivenKeys::changed, this,
+            &SettingsView::showGivenKeys);
     rebuild();
 }
 
@@ -116,6 +120,34 @@ QWidget *SettingsView::makeShortcutRow()
     setTabOrder(m_hotkeyEnabled, m_recorder);
     setTabOrder(m_recorder, m_launchAtLogin);
     return row;
+}
+
+QLabel *SettingsView::makeGivenKeysRow()
+{
+    auto *row = new QLabel(m_shortcutSection);
+    // What the desktop says is no markup, though it may look like some.
+    row->setTextFormat(Qt::PlainText);
+    row->setWordWrap(true);
+    row->setContentsMargins(FormSection::rowInset, givenKeysPadding, FormSection::rowInset,
+                            givenKeysPadding);
+    return row;
+}
+
+void SettingsView::showGivenKeys()
+{
+    const QString keys = Platform::current().keyTap->givenKeys().description();
+    if (!m_shortcutRow || keys.isEmpty()) {
+        if (m_givenKeysRow) {
+            m_shortcutSection->removeRow(m_givenKeysRow);
+            m_givenKeysRow = nullptr;
+        }
+        return;
+    }
+    if (!m_givenKeysRow) {
+        m_givenKeysRow = makeGivenKeysRow();
+        m_shortcutSection->addRow(m_givenKeysRow);
+    }
+    m_givenKeysRow->setText(tr("The desktop listens to: %1").arg(keys));
 }
 
 void SettingsView::addGeneral()
@@ -190,4 +222,5 @@ void SettingsView::rebuild()
         m_shortcutRow = makeShortcutRow();
         m_shortcutSection->addRow(m_shortcutRow);
     }
+    showGivenKeys();
 }

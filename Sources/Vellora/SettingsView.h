@@ -9,6 +9,7 @@
 #include <optional>
 
 class FormSection;
+class QLabel;
 class SegmentedPicker;
 class Settings;
 class ToggleSwitch;
@@ -41,6 +42,8 @@ private:
     void addGeneral();
     void addAbout();
     QWidget *makeShortcutRow();
+    QLabel *makeGivenKeysRow();
+    void showGivenKeys();
 
     void settingsWillChange();
     /// Shows what the store holds now.
@@ -56,6 +59,8 @@ private:
     /// There only while the shortcut is on.
     QPointer<QWidget> m_shortcutRow;
     QPointer<HotkeyRecorderField> m_recorder;
+    /// There only where the desktop gave the shortcut other keys.
+    QPointer<QLabel> m_givenKeysRow;
     HotkeyRecorderView m_recorderView;
     ToggleSwitch *m_launchAtLogin = nullptr;
     bool m_rebuildPending = false;

@@ -67,6 +67,7 @@ private Q_SLOTS:
     void otherKeysAreTold_data();
     void otherKeysAreTold();
     void laterChangesAreTold();
+    void otherKeysAreForgottenWithTheSession();
     void keyWithoutAName();
 
 private:
@@ -75,6 +76,7 @@ private:
     std::unique_ptr<KeyTap::Tap> asked(const KeyCombination &combination = commandShiftO);
 
     ListLog m_log;
+    GlobalShortcutsKeyTap m_keyTap{m_log};
     std::unique_ptr<GlobalShortcutsPortal> m_portal;
     QList<KeyCombination> m_presses;
     QList<End> m_ends;
@@ -105,8 +107,7 @@ void GlobalShortcutsTest::cleanup()
 /// A tap that the portal has been asked for.
 std::unique_ptr<KeyTap::Tap> GlobalShortcutsTest::asked(const KeyCombination &combination)
 {
-    GlobalShortcutsKeyTap keyTap(m_log);
-    auto tap = keyTap.createTap(combination, [this](const KeyCombination &pressed) {
+    auto tap = m_keyTap.createTap(combination, [this](const KeyCombination &pressed) {
         m_presses << pressed;
         return true;
     });
@@ -259,7 +260,8 @@ void GlobalShortcutsTest::oddAnswers()
 void GlobalShortcutsTest::noAnswer()
 {
     m_portal->isSessionSilent = true;
-    GlobalShortcutsKey key([](const KeyCombination &) { return true; }, m_log, 50ms);
+    GivenKeys given;
+    GlobalShortcutsKey key([](const KeyCombination &) { return true; }, given, m_log, 50ms);
     key.onEnd = [this](End end) {
         m_ends << end;
     };
@@ -320,6 +322,7 @@ void GlobalShortcutsTest::otherKeysAreTold()
     QTRY_COMPARE(m_presses.size(), 1);
     const QStringList told{u"The desktop gave the shortcut other keys: "_s + description};
     QCOMPARE(m_log.lines, isTold ? told : QStringList());
+    QCOMPARE(m_keyTap.givenKeys().description(), isTold ? description : QString());
 }
 
 void GlobalShortcutsTest::laterChangesAreTold()
@@ -332,6 +335,23 @@ void GlobalShortcutsTest::laterChangesAreTold()
     m_portal->press();
     QTRY_COMPARE(m_presses.size(), 1);
     QCOMPARE(m_log.lines, told);
+    QCOMPARE(m_keyTap.givenKeys().description(), u"F9"_s);
+    m_portal->change(u"Meta+Shift+O"_s);
+    QTRY_COMPARE(m_keyTap.givenKeys().description(), QString());
+}
+
+void GlobalShortcutsTest::otherKeysAreForgottenWithTheSession()
+{
+    m_portal->description = u"F9"_s;
+    auto tap = bound();
+    QTRY_COMPARE(m_keyTap.givenKeys().description(), u"F9"_s);
+    tap.reset();
+    QCOMPARE(m_keyTap.givenKeys().description(), QString());
+
+    tap = bound();
+    QTRY_COMPARE(m_keyTap.givenKeys().description(), u"F9"_s);
+    m_portal->closeSession();
+    QTRY_COMPARE(m_keyTap.givenKeys().description(), QString());
 }
 
 void GlobalShortcutsTest::keyWithoutAName()

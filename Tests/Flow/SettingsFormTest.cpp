@@ -33,6 +33,7 @@ private Q_SLOTS:
     void writesAtOnce();
     void followsChangesFromElsewhere();
     void showsTheShortcutRowOnlyWhileOn();
+    void showsTheKeysThatTheDesktopGave();
     void dropsARecordingWithItsRow();
     void recordsIntoTheStore();
     void picksByArrowKeys();
@@ -155,6 +156,31 @@ void SettingsFormTest::showsTheShortcutRowOnlyWhileOn()
     for (const auto *label : window()->findChildren<QLabel *>()) {
         QVERIFY(plain(label->text()) != u"Shortcut:");
     }
+}
+
+void SettingsFormTest::showsTheKeysThatTheDesktopGave()
+{
+    const auto sentences = [] {
+        QStringList texts;
+        for (auto *label : window()->findChildren<QLabel *>()) {
+            if (label->isVisible() && label->text().startsWith(u"The desktop"_s)) {
+                texts << label->text();
+            }
+        }
+        return texts;
+    };
+    const QStringList told{u"The desktop listens to: Press <Control>F9"_s};
+    m_platform->keyTap.give(u"Press <Control>F9"_s);
+    show();
+    QCOMPARE(sentences(), QStringList());
+    Settings::shared().setHotkeyEnabled(true);
+    QTRY_COMPARE(sentences(), told);
+    m_platform->keyTap.give({});
+    QCOMPARE(sentences(), QStringList());
+    m_platform->keyTap.give(u"Press <Control>F9"_s);
+    QCOMPARE(sentences(), told);
+    Settings::shared().setHotkeyEnabled(false);
+    QTRY_COMPARE(sentences(), QStringList());
 }
 
 void SettingsFormTest::dropsARecordingWithItsRow()

@@ -21,6 +21,9 @@ public:
     mutable int checkCount = 0;
     int createCount = 0;
 
+    /// What a desktop that chooses the keys tells of them.
+    void give(const QString &description) { m_givenKeys.setDescription(description); }
+
     /// How many taps run.
     int tapCount() const { return static_cast<int>(m_taps.size()); }
     /// What the only tap listens to.

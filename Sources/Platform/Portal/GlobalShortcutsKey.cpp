@@ -25,9 +25,10 @@ const QString noParentWindow;
 constexpr auto noLimit = 0ms;
 } // namespace
 
-GlobalShortcutsKey::GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log,
+GlobalShortcutsKey::GlobalShortcutsKey(KeyTap::Callback callback, GivenKeys &given, SystemLog &log,
                                        std::chrono::milliseconds sessionTimeLimit)
     : m_callback(std::move(callback))
+    , m_given(&given)
     , m_log(log)
     , m_sessionTimeLimit(sessionTimeLimit)
 {
@@ -129,8 +130,15 @@ void GlobalShortcutsKey::ask(PortalRequest::Call call, std::chrono::milliseconds
 
 void GlobalShortcutsKey::tellDescription(const QString &description)
 {
-    if (description != std::exchange(m_description, description) && !description.isEmpty() &&
-        !describesTrigger(description, m_combination.flags, m_keyName)) {
+    if (description == std::exchange(m_description, description)) {
+        return;
+    }
+    const bool isOurs =
+        description.isEmpty() || describesTrigger(description, m_combination.flags, m_keyName);
+    if (m_given) {
+        m_given->setDescription(isOurs ? QString() : description);
+    }
+    if (!isOurs) {
         m_log.logVerbatim(u"The desktop gave the shortcut other keys: %1"_s.arg(description));
     }
 }
@@ -166,6 +174,10 @@ void GlobalShortcutsKey::closed()
 void GlobalShortcutsKey::closeSession()
 {
     m_request.reset();
+    m_description.clear();
+    if (m_given) {
+        m_given->setDescription({});
+    }
     auto bus = sessionBus();
     if (m_session.isEmpty() || !bus) {
         return;
@@ -173,7 +185,6 @@ void GlobalShortcutsKey::closeSession()
     bus->disconnect(service, m_session, sessionInterface, u"Closed"_s, this, SLOT(closed()));
     bus->send(QDBusMessage::createMethodCall(service, m_session, sessionInterface, u"Close"_s));
     m_session.clear();
-    m_description.clear();
 }
 
 void GlobalShortcutsKey::end(End end)

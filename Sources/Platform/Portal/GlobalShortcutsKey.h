@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/GivenKeys.h"
 #include "Platform/KeyTap.h"
 #include "Platform/Portal/PortalRequest.h"
 #include "Platform/SystemLog.h"
@@ -8,6 +9,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
+#include <QPointer>
 
 #include <chrono>
 #include <memory>
@@ -20,9 +22,10 @@ class GlobalShortcutsKey : public QObject, public KeyTap::Tap
     Q_OBJECT
 
 public:
-    /// `log` outlives the object; it is told what the user presses, where that is not ours. A
-    /// portal that takes longer than `sessionTimeLimit` for what needs no user is given up on.
-    GlobalShortcutsKey(KeyTap::Callback callback, SystemLog &log,
+    /// `given` and `log`, which outlives the object, are told what the user presses, where that is
+    /// not ours. A portal that takes longer than `sessionTimeLimit` for what needs no user is given
+    /// up on.
+    GlobalShortcutsKey(KeyTap::Callback callback, GivenKeys &given, SystemLog &log,
                        std::chrono::milliseconds sessionTimeLimit = std::chrono::seconds(10));
     /// The portal frees the key when it gets to it, before whatever else we ask of it.
     ~GlobalShortcutsKey() override;
@@ -47,6 +50,7 @@ private:
     void end(End end);
 
     KeyTap::Callback m_callback;
+    QPointer<GivenKeys> m_given;
     SystemLog &m_log;
     std::chrono::milliseconds m_sessionTimeLimit;
     KeyCombination m_combination;
@@ -57,6 +61,6 @@ private:
     std::unique_ptr<PortalRequest> m_request;
     /// A portal that is started anew knows nothing of us.
     QDBusServiceWatcher m_restarts;
-    /// What was told to the log last.
+    /// What the portal told last.
     QString m_description;
 };

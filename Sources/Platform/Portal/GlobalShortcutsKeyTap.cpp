@@ -19,7 +19,7 @@ bool GlobalShortcutsKeyTap::isOffered()
 std::unique_ptr<KeyTap::Tap> GlobalShortcutsKeyTap::createTap(const KeyCombination &combination,
                                                               Callback callback)
 {
-    auto key = std::make_unique<GlobalShortcutsKey>(std::move(callback), m_log);
+    auto key = std::make_unique<GlobalShortcutsKey>(std::move(callback), m_givenKeys, m_log);
     if (!key->setCombination(combination)) {
         return nullptr;
     }
