@@ -3,12 +3,11 @@
 
 import unittest
 
-from support import desktop, main
-from support.desktop import SCREENS, Clipboard, Pointer, place_page, points, screenshot
+from support import main
+from support.desktop import SCREENS, Clipboard, Pointer, place_page, points
 from support.gnome import set_scales
 from support.page import Page
-from support.program import (Program, activate_action, dimmed, is_dimmed, is_unchanged,
-                             settled_screenshot)
+from support.program import Program, is_unchanged, settled_screenshot
 from support.waiting import wait_until
 from support.wayland_tests import TEXT
 
@@ -17,17 +16,9 @@ from support.wayland_tests import TEXT
 BUSY = {"QT_WAYLAND_FRAME_CALLBACK_TIMEOUT": "1"}
 
 
-def is_dim_but_for(page, before):
-    """Whether both screens are, but for the page's place: where the shell counts points, a plain
-    screen's letters and edges are softer in pictures."""
-    now, dark = screenshot(), dimmed(before)
-    page = page.inset(-2)
-    page.of(now)[...] = page.of(dark)[...] = 0
-    return all((abs(area.of(now) - area.of(dark)) <= 2).all()
-               for area in (desktop.beside_panel(0), SCREENS[1]))
-
-
 class ScreensTests:
+    """A capture begins once every pixel of both screens is as much darker as it should be."""
+
     COUNTS_POINTS = None
 
     def setUp(self):
@@ -35,7 +26,7 @@ class ScreensTests:
         self.addCleanup(set_scales, 1, 1)
 
     def assert_captures(self, screen, environment=None):
-        """The text of a page on that screen, with both screens dim meanwhile."""
+        """The text of a page on that screen."""
         settings = {"outputMode": "clipboard"}
         # Windows begin on the pointer's screen, and are halved or doubled from there.
         Pointer.rest()
@@ -43,21 +34,10 @@ class ScreensTests:
             there = page.box._replace(x=screen.x + points(60), y=points(60))
             wait_until("the page in its place", lambda: place_page(None, there))
             Clipboard.put("before")
-            program.status_item()
-            before = settled_screenshot()
-            activate_action("capture")
-            wait_until("the dim", lambda: is_dim_but_for(page.box, before))
-            if screen == SCREENS[1]:
-                self.assertTrue(is_dimmed(before))
-            Pointer.drag(page.box[:2], (page.box.right, page.box.bottom))
+            settled_screenshot()
+            before = program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("the overlay's end", lambda: is_unchanged(before))
-
-    def test_dense_screen(self):
-        self.assert_captures(SCREENS[1])
-
-    def test_plain_screen(self):
-        self.assert_captures(SCREENS[0])
 
 
 class PixelsTest(ScreensTests, unittest.TestCase):
@@ -65,14 +45,20 @@ class PixelsTest(ScreensTests, unittest.TestCase):
 
     COUNTS_POINTS = False
 
-    def test_dense_screen_when_busy(self):
+    def test_dense_screen(self):
         self.assert_captures(SCREENS[1], BUSY)
+
+    def test_plain_screen(self):
+        self.assert_captures(SCREENS[0], BUSY)
 
 
 class PointsTest(ScreensTests, unittest.TestCase):
     """The shell counts them in points, as it does where it scales by fractions."""
 
     COUNTS_POINTS = True
+
+    def test_dense_screen(self):
+        self.assert_captures(SCREENS[1])
 
 
 if __name__ == "__main__":
