@@ -4,6 +4,7 @@
 #include "ForeignScript.h"
 #include "HanChooser.h"
 #include "IconFilter.h"
+#include "IndicNumbers.h"
 #include "LanguageChooser.h"
 #include "LanguageGuess.h"
 #include "MixedScripts.h"
@@ -79,6 +80,7 @@ public:
         if (Languages::scriptOf(m_main) != Script::Latin) {
             chooseLatin();
         }
+        m_hasIndicNumbers = std::any_of(m_tasks.begin(), m_tasks.end(), hasIndicNumber);
         forEachLine([this](LineTask &task) {
             if (task.script == Script::Latin) {
                 checkLanguage(task);
@@ -282,6 +284,7 @@ private:
         if (task.best.isEmpty()) {
             return;
         }
+        checkNumbers(task);
         QString second = m_latin;
         if (task.script == Script::Latin) {
             second = m_foreign;
@@ -292,6 +295,17 @@ private:
         task.best = mixedReading(task, second, mixedGate, m_engines);
         if (runsFromRight(task.best.text(), task.script)) {
             task.script = Script::Arabic;
+        }
+    }
+
+    /// Puts Arabic-Indic numbers into lines that are Arabic, or stand on an Arabic page.
+    void checkNumbers(LineTask &task)
+    {
+        for (const QString &model : {task.best.model, m_main}) {
+            if (!model.isEmpty() && Languages::scriptOf(model) == Script::Arabic) {
+                take(task, withIndicNumbers(task, model, m_hasIndicNumbers, m_engines));
+                return;
+            }
         }
     }
 
@@ -309,6 +323,8 @@ private:
     QString m_latin;
     /// The model of another script that is on the page too, if there is one.
     QString m_foreign;
+    /// Whether numbers on the page are surely in Arabic-Indic digits.
+    bool m_hasIndicNumbers = false;
 };
 
 } // namespace

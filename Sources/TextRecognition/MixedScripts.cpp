@@ -153,7 +153,7 @@ enum class Direction { LeftToRight, RightToLeft, None };
 Direction directionOf(const ReadWord &word)
 {
     for (const char32_t c : word.text.toUcs4()) {
-        if (isArabic(c) && QChar::isLetter(c)) {
+        if ((isArabic(c) && QChar::isLetter(c)) || QChar::direction(c) == QChar::DirAN) {
             return Direction::RightToLeft;
         }
         if (QChar::isLetter(c)) {
@@ -163,7 +163,19 @@ Direction directionOf(const ReadWord &word)
     return Direction::None;
 }
 
-/// From places on the line to the order they are read in.
+/// A part of a line that looks less likely than this to be of another script is not asked for it,
+/// unless it is too short, in prepared pixels, to look like anything. Arabic looks so from a few
+/// letters on.
+constexpr double unlikelyPart = 0.005;
+constexpr int shortPart = 6 * preparedLetterHeight;
+constexpr int shortArabicPart = 2 * preparedLetterHeight;
+
+/// Latin names in Arabic text are common, the reverse is not, so that a line with so many Latin
+/// letters to one Arabic one is an Arabic line.
+constexpr int latinPerArabic = 3;
+
+} // namespace
+
 void sortLogically(QList<ReadWord> &words, bool fromRight)
 {
     const Direction against = fromRight ? Direction::LeftToRight : Direction::RightToLeft;
@@ -186,19 +198,6 @@ void sortLogically(QList<ReadWord> &words, bool fromRight)
         first = last == first ? first + 1 : last;
     }
 }
-
-/// A part of a line that looks less likely than this to be of another script is not asked for it,
-/// unless it is too short, in prepared pixels, to look like anything. Arabic looks so from a few
-/// letters on.
-constexpr double unlikelyPart = 0.005;
-constexpr int shortPart = 6 * preparedLetterHeight;
-constexpr int shortArabicPart = 2 * preparedLetterHeight;
-
-/// Latin names in Arabic text are common, the reverse is not, so that a line with so many Latin
-/// letters to one Arabic one is an Arabic line.
-constexpr int latinPerArabic = 3;
-
-} // namespace
 
 bool runsFromRight(const QString &text, Script script)
 {

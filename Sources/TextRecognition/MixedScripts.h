@@ -20,6 +20,10 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script);
 /// though it might be of that script.
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines);
 
+/// Brings words from places on a line to the order they are read in, of a line from the right if
+/// `fromRight`; what runs the other way is kept together.
+void sortLogically(QList<ReadWord> &words, bool fromRight);
+
 /// Whether a line that is mainly of `script` runs from right to left.
 bool runsFromRight(const QString &text, Script script);
 
