@@ -47,8 +47,7 @@ bool hasSureCharacters(const LineTask &task)
     for (const ReadWord &word : task.best.words) {
         count += word.confidence >= sure ? countLetters(word.text, task.script).own : 0;
     }
-    return !writesWithAlphabet(task.script) && count >= 2 &&
-           2 * count >= task.best.characters();
+    return !writesWithAlphabet(task.script) && count >= 2 && 2 * count >= task.best.characters();
 }
 
 /// The confidence below which a line is taken for noise. The shorter the line and the less text
