@@ -18,14 +18,18 @@ bool isWiderThanRead(const ReadWord &word)
 }
 
 /// Whether another script's model is to be asked about a word though its own model is sure: about
-/// Cyrillic ones that are in no list, and about numbers. The models of Latin script read those
-/// best; others see 9 in a 0 with a stroke, or more digits in a per cent sign.
-bool isWorthAsking(const ReadWord &word, Script script)
+/// Cyrillic or Latin ones that are in no list, and about numbers. The models of Latin script read
+/// those best; others see 9 in a 0 with a stroke, or more digits in a per cent sign.
+bool isWorthAsking(const ReadWord &word, TwoScripts scripts)
 {
-    if (script == Script::Cyrillic) {
-        return !word.isListed && countLetters(word.text, script).all() > 1;
+    const int letters = countLetters(word.text, scripts.first).all();
+    if (scripts.first == Script::Cyrillic) {
+        return !word.isListed && letters > 1;
     }
-    return script != Script::Latin && isNumber({word}) && isWiderThanRead(word);
+    if (scripts.first == Script::Latin) {
+        return scripts.second == Script::Cyrillic && !word.isListed && letters > 2;
+    }
+    return isNumber({word}) && isWiderThanRead(word);
 }
 
 /// Quotation marks and brackets, which belong to what they stand beside.
@@ -40,11 +44,11 @@ bool isEnclosing(const ReadWord &word)
 }
 
 /// Which of `words`, from the left, are doubtful.
-std::vector<bool> doubtsOf(const QList<ReadWord> &words, Script script, double sure)
+std::vector<bool> doubtsOf(const QList<ReadWord> &words, TwoScripts scripts, double sure)
 {
     std::vector<bool> asked;
     for (const ReadWord &word : words) {
-        asked.push_back(word.confidence < sure || isWorthAsking(word, script));
+        asked.push_back(word.confidence < sure || isWorthAsking(word, scripts));
     }
     std::vector<bool> doubts = asked;
     for (std::size_t i = 0; i < asked.size(); ++i) {
@@ -75,12 +79,13 @@ bool isNumber(const QList<ReadWord> &words)
     return hasDigit;
 }
 
-std::vector<LinePart> doubtfulParts(QList<ReadWord> words, Script script, int width, double sure)
+std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts, int width,
+                                    double sure)
 {
     std::stable_sort(words.begin(), words.end(), [](const ReadWord &a, const ReadWord &b) {
         return a.box.centreX2() < b.box.centreX2();
     });
-    const std::vector<bool> doubts = doubtsOf(words, script, sure);
+    const std::vector<bool> doubts = doubtsOf(words, scripts, sure);
     std::vector<LinePart> parts;
     int border = 0;
     bool goesOn = false;

@@ -31,6 +31,19 @@ int fewestLetters(Script script)
     return kindOf(script) == WritingKind::Chinese || script == Script::Korean ? 2 : 4;
 }
 
+/// Letters of `script` in `reading`. Of Cyrillic, many of whose letters look like Latin ones, those
+/// of listed words only.
+int ownLetters(const Reading &reading, Script script)
+{
+    int letters = 0;
+    for (const ReadWord &word : reading.words) {
+        if (script != Script::Cyrillic || word.isListed) {
+            letters += countLetters(word.text, script).own;
+        }
+    }
+    return letters;
+}
+
 struct Sample
 {
     LineTask *line = nullptr;
@@ -58,7 +71,7 @@ std::vector<Sample> samplesOf(std::vector<LineTask> &tasks)
         if (task.script != Script::Latin) {
             continue;
         }
-        for (const LinePart &part : doubtfulParts(task.best.words, task.script,
+        for (const LinePart &part : doubtfulParts(task.best.words, {Script::Latin, Script::Latin},
                                                   task.image().picture.width, doubtfulWord)) {
             if (part.width() >= narrowest) {
                 samples.push_back({&task, part, within(task, part).confidence()});
@@ -80,7 +93,6 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
     const std::vector<Sample> samples = samplesOf(tasks);
     KindShares kinds{};
     double whole = 0;
-    double latin = 0;
     for (const Sample &sample : samples) {
         const double width = sample.part.width();
         const KindShares mine = sample.line->kindsOfPart(sample.part.left, sample.part.right);
@@ -88,7 +100,6 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
             kinds[kind] += width * mine[kind];
         }
         whole += width;
-        latin += width * sample.confidence;
     }
     QStringList models = candidates;
     models.removeIf([&](const QString &model) {
@@ -102,18 +113,18 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         for (const Sample &sample : samples) {
             const Reading reading =
                 sample.line->readPart(engines, model, sample.part.left, sample.part.right);
-            letters += countLetters(reading.text(), script).own;
-            scores[i] += sample.part.width() * scriptScore(reading, script);
+            const double score = scriptScore(reading, script);
+            if (score >= std::max(leastForeign, sample.confidence + advantage)) {
+                letters += ownLetters(reading, script);
+                scores[i] += sample.part.width() * score;
+            }
         }
         if (letters < fewestLetters(script)) {
             scores[i] = 0;
         }
     });
     const auto best = std::max_element(scores.begin(), scores.end());
-    if (best == scores.end() || *best < leastForeign * whole || *best < latin + advantage * whole) {
-        return {};
-    }
-    return models[best - scores.begin()];
+    return best == scores.end() || *best == 0 ? QString() : models[best - scores.begin()];
 }
 
 } // namespace recognition

@@ -25,6 +25,9 @@ constexpr double weakBase = 65;
 /// A word in lists must be this sure to be taken against a surer one that is in none.
 constexpr double sureListed = 75;
 
+/// A Cyrillic word in no list must be so much surer than the Latin one it would replace.
+constexpr double sureLead = 25;
+
 /// A number must be read this surely to be taken from the other reading.
 constexpr double leastNumber = 80;
 
@@ -38,6 +41,11 @@ bool hasLetters(const QList<ReadWord> &words)
         }
     }
     return false;
+}
+
+bool hasCyrillic(const QList<ReadWord> &words)
+{
+    return countLetters(Reading{{}, words}.text(), Script::Cyrillic).own > 0;
 }
 
 /// Whether words are capitals that look alike in Cyrillic and Latin script, with one more that a
@@ -80,8 +88,8 @@ bool takesOther(const Place &place, Script script)
     if (other < leastOther) {
         return false;
     }
-    if (script == Script::Latin && isAlike(place.other)) {
-        return false;
+    if (script == Script::Latin && hasCyrillic(place.other)) {
+        return !isAlike(place.other) && (isListedAlone(place) || other >= base + sureLead);
     }
     if (script == Script::Cyrillic && (isAlike(place.base) || isListedAlone(place))) {
         return true;
@@ -251,7 +259,8 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines)
 {
     const std::vector<LinePart> parts =
-        doubtfulParts(task.best.words, task.script, task.image().picture.width, sure);
+        doubtfulParts(task.best.words, {task.script, Languages::scriptOf(second)},
+                      task.image().picture.width, sure);
     int doubtful = 0;
     for (const LinePart &part : parts) {
         doubtful += part.width();
