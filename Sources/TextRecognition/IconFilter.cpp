@@ -39,6 +39,20 @@ bool isMarkOfCode(const QString &text)
     return marks.contains(text);
 }
 
+/// How many brackets, quotation marks and comments of `text` are begun and not ended, or ended and
+/// not begun.
+int openPairs(const QString &text)
+{
+    int open = int(text.count(u'"') % 2);
+    static const QStringList pairs{QStringLiteral("("),  QStringLiteral(")"), QStringLiteral("["),
+                                   QStringLiteral("]"),  QStringLiteral("{"), QStringLiteral("}"),
+                                   QStringLiteral("/*"), QStringLiteral("*/")};
+    for (qsizetype i = 0; i < pairs.size(); i += 2) {
+        open += int(std::abs(text.count(pairs[i]) - text.count(pairs[i + 1])));
+    }
+    return open;
+}
+
 /// Whether what stands on the page where `word` was read is higher than letters are.
 bool isTall(const LineTask &task, const ReadWord &word)
 {
@@ -63,6 +77,9 @@ bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &re
         return word.confidence < iconConfidence.back();
     }
     if (letters.all() == 0) {
+        if (openPairs(task.best.text()) < openPairs(rest.text())) {
+            return false;
+        }
         return word.confidence < (isMarkOfCode(word.text)  ? 30
                                   : isUsualMark(word.text) ? 60
                                                            : iconConfidence[0]);

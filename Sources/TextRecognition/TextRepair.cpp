@@ -95,6 +95,24 @@ QString withDatesInOrder(QString text)
     return text;
 }
 
+/// A nought in numbers of source code, which with its dot or stroke is read as O or @.
+QString withNoughts(QString text)
+{
+    static const QRegularExpression hexadecimal(
+        QStringLiteral("(?<![\\p{L}\\p{N}])[O@][xX](?=[\\da-fA-F]*\\d)"));
+    static const QRegularExpression escaped(QStringLiteral("(?<=\\\\)[O@](?=['\"’”])"));
+    static const QRegularExpression index(QStringLiteral("(?<=[\\p{L}\\d_]\\[)[O@](?=\\])"));
+    static const QRegularExpression operand(
+        QStringLiteral("(?<=[<>=?+*/-] )[O@](?=;|\\)| &&| \\|\\|)"));
+    text.replace(operand, QStringLiteral("0"));
+    text.replace(hexadecimal, QStringLiteral("0x"));
+    text.replace(escaped, QStringLiteral("0"));
+    if (!text.contains(QStringLiteral("${"))) {
+        text.replace(index, QStringLiteral("0"));
+    }
+    return text;
+}
+
 } // namespace
 
 QString repairedText(const Reading &reading, Script script)
@@ -117,7 +135,7 @@ QString repairedText(const Reading &reading, Script script)
     // Three dots of which a model took two together.
     text.replace(QStringLiteral(".…"), QStringLiteral("..."));
     text.replace(QStringLiteral("…."), QStringLiteral("..."));
-    return text.trimmed();
+    return withNoughts(text.trimmed());
 }
 
 } // namespace recognition

@@ -3,6 +3,7 @@
 
 #include "Apostrophe.h"
 #include "Glyph.h"
+#include "Underscore.h"
 #include "VisualOrder.h"
 
 #include <algorithm>
@@ -77,6 +78,7 @@ private:
     QString seenAt(std::size_t i);
     ReadWord wordOf(const WordSpan &span);
     Box boxOf(const WordSpan &span) const;
+    Gap gapBefore(const WordSpan &span) const;
 
     const DecodedLine &m_line;
     const Alphabet &m_alphabet;
@@ -141,6 +143,23 @@ Box LineWords::boxOf(const WordSpan &span) const
     return ink.isEmpty() ? place : ink;
 }
 
+/// What is seen between a word and the one left of it.
+Gap LineWords::gapBefore(const WordSpan &span) const
+{
+    const auto isLatin = [](const QString &text) {
+        return !text.isEmpty() && text.front().unicode() < 0x250;
+    };
+    if (!span.afterBlank || span.first < 2 || !isLatin(characterAt(span.first)) ||
+        !isLatin(characterAt(span.first - 2))) {
+        return {};
+    }
+    const auto column = [this](int at) {
+        return std::clamp(int(m_line.left + at * m_line.columnWidth), 0, m_line.picture.width);
+    };
+    return gapAt(m_line.picture, {column(m_line.characters[span.first - 2].right), m_line.inked.top,
+                                  column(m_line.characters[span.first].left), m_line.inked.bottom});
+}
+
 ReadWord LineWords::wordOf(const WordSpan &span)
 {
     ReadWord word;
@@ -162,8 +181,14 @@ QList<ReadWord> LineWords::take()
     QList<QString> texts;
     QList<ReadWord> words;
     for (const WordSpan &span : wordsOf(m_line.characters, m_alphabet)) {
-        const ReadWord word = wordOf(span);
+        ReadWord word = wordOf(span);
         if (!word.text.isEmpty()) {
+            if (const Gap gap = gapBefore(span); !gap.underscores.isEmpty() && !words.isEmpty()) {
+                word.afterBlank = gap.blankAfter || gap.blankBefore;
+                QString &joined = gap.blankAfter ? texts.back() : word.text;
+                joined = gap.blankAfter ? joined + gap.underscores : gap.underscores + joined;
+                word.isListed = false;
+            }
             texts.append(word.text);
             words.append(word);
         }
