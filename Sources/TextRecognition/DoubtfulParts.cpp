@@ -11,11 +11,8 @@ namespace {
 /// script is often read as several, and some of them by chance with confidence.
 constexpr double sureBetween = 90;
 
-/// A number of one digit is hardly wider than high, or more stands there than was read.
-bool isWiderThanRead(const ReadWord &word)
-{
-    return word.text.size() > 1 || word.box.width() > word.box.height();
-}
+/// Paler columns are blank.
+constexpr int palest = 225;
 
 /// Whether another script's model is to be asked about a word though its own model is sure: about
 /// Cyrillic or Latin ones that are in no list, and about numbers. The models of Latin script read
@@ -29,7 +26,8 @@ bool isWorthAsking(const ReadWord &word, TwoScripts scripts)
     if (scripts.first == Script::Latin) {
         return scripts.second == Script::Cyrillic && !word.isListed && letters > 2;
     }
-    return isNumber({word}) && isWiderThanRead(word);
+    // Of a number before Arabic letters its model often reads the last digit only.
+    return isNumber({word}) && (word.text.size() > 1 || scripts.first == Script::Arabic);
 }
 
 /// Quotation marks and brackets, which belong to what they stand beside.
@@ -41,6 +39,34 @@ bool isEnclosing(const ReadWord &word)
                c.category() == QChar::Punctuation_InitialQuote ||
                c.category() == QChar::Punctuation_FinalQuote;
     });
+}
+
+/// The middle of the widest gap in the ink from column `left` to `right`. Between two words may
+/// stand what the model did not read.
+int widestGap(const GreyImage &picture, int left, int right)
+{
+    const auto isBlank = [&picture](int x) {
+        for (int y = 0; y < picture.height; ++y) {
+            if (picture.at(x, y) < palest) {
+                return false;
+            }
+        }
+        return true;
+    };
+    int best = (left + right) / 2;
+    int widest = 0;
+    int start = left;
+    for (int x = left; x <= right; ++x) {
+        if (x < right && isBlank(x)) {
+            continue;
+        }
+        if (x - start > widest) {
+            widest = x - start;
+            best = (start + x) / 2;
+        }
+        start = x + 1;
+    }
+    return best;
 }
 
 /// Which of `words`, from the left, are doubtful.
@@ -79,8 +105,8 @@ bool isNumber(const QList<ReadWord> &words)
     return hasDigit;
 }
 
-std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts, int width,
-                                    double sure)
+std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts,
+                                    const GreyImage &picture, double sure)
 {
     std::stable_sort(words.begin(), words.end(), [](const ReadWord &a, const ReadWord &b) {
         return a.box.centreX2() < b.box.centreX2();
@@ -91,9 +117,12 @@ std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts, i
     bool goesOn = false;
     for (qsizetype i = 0; i < words.size(); ++i) {
         const int left = border;
-        border = i + 1 < words.size()
-                     ? std::max(left, (words[i].box.right + words[i + 1].box.left) / 2)
-                     : width;
+        border =
+            i + 1 < words.size()
+                ? std::max(left,
+                           widestGap(picture, std::min(words[i].box.right, words[i + 1].box.left),
+                                     std::max(words[i].box.right, words[i + 1].box.left)))
+                : picture.width;
         if (!doubts[std::size_t(i)] || border == left) {
             goesOn = goesOn && border == left;
             continue;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "GreyImage.h"
 #include "Reading.h"
 #include "Script.h"
 
@@ -26,12 +27,12 @@ struct TwoScripts
     Script second = Script::Latin;
 };
 
-/// The parts of a prepared line `width` pixels wide that another script's model may read better
-/// than it is read in `words`, by a model of `script`, from the left: words less sure than `sure`,
-/// those that are not in the lists of a model that is always sure, and numbers. Words side by side
-/// are one part, with half the gaps to their neighbours.
-std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts, int width,
-                                    double sure);
+/// The parts of a prepared line, `picture`, that another script's model may read better than it is
+/// read in `words`, from the left: words less sure than `sure`, numbers, and between Latin and
+/// Cyrillic script, whose letters look alike so that both models are sure, those in no list. Words
+/// side by side are one part, which goes to the widest gaps before their neighbours.
+std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts,
+                                    const GreyImage &picture, double sure);
 
 /// Whether words are a number in European digits, or a date, with its marks.
 bool isNumber(const QList<ReadWord> &words);

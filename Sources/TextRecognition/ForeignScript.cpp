@@ -31,14 +31,23 @@ int fewestLetters(Script script)
     return kindOf(script) == WritingKind::Chinese || script == Script::Korean ? 2 : 4;
 }
 
+/// Whether `c` is a part of a syllable or a stroke that a sign or an icon may be taken for.
+bool isStroke(char32_t c)
+{
+    return (c >= 0x3131 && c <= 0x318e) || c == 0x30fc;
+}
+
 /// Letters of `script` in `reading`. Of Cyrillic, many of whose letters look like Latin ones, those
 /// of listed words only.
 int ownLetters(const Reading &reading, Script script)
 {
     int letters = 0;
     for (const ReadWord &word : reading.words) {
-        if (script != Script::Cyrillic || word.isListed) {
-            letters += countLetters(word.text, script).own;
+        if (script == Script::Cyrillic && !word.isListed) {
+            continue;
+        }
+        for (const char32_t c : word.text.toUcs4()) {
+            letters += belongsTo(c, script) && !isStroke(c);
         }
     }
     return letters;
@@ -72,7 +81,7 @@ std::vector<Sample> samplesOf(std::vector<LineTask> &tasks)
             continue;
         }
         for (const LinePart &part : doubtfulParts(task.best.words, {Script::Latin, Script::Latin},
-                                                  task.image().picture.width, doubtfulWord)) {
+                                                  task.image().picture, doubtfulWord)) {
             if (part.width() >= narrowest) {
                 samples.push_back({&task, part, within(task, part).confidence()});
             }

@@ -258,9 +258,8 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
 
 Reading mixedReading(LineTask &task, const QString &second, double sure, EngineCache &engines)
 {
-    const std::vector<LinePart> parts =
-        doubtfulParts(task.best.words, {task.script, Languages::scriptOf(second)},
-                      task.image().picture.width, sure);
+    const std::vector<LinePart> parts = doubtfulParts(
+        task.best.words, {task.script, Languages::scriptOf(second)}, task.image().picture, sure);
     int doubtful = 0;
     for (const LinePart &part : parts) {
         doubtful += part.width();
