@@ -21,7 +21,9 @@ constexpr double leastBlank = 0.4;
 /// An underscore is in the lower part of the place.
 constexpr double highest = 0.6;
 
-/// Pixels to either side that have to be free.
+/// An underscore reaches so many pixels under its neighbours in some fonts; so many beyond have
+/// to be free.
+constexpr int overhang = 3;
 constexpr int besides = 2;
 
 /// Darker pixels are ink.
@@ -89,7 +91,7 @@ Gap gapAt(const GreyImage &line, const Box &place)
         }
         return false;
     };
-    if (goesOn(columns.top - besides) || goesOn(columns.bottom)) {
+    if (goesOn(columns.top - overhang - besides) || goesOn(columns.bottom + overhang)) {
         return {};
     }
     const auto blank = [&](int from, int direction) {

@@ -297,6 +297,20 @@ private Q_SLOTS:
                                << QStringList{u"Не удалось запустить программу Firefox"_s,
                                               u"Поддержка протокола HTTP"_s}
                                << 0.08;
+        QTest::newRow("Arabic with names")
+            << QStringList{u"ara"_s, u"eng"_s} << sans
+            << QStringList{u"تعذر فتح Firefox"_s, u"المستند (PDF)"_s, u"ملف جديد 13:44"_s} << 0.12;
+        QTest::newRow("Chinese with names")
+            << QStringList{u"chi_sim"_s, u"chi_tra"_s, u"eng"_s} << u"Noto Sans CJK SC"_s
+            << QStringList{u"文件选择器: GTK"_s, u"输入法 Firefox"_s} << 0.08;
+        QTest::newRow("code") << QStringList{u"eng"_s} << u"DejaVu Sans Mono"_s
+                              << QStringList{u"static int read_all(int list[0]) {"_s,
+                                             u"return { index, mask & 0x4f };"_s, u"}"_s}
+                              << 0.06;
+        QTest::newRow("code with comments")
+            << QStringList{u"rus"_s, u"eng"_s} << u"DejaVu Sans Mono"_s
+            << QStringList{u"int width = 48; // направление"_s, u"return width; // удалить файл"_s}
+            << 0.06;
     }
 
     void simpleScreensAreReadWell()

@@ -14,7 +14,9 @@
 #include <QPainterPath>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace recognition;
@@ -235,6 +237,32 @@ private Q_SLOTS:
         QCOMPARE(soft.at(2, 12), std::uint8_t(255));
         QVERIFY(!isBilevel(soft));
         QVERIFY(!isBilevel(greyImage(written(u"smooth"_s, 15))));
+    }
+
+    void stepsOfAllColoursAreInk()
+    {
+        // Black and pink on yellow, with something hardly visible beside them.
+        GreyImage page(40, 20, 230);
+        for (int x = 4; x < 12; ++x) {
+            page.row(8)[x] = 20;
+            page.row(8)[x + 12] = 140;
+            page.row(8)[x + 24] = 220;
+        }
+        const std::optional<GreyImage> ink = aliasedInk(page, {2, 2, 38, 18});
+        QVERIFY(ink);
+        QCOMPARE(ink->width, 36);
+        QCOMPARE(ink->at(4, 6), std::uint8_t(0));
+        QCOMPARE(ink->at(16, 6), std::uint8_t(0));
+        QCOMPARE(ink->at(28, 6), std::uint8_t(255));
+        QCOMPARE(ink->at(4, 7), std::uint8_t(255));
+
+        const GreyImage smooth = greyImage(written(u"smooth"_s, 15));
+        QVERIFY(!aliasedInk(smooth, {0, 0, smooth.width, smooth.height}));
+        // Half of it is another background.
+        for (int y = 0; y < 20; ++y) {
+            std::fill(page.row(y), page.row(y) + 20, std::uint8_t(90));
+        }
+        QVERIFY(!aliasedInk(page, {2, 2, 38, 18}));
     }
 };
 

@@ -262,6 +262,21 @@ private Q_SLOTS:
             (std::vector<int>{0, 4, 8, 4}));
     }
 
+    void noughtsOfSourceCodeArePutRight()
+    {
+        const auto repaired = [](const QString &text) {
+            return repairedText(words({text}), Script::Latin);
+        };
+        QCOMPARE(repaired(u"mask & Ox49f;"_s), u"mask & 0x49f;"_s);
+        QCOMPARE(repaired(u"*at != '\\@'"_s), u"*at != '\\0'"_s);
+        QCOMPARE(repaired(u"list[@] ?? @;"_s), u"list[0] ?? 0;"_s);
+        QCOMPARE(repaired(u"while (n > O && m)"_s), u"while (n > 0 && m)"_s);
+        for (const QString &right : {u"name@host"_s, u"\"${list[@]}\""_s, u"Oxford"_s, u"5 × O2"_s,
+                                     u"@ home"_s, u"BoxO1"_s}) {
+            QCOMPARE(repaired(right), right);
+        }
+    }
+
     void dotsAreThreeOrOne()
     {
         QCOMPARE(repairedText(words({u"삭제"_s, u"중.…"_s}), Script::Korean), u"삭제 중..."_s);
