@@ -132,7 +132,8 @@ private:
             return;
         }
         if (!m_latin.isEmpty() && m_main != m_latin) {
-            const bool native = 10 * ownCharacters(task) >= 3 * task.best.characters();
+            const bool native =
+                10 * ownCharacters(task) >= 3 * task.best.characters() || hasSureWord(task);
             if (native && task.likelihood(Script::Latin) < unlikelyLatin) {
                 return;
             }
@@ -219,6 +220,18 @@ private:
             }
         }
         return count;
+    }
+
+    /// Whether the line's model is so sure of a word of its own script that it is no chance.
+    static bool hasSureWord(const LineTask &task)
+    {
+        constexpr double sureWord = 90;
+        constexpr int longWord = 4;
+        return std::any_of(task.best.words.cbegin(), task.best.words.cend(),
+                           [&task](const ReadWord &word) {
+                               return word.confidence >= sureWord &&
+                                      countLetters(word.text, task.script).own >= longWord;
+                           });
     }
 
     void take(LineTask &task, const Reading &reading)
