@@ -16,7 +16,7 @@ constexpr double narrowest = 0.3;
 constexpr double thickest = 0.25;
 constexpr double usual = 0.75;
 /// A blank is at least so wide.
-constexpr double leastBlank = 0.4;
+constexpr double leastBlank = 0.36;
 
 /// An underscore is in the lower part of the place.
 constexpr double highest = 0.6;
