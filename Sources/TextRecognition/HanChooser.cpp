@@ -23,14 +23,15 @@ constexpr double kanaBonus = 10;
 /// A line counts against a model by no more than this, or one with foreign words would decide.
 constexpr double mostHanDoubt = 10;
 
-/// One character counts by no more than this for either form.
+/// A place counts by no more than this for either form: a word of several characters is only as
+/// sure as the least sure of them, which may be one that both read alike.
 constexpr double mostFormLead = 20;
 
 /// Lines that tell simplified from traditional characters.
 constexpr std::size_t formLines = 8;
 
 /// By less than this in all, neither form leads.
-constexpr double clearFormLead = 6;
+constexpr double clearFormLead = 3;
 
 /// Japanese readings with this share of characters that simplified Chinese does not write, and at
 /// least so many, are of text that is not simplified. Of simplified text they have less than half.
@@ -110,8 +111,8 @@ JapaneseText japaneseText(const std::vector<LineTask *> &tasks, std::size_t line
     return text;
 }
 
-/// How much surer one Chinese model is than the other where they read different characters, summed
-/// over the characters: where they agree, neither says anything of which form is written.
+/// How much surer one Chinese model is than the other at the places that they read differently:
+/// where they agree, neither says anything of which form is written.
 double formEvidence(const Reading &mine, const Reading &others)
 {
     double sum = 0;
@@ -122,7 +123,7 @@ double formEvidence(const Reading &mine, const Reading &others)
             continue;
         }
         const double lead = confidence(place.base) - confidence(place.other);
-        sum += std::clamp(lead, -mostFormLead, mostFormLead) * double(std::max(a.size(), b.size()));
+        sum += std::clamp(lead, -mostFormLead, mostFormLead);
     }
     return sum;
 }
