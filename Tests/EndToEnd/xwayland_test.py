@@ -9,10 +9,10 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
-from support.desktop import Clipboard, key, points
+from support.desktop import key, points
 from support.page import Page
 from support.program import Program, is_unchanged
-from support.waiting import holds_for, wait_until
+from support.waiting import wait_until
 from support.wayland_tests import TEXT
 
 AS_X11_PROGRAM = {"WAYLAND_DISPLAY": None, "QT_QPA_PLATFORM": "xcb"}
@@ -27,45 +27,19 @@ def display_of_sway():
                       lambda: file.read_text().strip() if file.exists() else None)
 
 
-def wayland_programs_paste(text):
-    """Whether they do. KWin never answers who asks while what an X11 program has copied is replaced;
-    who asks again is answered."""
-    try:
-        return Clipboard.text(2) == text
-    except subprocess.TimeoutExpired:
-        return False
-
-
 class XwaylandTest(unittest.TestCase):
     @unittest.skipIf(desktop.NAME == "sway", "sway shows X11 programs nothing")
     def test_capture_and_result_window(self):
         with Page(TEXT) as page, \
-                Program({"outputMode": "both"}, environment=AS_X11_PROGRAM) as program:
-            Clipboard.put("before")
+                Program({"outputMode": "popup"}, environment=AS_X11_PROGRAM) as program:
             before = program.capture(page.box)
             popup = program.popup()
-            wait_until("the text on the clipboard", lambda: wayland_programs_paste(TEXT))
             place = page.box.middle[0], page.box.bottom + points(8)
             wait_until("the result window in its place",
                        lambda: all(abs(is_at - should) <= 1 for is_at, should in
                                    zip(desktop.frame_box(popup), place)))
             key("Escape")
             wait_until("the result window's end", lambda: is_unchanged(before))
-
-    @unittest.skipIf(desktop.NAME == "sway", "sway shows X11 programs nothing")
-    def test_text_reaches_wayland_programs_again_and_again(self):
-        both = f"{TEXT}\nand a third"
-        with Page(both) as page, \
-                Program({"outputMode": "clipboard"}, environment=AS_X11_PROGRAM) as program:
-            first_line = page.box._replace(height=points(64))
-            # Over what a Wayland program has there, and over what we have had there.
-            Clipboard.put("before")
-            for box, text in ((page.box, both), (first_line, TEXT), (page.box, both)):
-                before = program.capture(box)
-                wait_until(f"{text!r} on the clipboard", lambda: wayland_programs_paste(text))
-                wait_until("the overlay's end", lambda: is_unchanged(before))
-            Clipboard.put("copied later")
-            holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
 
     @unittest.skipIf(desktop.NAME != "sway", "other desktops show the screen")
     def test_it_says_why_it_cannot_work(self):

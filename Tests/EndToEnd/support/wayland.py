@@ -70,10 +70,10 @@ class Clipboard:
     """The clipboard as another program meets it."""
 
     @staticmethod
-    def text(seconds=20):
-        """What wl-paste reads within that, or None when there is no text."""
+    def text():
+        """What wl-paste reads, or None when there is no text."""
         done = subprocess.run(["wl-paste", "--no-newline", "--type", "text/plain;charset=utf-8"],
-                              capture_output=True, timeout=seconds, check=False)
+                              capture_output=True, timeout=20, check=False)
         return done.stdout.decode() if done.returncode == 0 else None
 
     @staticmethod
