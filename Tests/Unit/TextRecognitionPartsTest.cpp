@@ -3,6 +3,7 @@
 // differently, gaps that may hold underscores.
 
 #include "DrawnLine.h"
+#include "SampleWord.h"
 #include "TextRecognition/DoubtfulParts.h"
 #include "TextRecognition/Glyph.h"
 #include "TextRecognition/MixedScripts.h"
@@ -19,15 +20,6 @@ using namespace Qt::StringLiterals;
 using namespace recognition;
 
 namespace {
-
-ReadWord word(const QString &text, double confidence, int left, int right)
-{
-    ReadWord word;
-    word.text = text;
-    word.confidence = confidence;
-    word.box = {left, 0, right, 30};
-    return word;
-}
 
 /// A line with ink where the words are.
 GreyImage lineOf(const QList<ReadWord> &words, int width)

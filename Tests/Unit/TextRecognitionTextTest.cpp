@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is made of the models' readings: scripts, languages, mixed lines, marks and icons.
 
+#include "SampleWord.h"
 #include "TextRecognition/Indentation.h"
 #include "TextRecognition/LanguageGuess.h"
 #include "TextRecognition/Languages.h"
@@ -19,15 +20,6 @@ using namespace Qt::StringLiterals;
 using namespace recognition;
 
 namespace {
-
-ReadWord word(const QString &text, double confidence, int left, int right)
-{
-    ReadWord word;
-    word.text = text;
-    word.confidence = confidence;
-    word.box = {left, 0, right, 30};
-    return word;
-}
 
 Reading words(const QStringList &texts)
 {
