@@ -121,7 +121,7 @@ void StatusItemXfceTest::showsOneCrispIconInThePanelsColour()
         }
     }
     QVERIFY2(full >= 80, qPrintable(QString::number(full)));
-    const QString windows = outputOf(u"xwininfo"_s, {u"-root"_s, u"-tree"_s});
+    const QString windows = windowTree();
     QVERIFY2(!windows.contains(u"\"Test\": (\"vellora\""_s), "not in its system tray as well");
 }
 

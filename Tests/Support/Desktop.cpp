@@ -8,23 +8,48 @@
 #include <QTest>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 /// Generous, for machines that are busy with other tests.
 constexpr int longestAnswer = 10000;
-} // namespace
 
-QString outputOf(const QString &program, const QStringList &arguments)
+/// The standard output of a program that succeeds.
+std::optional<QString> successOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
     if (!process.waitForFinished(longestAnswer) || process.exitCode() != 0) {
-        QTest::qFail(qPrintable(u"%1 failed"_s.arg(program)), __FILE__, __LINE__);
+        return {};
     }
     return QString::fromUtf8(process.readAllStandardOutput());
+}
+} // namespace
+
+QString outputOf(const QString &program, const QStringList &arguments)
+{
+    const std::optional<QString> output = successOf(program, arguments);
+    if (!output) {
+        QTest::qFail(qPrintable(u"%1 failed"_s.arg(program)), __FILE__, __LINE__);
+    }
+    return output.value_or(QString());
+}
+
+QString windowTree()
+{
+    std::optional<QString> tree;
+    // It gives up where a window goes while it looks.
+    const auto isSeen = [&tree] {
+        tree = successOf(u"xwininfo"_s, {u"-root"_s, u"-tree"_s});
+        return tree.has_value();
+    };
+    if (!QTest::qWaitFor(isSeen, longestAnswer)) {
+        QTest::qFail("the windows are not seen", __FILE__, __LINE__);
+    }
+    return tree.value_or(QString());
 }
 
 QImage screenshot()

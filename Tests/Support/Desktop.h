@@ -13,6 +13,9 @@
 /// The standard output of a finished program; a failed test where it fails.
 QString outputOf(const QString &program, const QStringList &arguments);
 
+/// The names and places of all windows, as xwininfo lists them.
+QString windowTree();
+
 /// What all screens show, read by another process.
 QImage screenshot();
 
