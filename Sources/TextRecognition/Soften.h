@@ -9,8 +9,8 @@
 namespace recognition {
 
 /// The part of `page` in `box`, within it, dark on white, if all that stands there is drawn without
-/// anti-aliasing on one background: each colour of ink is black then, however faint it is beside
-/// another.
+/// anti-aliasing on one background: each colour of ink is black then, but for what is hardly seen
+/// beside the others.
 std::optional<GreyImage> aliasedInk(const GreyImage &page, const Box &box);
 
 /// Whether a line, dark on white, is drawn without anti-aliasing: it has hardly any greys.

@@ -59,23 +59,25 @@ Gap gapAt(const GreyImage &line, const Box &place)
         return !rows.isEmpty() && rows.top >= highestRow &&
                rows.bottom - rows.top <= thickest * preparedLetterHeight;
     };
-    Rows columns;
+    int left = place.left;
+    int right = place.left;
     Rows stroke{place.bottom, place.top};
     for (int x = place.left, start = x; x <= place.right; ++x) {
         const Rows rows = x < place.right ? inkOf(line, x, place) : Rows{};
         if (isStroke(rows)) {
             continue;
         }
-        if (x - start > columns.bottom - columns.top) {
-            columns = {start, x};
+        if (x - start > right - left) {
+            left = start;
+            right = x;
         }
         start = x + 1;
     }
-    const int width = columns.bottom - columns.top;
+    const int width = right - left;
     if (width < narrowest * preparedLetterHeight) {
         return {};
     }
-    for (int x = columns.top; x < columns.bottom; ++x) {
+    for (int x = left; x < right; ++x) {
         const Rows rows = inkOf(line, x, place);
         stroke = {std::min(stroke.top, rows.top), std::max(stroke.bottom, rows.bottom)};
     }
@@ -91,7 +93,7 @@ Gap gapAt(const GreyImage &line, const Box &place)
         }
         return false;
     };
-    if (goesOn(columns.top - overhang - besides) || goesOn(columns.bottom + overhang)) {
+    if (goesOn(left - overhang - besides) || goesOn(right + overhang)) {
         return {};
     }
     const auto blank = [&](int from, int direction) {
@@ -104,7 +106,7 @@ Gap gapAt(const GreyImage &line, const Box &place)
         return free >= leastBlank * preparedLetterHeight;
     };
     const int count = std::max(1, int(std::lround(width / (usual * preparedLetterHeight))));
-    return {QString(count, u'_'), blank(columns.top - 1, -1), blank(columns.bottom, 1)};
+    return {QString(count, u'_'), blank(left - 1, -1), blank(right, 1)};
 }
 
 } // namespace recognition
