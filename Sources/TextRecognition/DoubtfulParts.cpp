@@ -21,7 +21,8 @@ bool isWorthAsking(const ReadWord &word, TwoScripts scripts)
 {
     const int letters = countLetters(word.text, scripts.first).all();
     if (scripts.first == Script::Cyrillic) {
-        return !word.isListed && letters > 1;
+        // Of SSD it is sure as $$0.
+        return !word.isListed && (letters > 1 || word.text.contains(u'$'));
     }
     if (scripts.first == Script::Latin) {
         return scripts.second == Script::Cyrillic && !word.isListed && letters > 2;

@@ -305,6 +305,10 @@ private:
         if (second.isEmpty()) {
             return;
         }
+        if (task.script == Script::Latin && second == m_main &&
+            Languages::scriptOf(second) == Script::Arabic) {
+            task.best = mergedReading(task.best, task.read(m_engines, second), task.script);
+        }
         task.best = mixedReading(task, second, mixedGate, m_engines);
         if (runsFromRight(task.best.text(), task.script)) {
             task.script = Script::Arabic;

@@ -3,7 +3,7 @@
 
 #include "DoubtfulParts.h"
 #include "Languages.h"
-#include "Places.h"
+#include "WordChoice.h"
 
 #include <QRegularExpression>
 
@@ -13,110 +13,6 @@ namespace recognition {
 
 namespace {
 
-/// How much surer the other reading must be: a word of one's own script at 80 and the same
-/// misread in the other at 83 is common, the reverse of a foreign word is not.
-constexpr double advantage = 6;
-
-/// Confidences that a foreign word must reach, and below which one's own is doubted.
-constexpr double leastOther = 65;
-constexpr double sureOther = 85;
-constexpr double weakBase = 65;
-
-/// A word in lists must be this sure to be taken against a surer one that is in none.
-constexpr double sureListed = 75;
-
-/// A Cyrillic word in no list must be so much surer than the Latin one it would replace.
-constexpr double sureLead = 25;
-
-/// A number must be read this surely to be taken from the other reading.
-constexpr double leastNumber = 80;
-
-bool hasLetters(const QList<ReadWord> &words)
-{
-    for (const ReadWord &word : words) {
-        for (const char32_t c : word.text.toUcs4()) {
-            if (QChar::isLetter(c)) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-bool hasCyrillic(const QList<ReadWord> &words)
-{
-    return countLetters(Reading{{}, words}.text(), Script::Cyrillic).own > 0;
-}
-
-/// Whether words are capitals that look alike in Cyrillic and Latin script, with one more that a
-/// model may have put in their place: GTK read as СТК, MMMM as ММММ.
-bool isAlike(const QList<ReadWord> &words)
-{
-    static const QString alike = QStringLiteral("АВСЕНКМОРТХУИФ");
-    int letters = 0;
-    for (const ReadWord &word : words) {
-        for (const QChar c : word.text) {
-            if (c.isLetter() && !alike.contains(c)) {
-                return false;
-            }
-            letters += c.isLetter();
-        }
-    }
-    return letters >= 2;
-}
-
-/// Whether the words are in the other model's lists and not in the line's own: Home, read as Ноте
-/// without doubt.
-bool isListedAlone(const Place &place)
-{
-    const auto isListed = [](const ReadWord &word) {
-        return word.isListed && word.text.size() > 1;
-    };
-    return std::none_of(place.base.cbegin(), place.base.cend(), isListed) &&
-           std::all_of(place.other.cbegin(), place.other.cend(), isListed) &&
-           confidence(place.other) >= sureListed;
-}
-
-/// Whether the other reading is right where the base reading, of a line in `script`, is not.
-bool takesOther(const Place &place, Script script)
-{
-    if (place.base.isEmpty() || !hasLetters(place.other)) {
-        return false;
-    }
-    const double other = confidence(place.other);
-    const double base = confidence(place.base);
-    if (other < leastOther) {
-        return false;
-    }
-    if (script == Script::Latin && hasCyrillic(place.other)) {
-        return !isAlike(place.other) && (isListedAlone(place) || other >= base + sureLead);
-    }
-    if (script == Script::Cyrillic && (isAlike(place.base) || isListedAlone(place))) {
-        return true;
-    }
-    if (other < base + advantage) {
-        return false;
-    }
-    // What holds letters of the line's own script is rarely all wrong, and of Chinese and
-    // Japanese a word is as much as the model saw fit to put together.
-    const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
-    if (script == Script::Latin || 2 * own.own <= own.all()) {
-        return true;
-    }
-    const bool writtenInWords =
-        script == Script::Arabic || script == Script::Cyrillic || script == Script::Korean;
-    return writtenInWords && (base < weakBase || other >= sureOther);
-}
-
-/// Whether the other reading of a number is to be believed: by a model of Latin script that is
-/// hardly less sure.
-bool takesNumber(const Place &place, Script script)
-{
-    return script != Script::Latin && isNumber(place.base) && isNumber(place.other) &&
-           confidence(place.other) >= leastNumber &&
-           confidence(place.other) + advantage > confidence(place.base);
-}
-
 /// Among Arabic a per cent sign is shown left of its number, and written after it.
 QList<ReadWord> withSignsLast(QList<ReadWord> words)
 {
@@ -125,35 +21,6 @@ QList<ReadWord> withSignsLast(QList<ReadWord> words)
         word.text.replace(signFirst, QStringLiteral("\\1%"));
     }
     return words;
-}
-
-QString digitsOf(const QString &text)
-{
-    QString digits;
-    for (const QChar c : text) {
-        if (isDigit(c.unicode())) {
-            digits += c;
-        }
-    }
-    return digits;
-}
-
-/// The Arabic model reads a per cent sign before a number as two or three more digits. If the
-/// other reading of the place has the sign, the number and the sign as they are written; else an
-/// empty string.
-QString percentage(const Place &place)
-{
-    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base)) {
-        return {};
-    }
-    const QString number = digitsOf(place.other.front().text);
-    QString text = place.base.front().text;
-    const QString misread = digitsOf(text);
-    if (number.isEmpty() || !place.other.front().text.contains(u'%') || text.contains(u'%') ||
-        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread)) {
-        return {};
-    }
-    return text.replace(misread, number + u'%');
 }
 
 enum class Direction { LeftToRight, RightToLeft, None };
@@ -222,15 +89,12 @@ Reading mergedReading(const Reading &base, const Reading &other, Script script)
     std::vector<bool> takes;
     takes.reserve(places.size());
     for (const Place &place : places) {
-        takes.push_back(takesOther(place, script) || takesNumber(place, script));
+        takes.push_back(takesOther(place, script));
     }
     // Numbers and brackets go with the foreign word that they stand beside.
     for (std::size_t i = 0; i < places.size(); ++i) {
         const bool beside = (i > 0 && takes[i - 1]) || (i + 1 < places.size() && takes[i + 1]);
-        if (!takes[i] && beside && !hasLetters(places[i].base) && !places[i].other.isEmpty() &&
-            confidence(places[i].other) + advantage > confidence(places[i].base)) {
-            takes[i] = true;
-        }
+        takes[i] = takes[i] || (beside && takesBeside(places[i]));
     }
     Reading merged{base.model, {}};
     bool changed = false;

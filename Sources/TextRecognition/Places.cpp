@@ -9,7 +9,7 @@ namespace {
 
 bool standTogether(const Box &a, const Box &b)
 {
-    return 10 * horizontalOverlap(a, b) > 3 * std::min(a.width(), b.width());
+    return 10 * horizontalOverlap(a, b) > 4 * std::min(a.width(), b.width());
 }
 
 } // namespace

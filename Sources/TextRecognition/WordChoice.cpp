@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "WordChoice.h"
+
+#include "DoubtfulParts.h"
+
+#include <algorithm>
+
+namespace recognition {
+
+namespace {
+
+/// How much surer the other reading must be: a word of one's own script at 80 and the same
+/// misread in the other at 83 is common, the reverse of a foreign word is not.
+constexpr double advantage = 6;
+
+/// Confidences that a foreign word must reach, and below which one's own is doubted.
+constexpr double leastOther = 65;
+constexpr double sureOther = 85;
+constexpr double weakBase = 65;
+
+/// A word in lists must be this sure to be taken against a surer one that is in none.
+constexpr double sureListed = 75;
+
+/// A Cyrillic word in no list must be so much surer than the Latin one it would replace, and a
+/// Latin one than an Arabic one.
+constexpr double sureLead = 25;
+
+/// The same of a Latin word on an Arabic line: where its own model read a word, and where it read
+/// digits.
+constexpr double sureLatin = 90;
+constexpr double leastLatin = 60;
+
+/// A number must be read this surely to be taken from the other reading.
+constexpr double leastNumber = 80;
+
+bool hasLetters(const QList<ReadWord> &words)
+{
+    for (const ReadWord &word : words) {
+        for (const char32_t c : word.text.toUcs4()) {
+            if (QChar::isLetter(c)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+bool hasCyrillic(const QList<ReadWord> &words)
+{
+    return countLetters(Reading{{}, words}.text(), Script::Cyrillic).own > 0;
+}
+
+/// Whether words are capitals that look alike in Cyrillic and Latin script, with one more that a
+/// model may have put in their place (GTK read as СТК, MMMM as ММММ), or in no list and of small
+/// letters that look alike (yyyy as уууу).
+bool isAlike(const QList<ReadWord> &words)
+{
+    static const QString alike = QStringLiteral("АВСЕНКМОРТХУИФ");
+    static const QString small = QStringLiteral("асеорху");
+    int letters = 0;
+    for (const ReadWord &word : words) {
+        for (const QChar c : word.text) {
+            if (c.isLetter() && !alike.contains(c) && (word.isListed || !small.contains(c))) {
+                return false;
+            }
+            letters += c.isLetter();
+        }
+    }
+    return letters >= 2;
+}
+
+/// Whether the words are in the other model's lists and not in the line's own: Home, read as Ноте
+/// without doubt.
+bool isListedAlone(const Place &place)
+{
+    const auto isListed = [](const ReadWord &word) {
+        return word.isListed && word.text.size() > 1;
+    };
+    return std::none_of(place.base.cbegin(), place.base.cend(), isListed) &&
+           std::all_of(place.other.cbegin(), place.other.cend(), isListed) &&
+           confidence(place.other) >= sureListed;
+}
+
+/// What a place on an Arabic line is to its own model.
+enum class ArabicKind { Word, Digits, Other };
+
+/// A word of Arabic letters alone, or what holds European digits, which is also how the Arabic
+/// model reads Latin letters: 868 for RGB, 1/الا for Win.
+ArabicKind arabicKind(const ReadWord &word)
+{
+    int letters = 0;
+    bool isPlain = true;
+    for (const QChar c : word.text) {
+        if (c >= u'0' && c <= u'9') {
+            return ArabicKind::Digits;
+        }
+        letters += belongsTo(c.unicode(), Script::Arabic);
+        isPlain = isPlain && isArabic(c.unicode()) && !isDigit(c.unicode());
+    }
+    return isPlain && letters > 1 ? ArabicKind::Word : ArabicKind::Other;
+}
+
+/// The same of several words: one that is Arabic makes all so.
+ArabicKind arabicKind(const QList<ReadWord> &words)
+{
+    ArabicKind kind = ArabicKind::Other;
+    for (const ReadWord &word : words) {
+        const ArabicKind mine = arabicKind(word);
+        if (mine == ArabicKind::Word) {
+            return mine;
+        }
+        kind = mine == ArabicKind::Digits ? mine : kind;
+    }
+    return kind;
+}
+
+/// Whether a Latin word stands on an Arabic line where its model read `place.base`.
+bool takesLatin(const Place &place)
+{
+    const double other = confidence(place.other);
+    const double base = confidence(place.base);
+    switch (arabicKind(place.base)) {
+    case ArabicKind::Word:
+        // Latin words are read into Arabic ones as surely as 90 (ths, WI), and capitals are read
+        // as Arabic letters no surer than 64.
+        return other >= sureLatin && other >= base + sureLead;
+    case ArabicKind::Digits:
+        // A number in European digits is one to the other model, too.
+        return other >= leastLatin && other + 2 * advantage >= base;
+    case ArabicKind::Other:
+        break;
+    }
+    return other >= leastOther && other >= base + 2 * advantage;
+}
+
+/// Whether an Arabic word stands on a line where a Latin model read `place.base`. The Arabic model
+/// is rarely sure of several letters that are none.
+bool takesArabic(const Place &place)
+{
+    constexpr int fewLetters = 2;
+    const double other = confidence(place.other);
+    return arabicKind(place.other) == ArabicKind::Word && other >= sureOther &&
+           countLetters(Reading{{}, place.other}.text(), Script::Arabic).own > fewLetters &&
+           other + advantage >= confidence(place.base);
+}
+
+/// Whether a word in letters stands where the model of a line in `script` read `place.base`.
+bool takesWord(const Place &place, Script script)
+{
+    const double other = confidence(place.other);
+    const double base = confidence(place.base);
+    if (script == Script::Arabic) {
+        return takesLatin(place);
+    }
+    if (script == Script::Latin && takesArabic(place)) {
+        return true;
+    }
+    if (other < leastOther) {
+        return false;
+    }
+    if (script == Script::Latin && hasCyrillic(place.other)) {
+        return !isAlike(place.other) && (isListedAlone(place) || other >= base + sureLead);
+    }
+    if (script == Script::Cyrillic && (isAlike(place.base) || isListedAlone(place))) {
+        return true;
+    }
+    // A number would be one to a model of Latin script, which reads them best.
+    if (script != Script::Latin && isNumber(place.base) && other >= leastNumber &&
+        other + advantage > base) {
+        return true;
+    }
+    if (other < base + advantage) {
+        return false;
+    }
+    // What holds letters of the line's own script is rarely all wrong, and of Chinese and
+    // Japanese a word is as much as the model saw fit to put together.
+    const LetterCount own = countLetters(Reading{{}, place.base}.text(), script);
+    if (script == Script::Latin || 2 * own.own <= own.all()) {
+        return true;
+    }
+    const bool writtenInWords = script == Script::Cyrillic || script == Script::Korean;
+    return writtenInWords && (base < weakBase || other >= sureOther);
+}
+
+/// Whether the other reading of a number is to be believed: by a model of Latin script that is
+/// hardly less sure.
+bool takesNumber(const Place &place, Script script)
+{
+    return script != Script::Latin && isNumber(place.base) && isNumber(place.other) &&
+           confidence(place.other) >= leastNumber &&
+           confidence(place.other) + advantage > confidence(place.base);
+}
+
+QString digitsOf(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text) {
+        if (isDigit(c.unicode())) {
+            digits += c;
+        }
+    }
+    return digits;
+}
+
+} // namespace
+
+bool takesOther(const Place &place, Script script)
+{
+    if (place.base.isEmpty()) {
+        return false;
+    }
+    return hasLetters(place.other) ? takesWord(place, script) : takesNumber(place, script);
+}
+
+bool takesBeside(const Place &place)
+{
+    return !hasLetters(place.base) && !place.other.isEmpty() &&
+           confidence(place.other) + advantage > confidence(place.base);
+}
+
+QString percentage(const Place &place)
+{
+    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base)) {
+        return {};
+    }
+    const QString number = digitsOf(place.other.front().text);
+    QString text = place.base.front().text;
+    const QString misread = digitsOf(text);
+    if (number.isEmpty() || !place.other.front().text.contains(u'%') || text.contains(u'%') ||
+        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread)) {
+        return {};
+    }
+    return text.replace(misread, number + u'%');
+}
+
+
+} // namespace recognition
