@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DoubtfulParts.h"
 
+#include "LineImage.h"
+
 #include <algorithm>
 
 namespace recognition {
@@ -13,6 +15,10 @@ constexpr double sureBetween = 90;
 
 /// Paler columns are blank.
 constexpr int palest = 225;
+
+/// How far words' places may be off, and how wide gaps between words mostly are, in columns.
+constexpr int reach = preparedLetterHeight / 2;
+constexpr int wideGap = preparedLetterHeight / 4;
 
 /// Whether another script's model is to be asked about a word though its own model is sure: about
 /// Cyrillic or Latin ones that are in no list, and about numbers. The models of Latin script read
@@ -42,9 +48,14 @@ bool isEnclosing(const ReadWord &word)
     });
 }
 
-/// The middle of the widest gap in the ink from column `left` to `right`. Between two words may
-/// stand what the model did not read.
-int widestGap(const GreyImage &picture, int left, int right)
+struct Gap
+{
+    int middle = 0;
+    int width = 0;
+};
+
+/// The widest gap in the ink from column `left` to `right`.
+Gap widestGap(const GreyImage &picture, int left, int right)
 {
     const auto isBlank = [&picture](int x) {
         for (int y = 0; y < picture.height; ++y) {
@@ -54,20 +65,31 @@ int widestGap(const GreyImage &picture, int left, int right)
         }
         return true;
     };
-    int best = (left + right) / 2;
-    int widest = 0;
+    Gap widest{(left + right) / 2, 0};
     int start = left;
     for (int x = left; x <= right; ++x) {
         if (x < right && isBlank(x)) {
             continue;
         }
-        if (x - start > widest) {
-            widest = x - start;
-            best = (start + x) / 2;
+        if (x - start > widest.width) {
+            widest = {(start + x) / 2, x - start};
         }
         start = x + 1;
     }
-    return best;
+    return widest;
+}
+
+/// Where one word ends and the next one begins: in the widest gap between their places, as between
+/// two words may stand what the model did not read. The places may be a few columns off, so that a
+/// gap near them is taken if it is wide for one between words.
+int borderBetween(const GreyImage &picture, const ReadWord &word, const ReadWord &next)
+{
+    const int left = std::min(word.box.right, next.box.left);
+    const int right = std::max(word.box.right, next.box.left);
+    const Gap between = widestGap(picture, left, right);
+    const Gap near = widestGap(picture, std::max(word.box.left, left - reach),
+                               std::min(next.box.right, right + reach));
+    return near.width >= wideGap && near.width > 2 * between.width ? near.middle : between.middle;
 }
 
 /// Which of `words`, from the left, are doubtful.
@@ -118,12 +140,9 @@ std::vector<LinePart> doubtfulParts(QList<ReadWord> words, TwoScripts scripts,
     bool goesOn = false;
     for (qsizetype i = 0; i < words.size(); ++i) {
         const int left = border;
-        border =
-            i + 1 < words.size()
-                ? std::max(left,
-                           widestGap(picture, std::min(words[i].box.right, words[i + 1].box.left),
-                                     std::max(words[i].box.right, words[i + 1].box.left)))
-                : picture.width;
+        border = i + 1 < words.size()
+                     ? std::max(left, borderBetween(picture, words[i], words[i + 1]))
+                     : picture.width;
         if (!doubts[std::size_t(i)] || border == left) {
             goesOn = goesOn && border == left;
             continue;
