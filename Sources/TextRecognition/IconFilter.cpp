@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "IconFilter.h"
 
+#include "CodeMarks.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -28,15 +30,6 @@ bool isUsualMark(const QString &text)
 {
     static const QString usual = QStringLiteral("-–—+=/&%$€£#<>:;.,…!?•·→←↑↓✓{}。、，：；！？");
     return text.size() == 1 && usual.contains(text);
-}
-
-/// Marks that no icon looks like.
-bool isMarkOfCode(const QString &text)
-{
-    static const QStringList marks{QStringLiteral("//"), QStringLiteral("/*"),
-                                   QStringLiteral("*/"), QStringLiteral("->"),
-                                   QStringLiteral("=>"), QStringLiteral("&&")};
-    return marks.contains(text);
 }
 
 /// How many brackets, quotation marks and comments of `text` are begun and not ended, or ended and

@@ -13,7 +13,14 @@ struct Evidence
     int goodCharacters = 0;
     int goodLines = 0;
     int lines = 0;
+    /// Braces that lines with more than them open.
+    int openBraces = 0;
 };
+
+bool isBrace(const LineTask &task)
+{
+    return task.best.words.size() == 1 && task.best.words.front().text == u'}';
+}
 
 Evidence evidenceOf(const std::vector<LineTask> &tasks)
 {
@@ -28,6 +35,9 @@ Evidence evidenceOf(const std::vector<LineTask> &tasks)
             ++evidence.goodLines;
         }
         ++evidence.lines;
+        if (!isBrace(task)) {
+            evidence.openBraces += int(task.best.text().count(u'{') - task.best.text().count(u'}'));
+        }
     }
     return evidence;
 }
@@ -93,6 +103,9 @@ bool isNoise(const LineTask &task, const Evidence &page)
     const double confidence = task.best.confidence();
     if (task.best.isEmpty() || confidence < leastConfidence(task, page)) {
         return true;
+    }
+    if (isBrace(task) && page.openBraces > 0) {
+        return false;
     }
     const int letters = countLetters(task.best.text(), task.script).all();
     if (letters <= 1 && !(page.lines <= 2 && confidence >= 85 && letters > 0) &&

@@ -30,12 +30,18 @@ constexpr double clearConfidence = 70;
 constexpr double clearLead = 20;
 constexpr double poorConfidence = 65;
 
-/// Whether a text has Cyrillic letters other than those that look like Latin ones.
-bool hasOwnShapes(const QString &text)
+/// Whether a text holds letters that no Latin model would take for its own, or a word that is too
+/// long to be listed by chance.
+bool hasOwnShapes(const Reading &reading)
 {
     static const QString alike = u"АВЕЗІКМНОРСТУХЬавеіорсухтмкнг"_s;
-    return std::any_of(text.cbegin(), text.cend(),
-                       [](QChar c) { return isCyrillic(c.unicode()) && !alike.contains(c); });
+    constexpr int longWord = 6;
+    return std::any_of(reading.words.cbegin(), reading.words.cend(), [](const ReadWord &word) {
+        return (word.isListed && countLetters(word.text, Script::Cyrillic).own >= longWord) ||
+               std::any_of(word.text.cbegin(), word.text.cend(), [](QChar c) {
+                   return isCyrillic(c.unicode()) && !alike.contains(c);
+               });
+    });
 }
 
 double sampleScore(LineTask &task, const QString &model, EngineCache &engines)
@@ -123,7 +129,7 @@ double scriptScore(const Reading &reading, Script script)
     if (letters.own < std::max(1, letters.latin) || 3 * letters.own < letters.digits) {
         return 0;
     }
-    if (script == Script::Cyrillic && !hasOwnShapes(reading.text())) {
+    if (script == Script::Cyrillic && !hasOwnShapes(reading)) {
         return 0;
     }
     const int few = letters.all() <= 3 ? 15 : letters.all() <= 6 ? 8 : 0;

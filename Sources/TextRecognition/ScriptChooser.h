@@ -12,7 +12,7 @@ namespace recognition {
 
 /// How sure a model of `script`, not Latin, is of `reading`, less what few letters may be by
 /// chance; 0 if it saw hardly any letters of its own, or only such Cyrillic ones as look like Latin
-/// ones.
+/// ones and make no long listed word.
 double scriptScore(const Reading &reading, Script script);
 
 /// The model of another script than Latin that reads a sample of `task` best, if it is surer than

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "WordChoice.h"
 
+#include "CodeMarks.h"
 #include "DoubtfulParts.h"
 
 #include <algorithm>
@@ -202,6 +203,14 @@ QString digitsOf(const QString &text)
     return digits;
 }
 
+/// Whether a mark of source code stands where the line's model read no surer letters. Models that
+/// know little code take it for other marks.
+bool takesMark(const Place &place)
+{
+    return place.other.size() == 1 && isMarkOfCode(place.other.front().text) &&
+           (!hasLetters(place.base) || confidence(place.base) < weakBase);
+}
+
 } // namespace
 
 bool takesOther(const Place &place, Script script)
@@ -209,7 +218,8 @@ bool takesOther(const Place &place, Script script)
     if (place.base.isEmpty()) {
         return false;
     }
-    return hasLetters(place.other) ? takesWord(place, script) : takesNumber(place, script);
+    return hasLetters(place.other) ? takesWord(place, script)
+                                   : takesNumber(place, script) || takesMark(place);
 }
 
 bool takesBeside(const Place &place)
