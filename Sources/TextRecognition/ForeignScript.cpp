@@ -2,6 +2,7 @@
 #include "ForeignScript.h"
 
 #include "DoubtfulParts.h"
+#include "HanChooser.h"
 #include "Languages.h"
 #include "ScriptChooser.h"
 
@@ -115,6 +116,7 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         return kinds[std::size_t(kindOf(Languages::scriptOf(model)))] < unlikely * whole;
     });
     std::vector<double> scores(std::size_t(models.size()), 0);
+    std::vector<std::vector<Reading>> readings(scores.size());
     workers.forEach(scores.size(), [&](std::size_t i) {
         const QString &model = models[qsizetype(i)];
         const Script script = Languages::scriptOf(model);
@@ -122,6 +124,7 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         for (const Sample &sample : samples) {
             const Reading reading =
                 sample.line->readPart(engines, model, sample.part.left, sample.part.right);
+            readings[i].push_back(reading);
             const double score = scriptScore(reading, script);
             if (score >= std::max(leastForeign, sample.confidence + advantage)) {
                 letters += ownLetters(reading, script);
@@ -133,7 +136,19 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         }
     });
     const auto best = std::max_element(scores.begin(), scores.end());
-    return best == scores.end() || *best == 0 ? QString() : models[best - scores.begin()];
+    if (best == scores.end() || *best == 0) {
+        return {};
+    }
+    return chineseModel(models[best - scores.begin()], models,
+                        [&](const QString &simplified, const QString &traditional) {
+                            const auto &mine = readings[std::size_t(models.indexOf(simplified))];
+                            const auto &others = readings[std::size_t(models.indexOf(traditional))];
+                            double lead = 0;
+                            for (std::size_t i = 0; i < samples.size(); ++i) {
+                                lead += simplifiedLead(mine[i], others[i]);
+                            }
+                            return lead;
+                        });
 }
 
 } // namespace recognition
