@@ -116,7 +116,6 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         return kinds[std::size_t(kindOf(Languages::scriptOf(model)))] < unlikely * whole;
     });
     std::vector<double> scores(std::size_t(models.size()), 0);
-    std::vector<std::vector<Reading>> readings(scores.size());
     workers.forEach(scores.size(), [&](std::size_t i) {
         const QString &model = models[qsizetype(i)];
         const Script script = Languages::scriptOf(model);
@@ -124,7 +123,6 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         for (const Sample &sample : samples) {
             const Reading reading =
                 sample.line->readPart(engines, model, sample.part.left, sample.part.right);
-            readings[i].push_back(reading);
             const double score = scriptScore(reading, script);
             if (score >= std::max(leastForeign, sample.confidence + advantage)) {
                 letters += ownLetters(reading, script);
@@ -136,19 +134,20 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         }
     });
     const auto best = std::max_element(scores.begin(), scores.end());
-    if (best == scores.end() || *best == 0) {
-        return {};
+    return best == scores.end() || *best == 0 ? QString() : models[best - scores.begin()];
+}
+
+double simplifiedLeadOfParts(std::vector<LineTask> &tasks, const QString &simplified,
+                             const QString &traditional, EngineCache &engines)
+{
+    double lead = 0;
+    for (const Sample &sample : samplesOf(tasks)) {
+        const auto reading = [&](const QString &model) {
+            return sample.line->readPart(engines, model, sample.part.left, sample.part.right);
+        };
+        lead += simplifiedLead(reading(simplified), reading(traditional));
     }
-    return chineseModel(models[best - scores.begin()], models,
-                        [&](const QString &simplified, const QString &traditional) {
-                            const auto &mine = readings[std::size_t(models.indexOf(simplified))];
-                            const auto &others = readings[std::size_t(models.indexOf(traditional))];
-                            double lead = 0;
-                            for (std::size_t i = 0; i < samples.size(); ++i) {
-                                lead += simplifiedLead(mine[i], others[i]);
-                            }
-                            return lead;
-                        });
+    return lead;
 }
 
 } // namespace recognition

@@ -16,4 +16,9 @@ namespace recognition {
 QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates,
                      EngineCache &engines, const Workers &workers);
 
+/// By how much the doubtful parts of the Latin lines among `tasks` are likelier simplified Chinese
+/// than traditional.
+double simplifiedLeadOfParts(std::vector<LineTask> &tasks, const QString &simplified,
+                             const QString &traditional, EngineCache &engines);
+
 } // namespace recognition

@@ -80,23 +80,6 @@ QString modelOf(Script script, const QStringList &models)
     return {};
 }
 
-/// By how much `lines`, a page's longest, are likelier simplified Chinese than traditional.
-double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simplified,
-                      const QString &traditional, EngineCache &engines)
-{
-    double lead = 0;
-    for (std::size_t line = 0; line < std::min(lines.size(), formLines); ++line) {
-        LineTask &task = *lines[line];
-        const auto reading = [&](const QString &model) {
-            return task.length() <= hanSampleLength
-                       ? task.read(engines, model)
-                       : task.sample(engines, model, hanSampleLength, false);
-        };
-        lead += simplifiedLead(reading(simplified), reading(traditional));
-    }
-    return lead;
-}
-
 } // namespace
 
 double simplifiedLead(const Reading &simplified, const Reading &traditional)
@@ -126,12 +109,20 @@ QString chineseModel(const QString &best, const QStringList &models, const FormL
     return std::abs(by) < clearFormLead ? best : by > 0 ? simplified : traditional;
 }
 
-QString chineseModel(const QString &best, const QStringList &models,
-                     const std::vector<LineTask *> &lines, EngineCache &engines)
+double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simplified,
+                      const QString &traditional, EngineCache &engines)
 {
-    return chineseModel(best, models, [&](const QString &simplified, const QString &traditional) {
-        return simplifiedLead(lines, simplified, traditional, engines);
-    });
+    double lead = 0;
+    for (std::size_t line = 0; line < std::min(lines.size(), formLines); ++line) {
+        LineTask &task = *lines[line];
+        const auto reading = [&](const QString &model) {
+            return task.length() <= hanSampleLength
+                       ? task.read(engines, model)
+                       : task.sample(engines, model, hanSampleLength, false);
+        };
+        lead += simplifiedLead(reading(simplified), reading(traditional));
+    }
+    return lead;
 }
 
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models,
@@ -169,7 +160,9 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models
         }
     }
     const QString &best = models[std::max_element(sums.begin(), sums.end()) - sums.begin()];
-    return chineseModel(best, models, tasks, engines);
+    return chineseModel(best, models, [&](const QString &simplified, const QString &traditional) {
+        return simplifiedLead(tasks, simplified, traditional, engines);
+    });
 }
 
 } // namespace recognition

@@ -27,9 +27,9 @@ using FormLead =
 /// The model among `models` for the form of Chinese that `lead` is clear about, where `best` is one
 /// of them; else `best`.
 QString chineseModel(const QString &best, const QStringList &models, const FormLead &lead);
-/// The same by `lines`, a page's longest.
-QString chineseModel(const QString &best, const QStringList &models,
-                     const std::vector<LineTask *> &lines, EngineCache &engines);
+/// By how much `lines`, a page's longest, are likelier simplified Chinese than traditional.
+double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simplified,
+                      const QString &traditional, EngineCache &engines);
 
 /// How much of a line is looked at to tell them apart, in letter heights.
 inline constexpr int hanSampleLength = 15;

@@ -48,6 +48,11 @@ bool isHanModel(const QString &model)
     return kindOf(Languages::scriptOf(model)) == WritingKind::Chinese;
 }
 
+bool isChinese(Script script)
+{
+    return script == Script::SimplifiedHan || script == Script::TraditionalHan;
+}
+
 class Reader
 {
 public:
@@ -77,6 +82,7 @@ public:
         }
         forEachLine([this](LineTask &task) { readLine(task); });
         reconsiderMain();
+        settleChinese();
         if (Languages::scriptOf(m_main) != Script::Latin) {
             chooseLatin();
         }
@@ -206,6 +212,35 @@ private:
             if (letters.own >= std::max(2, letters.latin) &&
                 reading.confidence() > task.best.confidence() - foreignAdvance) {
                 take(task, reading);
+            }
+        });
+    }
+
+    /// Lines between those of another script were each given the model that was surest of them: the
+    /// Chinese ones and the parts in Chinese get that of one form all.
+    void settleChinese()
+    {
+        std::vector<LineTask *> lines;
+        for (LineTask &task : m_tasks) {
+            if (isChinese(task.script)) {
+                lines.push_back(&task);
+            }
+        }
+        const QString first = lines.empty() ? m_foreign : lines.front()->best.model;
+        if (isHanModel(m_main) || !isChinese(Languages::scriptOf(first))) {
+            return;
+        }
+        const QString model = chineseModel(
+            first, m_foreignModels, [&](const QString &simplified, const QString &traditional) {
+                return simplifiedLead(lines, simplified, traditional, m_engines) +
+                       simplifiedLeadOfParts(m_tasks, simplified, traditional, m_engines);
+            });
+        if (isChinese(Languages::scriptOf(m_foreign))) {
+            m_foreign = model;
+        }
+        m_workers.forEach(lines.size(), [&](std::size_t i) {
+            if (lines[i]->best.model != model) {
+                take(*lines[i], lines[i]->read(m_engines, model));
             }
         });
     }
