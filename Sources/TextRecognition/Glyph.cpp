@@ -19,8 +19,17 @@ constexpr double narrowest = 0.33;
 /// The left edge of a capital is ink over more than this share of its height.
 constexpr double leastEdge = 0.6;
 
-/// A comma's height in widths; full stops are square or round.
+/// A comma's height in widths: full stops are square or round, and a hamza is wider. Measured on
+/// lines of a dozen fonts.
 constexpr double leastComma = 1.4;
+constexpr double leastCommaForHamza = 1.6;
+
+/// What is higher, in heights of the whole line, is a letter's stroke.
+constexpr double tallestComma = 0.35;
+
+/// The feet of full stops are at least so many rows below the row with most ink; those of some
+/// fonts' commas are at it.
+constexpr int lowestComma = 1;
 
 bool hasInk(const GreyImage &picture, int left, int right, int top, int bottom)
 {
@@ -47,6 +56,23 @@ std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Bo
         }
     }
     return found;
+}
+
+/// The row with most ink, within `inked`: where Arabic letters are joined.
+int baselineOf(const GreyImage &line, const Box &inked)
+{
+    int best = inked.bottom;
+    std::ptrdiff_t most = -1;
+    for (int y = inked.top + inked.height() / 3; y < inked.bottom; ++y) {
+        const std::uint8_t *row = line.row(y);
+        const auto count =
+            std::count_if(row, row + line.width, [](std::uint8_t grey) { return grey < ink; });
+        if (count > most) {
+            most = count;
+            best = y;
+        }
+    }
+    return best;
 }
 
 } // namespace
@@ -119,9 +145,16 @@ bool isSmallL(const Glyph &glyph)
            *std::max_element(columns.begin(), end) < leastEdge * glyph.box.height();
 }
 
-bool isComma(const Glyph &glyph)
+bool isArabicComma(const Glyph &glyph, const GreyImage &line, const Box &inked,
+                   const QString &readAs)
 {
-    return glyph.box.height() >= leastComma * glyph.box.width();
+    const int baseline = baselineOf(line, inked);
+    const bool isStop = readAs == u'.';
+    const double least = isStop ? leastComma : leastCommaForHamza;
+    if (glyph.box.height() >= least * glyph.box.width()) {
+        return glyph.box.bottom >= baseline && glyph.box.height() <= tallestComma * inked.height();
+    }
+    return isStop && std::abs(glyph.box.bottom - baseline) <= lowestComma;
 }
 
 } // namespace recognition

@@ -172,7 +172,7 @@ private:
     /// model, it is what the doubtful lines are in too.
     void reconsiderMain()
     {
-        QHash<QString, int> sure;
+        QMap<QString, int> sure;
         for (const LineTask &task : m_tasks) {
             if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
@@ -183,10 +183,9 @@ private:
         if (Languages::scriptOf(m_main) != Script::Latin) {
             m_foreign = m_main;
         }
-        for (auto i = sure.cbegin(); i != sure.cend(); ++i) {
-            if (Languages::scriptOf(i.key()) != Script::Latin &&
-                i.value() > sure.value(m_foreign)) {
-                m_foreign = i.key();
+        for (const QString &model : std::as_const(m_foreignModels)) {
+            if (sure.value(model) > sure.value(m_foreign)) {
+                m_foreign = model;
             }
         }
         if (m_foreign.isEmpty()) {

@@ -8,7 +8,7 @@
 #include "Script.h"
 #include "ScriptShape.h"
 
-#include <QHash>
+#include <QMap>
 
 #include <map>
 #include <memory>
@@ -59,7 +59,7 @@ private:
     KindShares m_kinds;
     /// Guards the readings; on the heap so that tasks can be moved.
     std::unique_ptr<std::mutex> m_mutex = std::make_unique<std::mutex>();
-    QHash<QString, Reading> m_readings;
+    QMap<QString, Reading> m_readings;
     /// By model, columns and side.
     std::map<std::tuple<QString, int, bool>, Reading> m_samples;
 };

@@ -75,6 +75,7 @@ private:
         const auto &characters = m_line.characters;
         return i < characters.size() ? m_alphabet.character(characters[i].id).text : none;
     }
+    bool opensQuotation() const;
     QString seenAt(std::size_t i);
     ReadWord wordOf(const WordSpan &span);
     Box boxOf(const WordSpan &span) const;
@@ -93,6 +94,15 @@ bool isSmall(const QString &text)
 bool isArabicLetter(const QString &text)
 {
     return !text.isEmpty() && text.back().direction() == QChar::DirAL;
+}
+
+/// Whether the line has a mark that a closing quotation mark closes.
+bool LineWords::opensQuotation() const
+{
+    return std::any_of(m_line.characters.cbegin(), m_line.characters.cend(),
+                       [this](const DecodedCharacter &character) {
+                           return m_alphabet.character(character.id).text == u"«"_s;
+                       });
 }
 
 /// The character as it looks.
@@ -117,9 +127,12 @@ QString LineWords::seenAt(std::size_t i)
         if (text == u","_s) {
             return u"،"_s;
         }
-        if (text == u"."_s) {
+        if (text == u"."_s || text == u"»"_s || text == u"ء"_s || text == u"؛"_s) {
             const auto glyph = glyphAt(m_line.picture, place, m_line.inked.height() / 3);
-            return glyph && isComma(*glyph) ? u"،"_s : text;
+            return (glyph && isArabicComma(*glyph, m_line.picture, m_line.inked, text)) ||
+                           (text == u"»"_s && !opensQuotation())
+                       ? u"،"_s
+                       : text;
         }
     }
     return text;
