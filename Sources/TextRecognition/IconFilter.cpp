@@ -61,11 +61,12 @@ bool isTall(const LineTask &task, const ReadWord &word)
 
 bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &rest)
 {
-    const auto length = std::size_t(word.text.size());
+    const LetterCount letters = countLetters(word.text, task.script);
+    // A syllable says as much as two letters.
+    const auto length = std::size_t(word.text.size() + (task.script == Script::Korean ? letters.own : 0));
     if (length >= iconConfidence.size()) {
         return false;
     }
-    const LetterCount letters = countLetters(word.text, task.script);
     if (letters.digits > 0 && letters.digits == int(length)) {
         return word.confidence < iconConfidence.back();
     }
