@@ -20,6 +20,13 @@ constexpr int mostAlike = 30;
 /// The percentage of a tight patch that its own grey takes up at least, letters the rest.
 constexpr int leastPatch = 45;
 
+/// Contrasts on one background that differ by more than this many tenths are of letters of different
+/// colours, as in a terminal.
+constexpr int leastOfOneInk = 6;
+
+/// In letter heights.
+constexpr int shortestWord = 2;
+
 /// A change of the background by more grey levels is a border, not a shade.
 constexpr int mostDrift = 90;
 
@@ -105,10 +112,39 @@ Tones tonesOf(const Stretch &stretch)
     return tonesOn(stretch, around);
 }
 
-bool areAlike(const Stretch &a, const Stretch &b)
+/// Whether letters of both tones may be of one colour.
+bool haveOneInk(const Tones &a, const Tones &b)
 {
-    return a.tones.isDarkOnBright() == b.tones.isDarkOnBright() &&
-           std::abs(a.tones.background - b.tones.background) <= 10;
+    const auto [weaker, stronger] = std::minmax({a.contrast(), b.contrast()});
+    return 10 * weaker >= leastOfOneInk * stronger;
+}
+
+bool haveOneBackground(const Tones &a, const Tones &b)
+{
+    return a.isDarkOnBright() == b.isDarkOnBright() && std::abs(a.background - b.background) <= 10;
+}
+
+/// Gives what is shorter than a word, `shortest` pixels, the ink of what is beside it on the same
+/// background: an icon is paler than its text, and a hyphen may be too thin to show its ink.
+void shareInk(std::vector<Stretch> &stretches, int shortest)
+{
+    for (std::size_t i = 0; i < stretches.size(); ++i) {
+        if (stretches[i].box.width() >= shortest) {
+            continue;
+        }
+        Tones &mine = stretches[i].tones;
+        const auto take = [&mine](const Tones &other) {
+            if (haveOneBackground(mine, other) && other.contrast() > mine.contrast()) {
+                mine = other;
+            }
+        };
+        if (i > 0) {
+            take(stretches[i - 1].tones);
+        }
+        if (i + 1 < stretches.size()) {
+            take(stretches[i + 1].tones);
+        }
+    }
 }
 
 } // namespace
@@ -154,7 +190,8 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
     });
     std::vector<Stretch> joined;
     for (Stretch &stretch : stretches) {
-        if (joined.empty() || !areAlike(joined.back(), stretch)) {
+        if (joined.empty() || !haveOneBackground(joined.back().tones, stretch.tones) ||
+            !haveOneInk(joined.back().tones, stretch.tones)) {
             joined.push_back(stretch);
             continue;
         }
@@ -166,6 +203,7 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         last.box.unite(stretch.box);
         last.tones = tonesOf(last);
     }
+    shareInk(joined, shortestWord * line.letterHeight);
     return joined;
 }
 
@@ -183,7 +221,8 @@ Tones tonesAt(const std::vector<Stretch> &stretches, int x)
     }
     const Stretch &other = stretches[before ? i - 1 : i + 1];
     if (other.tones.isDarkOnBright() != mine.tones.isDarkOnBright() ||
-        std::abs(other.tones.background - mine.tones.background) > mostDrift) {
+        std::abs(other.tones.background - mine.tones.background) > mostDrift ||
+        !haveOneInk(other.tones, mine.tones)) {
         return mine.tones;
     }
     const double share = (x - mine.centre()) / (other.centre() - mine.centre());
