@@ -11,8 +11,11 @@ namespace {
 /// Letters are looked at together in pieces of this many letter heights.
 constexpr int longestStretch = 3;
 
-/// Letters whose contrast is this many times lower than that of others in the line are none.
+/// Letters whose contrast is this many times lower than that of others in the line are none, unless
+/// they are a word of this many letter heights: red on black is five times fainter than white.
 constexpr int faintest = 4;
+constexpr int faintestWord = 6;
+constexpr int longestSpeck = 3;
 
 /// Backgrounds that differ by no more grey levels are one.
 constexpr int mostAlike = 30;
@@ -163,11 +166,9 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         }
         add(mark.box, stretches.back());
     }
-    int strongest = 0;
     for (Stretch &stretch : stretches) {
         count(page, stretch);
         stretch.tones = tonesOf(stretch);
-        strongest = std::max(strongest, stretch.tones.contrast());
     }
     // Bold letters of one black may be mistaken for a patch. On a real one there is more of the
     // patch than of them.
@@ -184,10 +185,6 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
             stretch.tones = tonesOn(stretch, plain);
         }
     }
-    // Specks between letters, as of a JPEG picture, have no background of their own.
-    std::erase_if(stretches, [strongest](const Stretch &stretch) {
-        return faintest * stretch.tones.contrast() < strongest;
-    });
     std::vector<Stretch> joined;
     for (Stretch &stretch : stretches) {
         if (joined.empty() || !haveOneBackground(joined.back().tones, stretch.tones) ||
@@ -203,6 +200,16 @@ std::vector<Stretch> stretchesOf(const GreyImage &page, const TextLine &line)
         last.box.unite(stretch.box);
         last.tones = tonesOf(last);
     }
+    // Specks between letters, as of a JPEG picture, have no background of their own.
+    int strongest = 0;
+    for (const Stretch &stretch : joined) {
+        strongest = std::max(strongest, stretch.tones.contrast());
+    }
+    std::erase_if(joined, [&](const Stretch &stretch) {
+        return faintest * stretch.tones.contrast() < strongest &&
+               (stretch.box.width() < longestSpeck * line.letterHeight ||
+                faintestWord * stretch.tones.contrast() < strongest);
+    });
     shareInk(joined, shortestWord * line.letterHeight);
     return joined;
 }
