@@ -114,6 +114,17 @@ private Q_SLOTS:
             {{125, 205}});
     }
 
+    void partsEndInWideGapsNearThem()
+    {
+        // The model put the second word too far to the right: its first letter was not seen.
+        const QList<ReadWord> words{word(u"2918"_s, 93, 10, 100), word(u"資料"_s, 93, 128, 190)};
+        QList<ReadWord> drawn = words;
+        drawn.append(word({}, 0, 114, 124));
+        const auto parts = doubtfulParts(words, {Script::TraditionalHan, Script::Latin},
+                                         lineOf(drawn, 200), sure);
+        compareParts(parts, {{0, 107}});
+    }
+
     void aLineWithoutWordsHasNoParts()
     {
         QVERIFY(doubtfulParts({}, {}, GreyImage(40, 30, 255), sure).empty());
@@ -150,6 +161,11 @@ private Q_SLOTS:
         QVERIFY(score(u"направление"_s, Script::Cyrillic) > 80);
         QCOMPARE(score(u"Сору"_s, Script::Cyrillic), 0.0);
         QCOMPARE(score(u"direction"_s, Script::Cyrillic), 0.0);
+        // All its letters look Latin, but no list would have it by chance.
+        ReadWord listed = word(u"отсутствует"_s, 90, 0, 100);
+        QCOMPARE(scriptScore({{}, {listed}}, Script::Cyrillic), 0.0);
+        listed.isListed = true;
+        QVERIFY(scriptScore({{}, {listed}}, Script::Cyrillic) > 80);
         QVERIFY(score(u"数据类型列表"_s, Script::SimplifiedHan) > 70);
     }
 
