@@ -8,6 +8,8 @@
 #include "Reading.h"
 
 #include <memory>
+#include <span>
+#include <vector>
 
 namespace recognition {
 
@@ -22,14 +24,15 @@ public:
 
     /// One line of text, dark on white. Of Japanese in columns one column, turned to the left.
     Reading read(const GreyImage &picture) const;
-    /// The surest reading of a line that was read as `first`: unless that is sure already, it is
-    /// read with its letters smaller and larger.
+    /// The surest reading of a line that was read as `first`: unless that is sure already, the
+    /// line is read with its letters smaller and larger.
     Reading readAgain(const GreyImage &picture, Reading first) const;
     /// Whether the model's dictionary has `word`; never without one.
     bool knows(const QString &word) const;
 
 private:
-    Reading readWith(const GreyImage &picture, int margin) const;
+    std::vector<Reading> readWith(const GreyImage &picture, std::span<const int> margins) const;
+    double scaleOf(const Box &box) const;
     Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing);
 
     const QString m_model;

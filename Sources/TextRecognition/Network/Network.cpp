@@ -75,9 +75,22 @@ std::optional<Network> Network::read(ByteReader &reader)
     return parts ? std::optional(Network(std::move(*parts))) : std::nullopt;
 }
 
-CodeShares Network::read(const GreyImage &line) const
+std::vector<CodeShares> Network::read(const std::vector<GreyImage> &lines) const
 {
-    const Activations values = m_body->forward(normalized(line));
+    Lines inputs;
+    inputs.reserve(lines.size());
+    for (const GreyImage &line : lines) {
+        inputs.push_back(normalized(line));
+    }
+    std::vector<CodeShares> result;
+    for (const Activations &values : m_body->forward(inputs)) {
+        result.push_back(shares(values));
+    }
+    return result;
+}
+
+CodeShares Network::shares(const Activations &values) const
+{
     CodeShares result;
     result.columns = values.width;
     result.codes = m_output.outputs();
