@@ -125,8 +125,24 @@ private:
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
 
+    /// Reads a line that looks like another script than the page's, and is so by a sample of it.
+    bool readForeignLine(LineTask &task)
+    {
+        const Script script = Languages::scriptOf(m_main);
+        const bool mayBeLatin = m_main != m_latin && !task.looksUnlike(Script::Latin);
+        if (!task.looksUnlike(script) || mayBeLatin) {
+            return false;
+        }
+        const Reading sample =
+            task.sample(m_engines, m_main, scriptSampleLength, script == Script::Arabic);
+        return task.isHopeless(script, sample) && readOtherwise(task, sample);
+    }
+
     void readLine(LineTask &task)
     {
+        if (readForeignLine(task)) {
+            return;
+        }
         take(task, task.read(m_engines, m_main));
         if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty()) {
             return;
@@ -146,20 +162,28 @@ private:
                 return;
             }
         }
+        readOtherwise(task, task.best);
+    }
+
+    /// Takes the reading of another script's model that is surer than `reading`, of the page's.
+    bool readOtherwise(LineTask &task, const Reading &reading)
+    {
         QStringList others = m_candidates;
         others.removeAll(m_main);
         // By a few letters any model may chance to be sure of something.
-        const int doubt = task.best.characters() <= 8 ? 25 : 8;
-        const double least = std::max(task.best.confidence() + doubt, leastForeign);
+        const int doubt = reading.characters() <= 8 ? 25 : 8;
+        const double least = std::max(reading.confidence() + doubt, leastForeign);
         const QString other = otherScript(task, others, least, m_engines);
         if (other.isEmpty()) {
-            return;
+            return false;
         }
-        const Reading reading = task.read(m_engines, other);
-        if (reading.confidence() >= leastWholeForeign &&
-            reading.confidence() > task.best.confidence() + 3) {
-            take(task, reading);
+        const Reading foreign = task.read(m_engines, other);
+        if (foreign.confidence() < leastWholeForeign ||
+            foreign.confidence() <= reading.confidence() + 3) {
+            return false;
         }
+        take(task, foreign);
+        return true;
     }
 
     /// The first lines may have misled: if more of the page was read surely with another script's

@@ -47,6 +47,10 @@ GreyImage part(const GreyImage &picture, int left, int right)
     return result;
 }
 
+/// What a model reads less surely than this, and what does not look like its script, is in another
+/// one.
+constexpr double hopeless = 60;
+
 /// The word lists of the whole Latin script take 100 MB and a second to load, and make its
 /// readings hardly better (7.36 against 7.35 % on the screens of a wide corpus).
 Dictionary dictionaryOf(const QString &model)
@@ -61,6 +65,11 @@ LineTask::LineTask(const GreyImage &page, TextLine line)
     , m_image(lineImage(page, m_line))
     , m_kinds(kindShares(shapeFeatures(m_image.picture, preparedLetterHeight)))
 {
+}
+
+bool LineTask::isHopeless(Script of, const Reading &reading) const
+{
+    return looksUnlike(of) && reading.confidence() < hopeless;
 }
 
 Reading LineTask::read(EngineCache &engines, const QString &model)

@@ -17,6 +17,9 @@
 
 namespace recognition {
 
+/// A kind of writing that looks less likely than this is asked for only when no other is read.
+inline constexpr double unlikelyKind = 0.02;
+
 /// One line on its way from the picture to its text. Several threads may read it at once; the
 /// rest is for one at a time.
 class LineTask
@@ -32,6 +35,10 @@ public:
     /// About how many letters fit.
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
+    /// Whether it hardly looks like the kind of writing that `of` is of.
+    bool looksUnlike(Script of) const { return likelihood(of) < unlikelyKind; }
+    /// Whether it is in another script, by its looks and by what a model of `of` reads.
+    bool isHopeless(Script of, const Reading &reading) const;
     /// The whole line as `model` reads it, remembered for the next time.
     Reading read(EngineCache &engines, const QString &model);
     /// A part about `letters` letter heights long, cut in a gap between words: from the right if
