@@ -138,9 +138,44 @@ private:
         return task.isHopeless(script, sample) && readOtherwise(task, sample);
     }
 
+    /// The language that a Latin `text` is so much likelier in than in the page's; empty if none.
+    QString otherLanguage(const QString &text) const
+    {
+        QList<LanguageScore> scores = guessLanguage(text);
+        scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
+        const auto mine = std::find_if(scores.cbegin(), scores.cend(), [this](const auto &score) {
+            return score.model == m_latin;
+        });
+        const double bits = mine == scores.cend() ? 0 : mine->bits;
+        return !scores.isEmpty() && scores[0].model != m_latin &&
+                       scores[0].bits - bits >= languageBits
+                   ? scores[0].model
+                   : QString();
+    }
+
+    /// Reads a line of a Latin page that is surely in another language, without asking the page's
+    /// model more than once.
+    bool readOtherLanguage(LineTask &task)
+    {
+        if (m_main != m_latin) {
+            return false;
+        }
+        const Reading first = task.readOnce(m_engines, m_main);
+        const QString other = otherLanguage(first.text());
+        if (other.isEmpty()) {
+            return false;
+        }
+        const Reading reading = task.read(m_engines, other);
+        if (reading.confidence() < std::max(sureConfidence, first.confidence())) {
+            return false;
+        }
+        take(task, reading);
+        return true;
+    }
+
     void readLine(LineTask &task)
     {
-        if (readForeignLine(task)) {
+        if (readForeignLine(task) || readOtherLanguage(task)) {
             return;
         }
         take(task, task.read(m_engines, m_main));
@@ -195,7 +230,8 @@ private:
             if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
                  2 * countLetters(task.best.text(), task.script).own >= task.best.characters())) {
-                sure[task.best.model] += task.best.characters();
+                sure[task.script == Script::Latin ? m_latin : task.best.model] +=
+                    task.best.characters();
             }
         }
         if (Languages::scriptOf(m_main) != Script::Latin) {
@@ -292,17 +328,9 @@ private:
     /// A line may be in another language than its page.
     void checkLanguage(LineTask &task)
     {
-        QList<LanguageScore> scores = guessLanguage(task.best.text());
-        scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
-        double mine = 0;
-        for (const LanguageScore &score : std::as_const(scores)) {
-            if (score.model == m_latin) {
-                mine = score.bits;
-            }
-        }
-        if (!scores.isEmpty() && scores[0].model != m_latin &&
-            scores[0].bits - mine >= languageBits) {
-            const Reading reading = task.read(m_engines, scores[0].model);
+        const QString other = otherLanguage(task.best.text());
+        if (!other.isEmpty()) {
+            const Reading reading = task.read(m_engines, other);
             if (reading.confidence() + 1 > task.best.confidence()) {
                 take(task, reading);
             }

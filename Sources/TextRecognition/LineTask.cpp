@@ -81,7 +81,7 @@ Reading LineTask::read(EngineCache &engines, const QString &model)
             return *found;
         }
     }
-    Reading reading = wholeSample(engines, model);
+    Reading reading = readOnce(engines, model);
     if (const auto engine = engines.engine(model, dictionaryOf(model))) {
         reading = engine->readAgain(m_image.picture, std::move(reading));
     }
@@ -95,12 +95,12 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
     if (picture.width * 4 < length * 5) {
-        return wholeSample(engines, model);
+        return readOnce(engines, model);
     }
     return sampleOf(engines, model, cutNear(picture, length, fromRight), fromRight);
 }
 
-Reading LineTask::wholeSample(EngineCache &engines, const QString &model)
+Reading LineTask::readOnce(EngineCache &engines, const QString &model)
 {
     return sampleOf(engines, model, m_image.picture.width, false);
 }

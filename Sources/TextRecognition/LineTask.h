@@ -39,7 +39,9 @@ public:
     bool looksUnlike(Script of) const { return likelihood(of) < unlikelyKind; }
     /// Whether it is in another script, by its looks and by what a model of `of` reads.
     bool isHopeless(Script of, const Reading &reading) const;
-    /// The whole line as `model` reads it, remembered for the next time.
+    /// The whole line as `model` reads it at first, however unsure, remembered for the next time.
+    Reading readOnce(EngineCache &engines, const QString &model);
+    /// As it reads it most surely, remembered too.
     Reading read(EngineCache &engines, const QString &model);
     /// A part about `letters` letter heights long, cut in a gap between words: from the right if
     /// `fromRight`. A line hardly longer is read as a whole. Read once only, however unsure, which
@@ -58,7 +60,6 @@ public:
     QList<Reading> others() const { return m_readings.values(); }
 
 private:
-    Reading wholeSample(EngineCache &engines, const QString &model);
     Reading sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight);
 
     TextLine m_line;
