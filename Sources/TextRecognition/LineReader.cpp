@@ -43,6 +43,14 @@ constexpr double foreignAdvance = 4;
 /// A line that looks less likely than this to be Latin is not asked for it.
 constexpr double unlikelyLatin = 0.01;
 
+/// Lines that are read together, and how many prepared pixels of them: the more, the less often
+/// weights are fetched, and the more is kept.
+constexpr std::size_t linesAtOnce = 4;
+constexpr int widestGroup = 8000;
+
+/// Lines that the page's model is less sure of at first may be others'.
+constexpr double leastMain = 60;
+
 bool isHanModel(const QString &model)
 {
     return kindOf(Languages::scriptOf(model)) == WritingKind::Chinese;
@@ -75,6 +83,7 @@ public:
         } else if (isHanModel(m_main)) {
             chooseHan();
         }
+        readAhead();
         forEachLine([this](LineTask &task) { readLine(task); });
         reconsiderMain();
         if (Languages::scriptOf(m_main) != Script::Latin) {
@@ -95,6 +104,25 @@ private:
     void forEachLine(Work work)
     {
         m_workers.forEach(m_tasks.size(), [&](std::size_t i) { work(m_tasks[i]); });
+    }
+
+    /// Groups of at most `most` of `tasks`, and no more than is to be kept at once.
+    template <typename Work>
+    void forEachGroup(const std::vector<LineTask *> &tasks, std::size_t most, Work work)
+    {
+        // Rather several small groups for each thread than one that all wait for.
+        most = std::min(most, tasks.size() / std::size_t(2 * m_workers.threads()) + 1);
+        std::vector<std::vector<LineTask *>> groups;
+        int width = 0;
+        for (LineTask *task : tasks) {
+            width += task->image().picture.width;
+            if (groups.empty() || groups.back().size() == most || width > widestGroup) {
+                groups.emplace_back();
+                width = task->image().picture.width;
+            }
+            groups.back().push_back(task);
+        }
+        m_workers.forEach(groups.size(), [&](std::size_t i) { work(groups[i]); });
     }
 
     std::vector<LineTask *> lines()
@@ -171,6 +199,31 @@ private:
         }
         take(task, reading);
         return true;
+    }
+
+    /// Reads lines that are likely to be the page's model's with it, several at a time: what each
+    /// is read as is remembered, and the same as alone.
+    void readAhead()
+    {
+        const Script script = Languages::scriptOf(m_main);
+        std::vector<LineTask *> likely;
+        for (LineTask &task : m_tasks) {
+            if (!task.looksUnlike(script)) {
+                likely.push_back(&task);
+            }
+        }
+        forEachGroup(likely, linesAtOnce, [this](const std::vector<LineTask *> &group) {
+            LineTask::readOnce(group, m_engines, m_main);
+        });
+        std::erase_if(likely, [this](LineTask *task) {
+            const Reading reading = task->readOnce(m_engines, m_main);
+            return reading.confidence() < leastMain ||
+                   (m_main == m_latin && !otherLanguage(reading.text()).isEmpty());
+        });
+        // Each is read twice more.
+        forEachGroup(likely, linesAtOnce / 2, [this](const std::vector<LineTask *> &group) {
+            LineTask::read(group, m_engines, m_main);
+        });
     }
 
     void readLine(LineTask &task)

@@ -72,22 +72,47 @@ bool LineTask::isHopeless(Script of, const Reading &reading) const
     return looksUnlike(of) && reading.confidence() < hopeless;
 }
 
-Reading LineTask::read(EngineCache &engines, const QString &model)
+std::optional<Reading> LineTask::known(const QString &model) const
 {
-    {
-        const std::lock_guard lock(*m_mutex);
-        const auto found = m_readings.constFind(model);
-        if (found != m_readings.constEnd()) {
-            return *found;
+    const std::lock_guard lock(*m_mutex);
+    const auto found = m_readings.constFind(model);
+    return found != m_readings.constEnd() ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<Reading>
+LineTask::knownSample(const std::tuple<QString, int, bool> &key) const
+{
+    const std::lock_guard lock(*m_mutex);
+    const auto found = m_samples.find(key);
+    return found != m_samples.end() ? std::optional(found->second) : std::nullopt;
+}
+
+void LineTask::read(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                    const QString &model)
+{
+    std::vector<LineTask *> unread;
+    Engine::Pictures pictures;
+    std::vector<Reading> readings;
+    for (LineTask *task : tasks) {
+        if (!task->known(model)) {
+            unread.push_back(task);
+            pictures.push_back(&task->m_image.picture);
+            readings.push_back(task->readOnce(engines, model));
         }
     }
-    Reading reading = readOnce(engines, model);
     if (const auto engine = engines.engine(model, dictionaryOf(model))) {
-        reading = engine->readAgain(m_image.picture, std::move(reading));
+        readings = engine->readAgain(pictures, std::move(readings));
     }
-    const std::lock_guard lock(*m_mutex);
-    m_readings.insert(model, reading);
-    return reading;
+    for (std::size_t i = 0; i < unread.size(); ++i) {
+        const std::lock_guard lock(*unread[i]->m_mutex);
+        unread[i]->m_readings.insert(model, readings[i]);
+    }
+}
+
+Reading LineTask::read(EngineCache &engines, const QString &model)
+{
+    read({this}, engines, model);
+    return *known(model);
 }
 
 Reading LineTask::sample(EngineCache &engines, const QString &model, int letters, bool fromRight)
@@ -100,6 +125,28 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
     return sampleOf(engines, model, cutNear(picture, length, fromRight), fromRight);
 }
 
+void LineTask::readOnce(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                        const QString &model)
+{
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    if (!engine) {
+        return;
+    }
+    std::vector<LineTask *> unread;
+    Engine::Pictures pictures;
+    for (LineTask *task : tasks) {
+        if (!task->knownSample({model, task->m_image.picture.width, false})) {
+            unread.push_back(task);
+            pictures.push_back(&task->m_image.picture);
+        }
+    }
+    const std::vector<Reading> readings = engine->read(pictures);
+    for (std::size_t i = 0; i < unread.size(); ++i) {
+        const std::lock_guard lock(*unread[i]->m_mutex);
+        unread[i]->m_samples.emplace(std::tuple{model, pictures[i]->width, false}, readings[i]);
+    }
+}
+
 Reading LineTask::readOnce(EngineCache &engines, const QString &model)
 {
     return sampleOf(engines, model, m_image.picture.width, false);
@@ -108,12 +155,8 @@ Reading LineTask::readOnce(EngineCache &engines, const QString &model)
 Reading LineTask::sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight)
 {
     const std::tuple key{model, length, fromRight};
-    {
-        const std::lock_guard lock(*m_mutex);
-        const auto found = m_samples.find(key);
-        if (found != m_samples.end()) {
-            return found->second;
-        }
+    if (const std::optional<Reading> found = knownSample(key)) {
+        return *found;
     }
     const GreyImage &picture = m_image.picture;
     const auto engine = engines.engine(model, dictionaryOf(model));

@@ -13,7 +13,9 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <tuple>
+#include <vector>
 
 namespace recognition {
 
@@ -41,8 +43,13 @@ public:
     bool isHopeless(Script of, const Reading &reading) const;
     /// The whole line as `model` reads it at first, however unsure, remembered for the next time.
     Reading readOnce(EngineCache &engines, const QString &model);
+    /// The same of several lines of about one length, which takes less time together.
+    static void readOnce(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                         const QString &model);
     /// As it reads it most surely, remembered too.
     Reading read(EngineCache &engines, const QString &model);
+    static void read(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                     const QString &model);
     /// A part about `letters` letter heights long, cut in a gap between words: from the right if
     /// `fromRight`. A line hardly longer is read as a whole. Read once only, however unsure, which
     /// is enough to compare models.
@@ -60,6 +67,8 @@ public:
     QList<Reading> others() const { return m_readings.values(); }
 
 private:
+    std::optional<Reading> known(const QString &model) const;
+    std::optional<Reading> knownSample(const std::tuple<QString, int, bool> &key) const;
     Reading sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight);
 
     TextLine m_line;

@@ -27,11 +27,6 @@ constexpr double sure = 94;
 /// have been taken for one.
 constexpr double sureWord = 90;
 
-bool isSure(const Reading &reading)
-{
-    return reading.confidence() >= sure || reading.leastConfidence() >= sureWord;
-}
-
 /// The part of `picture` in `box`, which may reach out into the white around it.
 GreyImage withWhite(const GreyImage &picture, const Box &box)
 {
@@ -81,57 +76,102 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
         new Engine(model, std::move(data), std::move(*network), std::move(*alphabet), nothing));
 }
 
-Reading Engine::read(const GreyImage &picture) const
+/// What is read of a picture: its ink, and white around it.
+struct Engine::Part
 {
-    return readWith(picture, std::array{usualMargin}).front();
+    Part(const GreyImage &whole, int margin)
+        : picture(whole)
+        , inked(inkIn(whole, {0, 0, whole.width, whole.height}))
+        , box{inked.left - margin, inked.top - margin, inked.right + margin, inked.bottom + margin}
+    {
+    }
+    double scale(int lineHeight) const { return double(lineHeight) / box.height(); }
+    /// As the network reads it.
+    GreyImage line(const Network &network) const
+    {
+        const int height = network.lineHeight();
+        const int width =
+            std::max(int(std::lround(box.width() * scale(height))), network.columnWidth());
+        return resampled(withWhite(picture, box), width, height);
+    }
+
+    const GreyImage &picture;
+    Box inked;
+    Box box;
+};
+
+std::vector<Reading> Engine::read(const Pictures &pictures) const
+{
+    std::vector<Part> parts;
+    parts.reserve(pictures.size());
+    for (const GreyImage *picture : pictures) {
+        parts.emplace_back(*picture, usualMargin);
+    }
+    return readParts(parts);
 }
 
-Reading Engine::readAgain(const GreyImage &picture, Reading first) const
+Reading Engine::read(const GreyImage &picture) const
 {
-    if (isSure(first)) {
-        return first;
+    return read(Pictures{&picture}).front();
+}
+
+bool Engine::isSure(const Reading &reading)
+{
+    return reading.confidence() >= sure || reading.leastConfidence() >= sureWord;
+}
+
+std::vector<Reading> Engine::readAgain(const Pictures &pictures, std::vector<Reading> first) const
+{
+    std::vector<Part> parts;
+    std::vector<std::size_t> lines;
+    for (std::size_t line = 0; line < pictures.size(); ++line) {
+        for (const int margin : otherMargins) {
+            if (!isSure(first[line])) {
+                parts.emplace_back(*pictures[line], margin);
+                lines.push_back(line);
+            }
+        }
     }
-    Reading best = std::move(first);
-    for (Reading &reading : readWith(picture, otherMargins)) {
-        if (reading.confidence() > best.confidence() && best.confidence() < sure) {
-            best = std::move(reading);
+    std::vector<Reading> readings = readParts(parts);
+    std::vector<Reading> best = std::move(first);
+    for (std::size_t i = 0; i < readings.size(); ++i) {
+        Reading &line = best[lines[i]];
+        if (readings[i].confidence() > line.confidence() && line.confidence() < sure) {
+            line = std::move(readings[i]);
         }
     }
     return best;
 }
 
-std::vector<Reading> Engine::readWith(const GreyImage &picture, std::span<const int> margins) const
+Reading Engine::readAgain(const GreyImage &picture, Reading first) const
 {
-    const Box inked = inkIn(picture, {0, 0, picture.width, picture.height});
-    if (inked.isEmpty()) {
-        return std::vector(margins.size(), Reading{m_model, {}});
-    }
-    std::vector<GreyImage> lines;
-    std::vector<Box> boxes;
-    for (const int margin : margins) {
-        const Box box{inked.left - margin, inked.top - margin, inked.right + margin,
-                      inked.bottom + margin};
-        const int width =
-            std::max(int(std::lround(box.width() * scaleOf(box))), m_network.columnWidth());
-        lines.push_back(resampled(withWhite(picture, box), width, m_network.lineHeight()));
-        boxes.push_back(box);
-    }
-    std::vector<Reading> readings;
-    for (const CodeShares &shares : m_network.read(lines)) {
-        const Box &box = boxes[readings.size()];
-        const std::vector<DecodedCharacter> characters =
-            decode(shares, m_nothing, m_alphabet, m_lists);
-        readings.push_back({m_model, wordsOfLine({picture, inked, double(box.left),
-                                                  m_network.columnWidth() / scaleOf(box),
-                                                  shares.columns, characters},
-                                                 m_alphabet)});
-    }
-    return readings;
+    return readAgain(Pictures{&picture}, std::vector{std::move(first)}).front();
 }
 
-double Engine::scaleOf(const Box &box) const
+std::vector<Reading> Engine::readParts(const std::vector<Part> &parts) const
 {
-    return double(m_network.lineHeight()) / box.height();
+    std::vector<Reading> readings(parts.size(), Reading{m_model, {}});
+    std::vector<GreyImage> lines;
+    std::vector<std::size_t> inked;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (!parts[i].inked.isEmpty()) {
+            lines.push_back(parts[i].line(m_network));
+            inked.push_back(i);
+        }
+    }
+    const Lines values = m_network.read(lines);
+    for (std::size_t k = 0; k < values.size(); ++k) {
+        const Part &part = parts[inked[k]];
+        const CodeShares shares = m_network.shares(values[k]);
+        const std::vector<DecodedCharacter> characters =
+            decode(shares, m_nothing, m_alphabet, m_lists);
+        readings[inked[k]].words = wordsOfLine(
+            {part.picture, part.inked, double(part.box.left),
+             m_network.columnWidth() / part.scale(m_network.lineHeight()), shares.columns,
+             characters},
+            m_alphabet);
+    }
+    return readings;
 }
 
 bool Engine::knows(const QString &word) const

@@ -95,6 +95,7 @@ Lines Parallel::forward(const Lines &inputs) const
     Lines outputs;
     for (std::size_t line = 0; line < inputs.size(); ++line) {
         std::vector<const Activations *> ofLine;
+        ofLine.reserve(parts.size());
         for (const Lines &part : parts) {
             ofLine.push_back(&part[line]);
         }
