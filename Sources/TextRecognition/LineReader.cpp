@@ -6,11 +6,12 @@
 #include "IconFilter.h"
 #include "IndicNumbers.h"
 #include "LanguageChooser.h"
-#include "LanguageGuess.h"
+#include "LineGroups.h"
 #include "MixedScripts.h"
 #include "ScriptChooser.h"
 
 #include <algorithm>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -32,9 +33,6 @@ constexpr double mixedGate = 84;
 constexpr double leastForeign = 72;
 constexpr double leastWholeForeign = 60;
 
-/// A line is taken for another language when that is this much likelier, as a power of two.
-constexpr double languageBits = 10;
-
 /// Below this a Latin reading on a page with another script may be of that script, which then may
 /// be this much less sure: it is not at its best beside Latin letters.
 constexpr double doubtfulLatin = 75;
@@ -43,10 +41,8 @@ constexpr double foreignAdvance = 4;
 /// A line that looks less likely than this to be Latin is not asked for it.
 constexpr double unlikelyLatin = 0.01;
 
-/// Lines that are read together, and how many prepared pixels of them: the more, the less often
-/// weights are fetched, and the more is kept.
+/// Lines that are read at once: the more, the less often weights are fetched.
 constexpr std::size_t linesAtOnce = 4;
-constexpr int widestGroup = 8000;
 
 /// Lines that the page's model is less sure of at first may be others'.
 constexpr double leastMain = 60;
@@ -106,25 +102,6 @@ private:
         m_workers.forEach(m_tasks.size(), [&](std::size_t i) { work(m_tasks[i]); });
     }
 
-    /// Groups of at most `most` of `tasks`, and no more than is to be kept at once.
-    template <typename Work>
-    void forEachGroup(const std::vector<LineTask *> &tasks, std::size_t most, Work work)
-    {
-        // Rather several small groups for each thread than one that all wait for.
-        most = std::min(most, tasks.size() / std::size_t(2 * m_workers.threads()) + 1);
-        std::vector<std::vector<LineTask *>> groups;
-        int width = 0;
-        for (LineTask *task : tasks) {
-            width += task->image().picture.width;
-            if (groups.empty() || groups.back().size() == most || width > widestGroup) {
-                groups.emplace_back();
-                width = task->image().picture.width;
-            }
-            groups.back().push_back(task);
-        }
-        m_workers.forEach(groups.size(), [&](std::size_t i) { work(groups[i]); });
-    }
-
     std::vector<LineTask *> lines()
     {
         std::vector<LineTask *> lines;
@@ -153,32 +130,29 @@ private:
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
 
-    /// Reads a line that looks like another script than the page's, and is so by a sample of it.
-    bool readForeignLine(LineTask &task)
+    /// The model of a line that looks like another script than the page's, and is so by a sample of
+    /// it; empty if there is none.
+    QString foreignLineModel(LineTask &task)
     {
         const Script script = Languages::scriptOf(m_main);
         const bool mayBeLatin = m_main != m_latin && !task.looksUnlike(Script::Latin);
         if (!task.looksUnlike(script) || mayBeLatin) {
-            return false;
+            return {};
         }
-        const Reading sample =
-            task.sample(m_engines, m_main, scriptSampleLength, script == Script::Arabic);
-        return task.isHopeless(script, sample) && readOtherwise(task, sample);
+        const Reading sample = scriptSample(task);
+        return task.isHopeless(script, sample) ? otherModel(task, sample) : QString();
     }
 
-    /// The language that a Latin `text` is so much likelier in than in the page's; empty if none.
-    QString otherLanguage(const QString &text) const
+    Reading scriptSample(LineTask &task)
     {
-        QList<LanguageScore> scores = guessLanguage(text);
-        scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
-        const auto mine = std::find_if(scores.cbegin(), scores.cend(), [this](const auto &score) {
-            return score.model == m_latin;
-        });
-        const double bits = mine == scores.cend() ? 0 : mine->bits;
-        return !scores.isEmpty() && scores[0].model != m_latin &&
-                       scores[0].bits - bits >= languageBits
-                   ? scores[0].model
-                   : QString();
+        return task.sample(m_engines, m_main, scriptSampleLength,
+                           Languages::scriptOf(m_main) == Script::Arabic);
+    }
+
+    bool readForeignLine(LineTask &task)
+    {
+        const QString other = foreignLineModel(task);
+        return !other.isEmpty() && takeSurer(task, other, scriptSample(task));
     }
 
     /// Reads a line of a Latin page that is surely in another language, without asking the page's
@@ -189,7 +163,7 @@ private:
             return false;
         }
         const Reading first = task.readOnce(m_engines, m_main);
-        const QString other = otherLanguage(first.text());
+        const QString other = surelyOther(first.text(), m_latin, m_languages);
         if (other.isEmpty()) {
             return false;
         }
@@ -201,28 +175,38 @@ private:
         return true;
     }
 
-    /// Reads lines that are likely to be the page's model's with it, several at a time: what each
-    /// is read as is remembered, and the same as alone.
+    /// Reads lines with the models that are likely to be theirs, several at a time: what each is
+    /// read as is remembered, and the same as alone.
     void readAhead()
     {
+        std::vector<QString> models(m_tasks.size());
+        m_workers.forEach(m_tasks.size(),
+                          [&](std::size_t i) { models[i] = foreignLineModel(m_tasks[i]); });
         const Script script = Languages::scriptOf(m_main);
-        std::vector<LineTask *> likely;
-        for (LineTask &task : m_tasks) {
-            if (!task.looksUnlike(script)) {
-                likely.push_back(&task);
+        std::map<QString, std::vector<LineTask *>> lines;
+        for (std::size_t i = 0; i < m_tasks.size(); ++i) {
+            if (!models[i].isEmpty()) {
+                lines[models[i]].push_back(&m_tasks[i]);
+            } else if (!m_tasks[i].looksUnlike(script)) {
+                lines[m_main].push_back(&m_tasks[i]);
             }
         }
-        forEachGroup(likely, linesAtOnce, [this](const std::vector<LineTask *> &group) {
-            LineTask::readOnce(group, m_engines, m_main);
+        LineGroups(lines, linesAtOnce, m_workers).forEach([this](const auto &group) {
+            LineTask::readOnce(group.tasks, m_engines, group.model);
         });
-        std::erase_if(likely, [this](LineTask *task) {
+        std::erase_if(lines[m_main], [&](LineTask *task) {
             const Reading reading = task->readOnce(m_engines, m_main);
-            return reading.confidence() < leastMain ||
-                   (m_main == m_latin && !otherLanguage(reading.text()).isEmpty());
+            const QString other =
+                m_main == m_latin ? surelyOther(reading.text(), m_latin, m_languages) : QString();
+            if (!other.isEmpty()) {
+                lines[other].push_back(task);
+            }
+            return !other.isEmpty() || reading.confidence() < leastMain;
         });
         // Each is read twice more.
-        forEachGroup(likely, linesAtOnce / 2, [this](const std::vector<LineTask *> &group) {
-            LineTask::read(group, m_engines, m_main);
+        LineGroups(lines, linesAtOnce / 2, m_workers).forEach([this](const auto &group) {
+            LineTask::readOnce(group.tasks, m_engines, group.model);
+            LineTask::read(group.tasks, m_engines, group.model);
         });
     }
 
@@ -250,24 +234,31 @@ private:
                 return;
             }
         }
-        readOtherwise(task, task.best);
+        const Reading own = task.best;
+        const QString other = otherModel(task, own);
+        if (!other.isEmpty()) {
+            takeSurer(task, other, own);
+        }
     }
 
-    /// Takes the reading of another script's model that is surer than `reading`, of the page's.
-    bool readOtherwise(LineTask &task, const Reading &reading)
+    /// The model of another script that reads a sample more surely than `reading`, of the page's;
+    /// empty if there is none.
+    QString otherModel(LineTask &task, const Reading &reading)
     {
         QStringList others = m_candidates;
         others.removeAll(m_main);
         // By a few letters any model may chance to be sure of something.
         const int doubt = reading.characters() <= 8 ? 25 : 8;
-        const double least = std::max(reading.confidence() + doubt, leastForeign);
-        const QString other = otherScript(task, others, least, m_engines);
-        if (other.isEmpty()) {
-            return false;
-        }
-        const Reading foreign = task.read(m_engines, other);
+        return otherScript(task, others, std::max(reading.confidence() + doubt, leastForeign),
+                           m_engines);
+    }
+
+    /// Takes the reading of another script's `model` if it is surer than `own`, of the page's.
+    bool takeSurer(LineTask &task, const QString &model, const Reading &own)
+    {
+        const Reading foreign = task.read(m_engines, model);
         if (foreign.confidence() < leastWholeForeign ||
-            foreign.confidence() <= reading.confidence() + 3) {
+            foreign.confidence() <= own.confidence() + 3) {
             return false;
         }
         take(task, foreign);
@@ -381,7 +372,7 @@ private:
     /// A line may be in another language than its page.
     void checkLanguage(LineTask &task)
     {
-        const QString other = otherLanguage(task.best.text());
+        const QString other = surelyOther(task.best.text(), m_latin, m_languages);
         if (!other.isEmpty()) {
             const Reading reading = task.read(m_engines, other);
             if (reading.confidence() + 1 > task.best.confidence()) {

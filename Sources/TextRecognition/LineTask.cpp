@@ -79,8 +79,7 @@ std::optional<Reading> LineTask::known(const QString &model) const
     return found != m_readings.constEnd() ? std::optional(*found) : std::nullopt;
 }
 
-std::optional<Reading>
-LineTask::knownSample(const std::tuple<QString, int, bool> &key) const
+std::optional<Reading> LineTask::knownSample(const std::tuple<QString, int, bool> &key) const
 {
     const std::lock_guard lock(*m_mutex);
     const auto found = m_samples.find(key);

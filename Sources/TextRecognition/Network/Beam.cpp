@@ -7,10 +7,9 @@ namespace recognition {
 
 void Beam::findWorst()
 {
-    m_worst = int(
-        std::min_element(begin(), end(),
-                         [](const Node &a, const Node &b) { return a.score < b.score; }) -
-        begin());
+    m_worst = int(std::min_element(begin(), end(),
+                                   [](const Node &a, const Node &b) { return a.score < b.score; }) -
+                  begin());
 }
 
 void Beam::push(const Node &node, int width)

@@ -26,7 +26,8 @@ void keepLargest(const std::int32_t *sums, int size, int rowSize, int columns, i
         for (int y = 0; y < rows; ++y) {
             for (int x = 0; x < columns; ++x) {
                 Sums other;
-                std::memcpy(&other, sums + std::ptrdiff_t(y) * rowSize + std::ptrdiff_t(x) * size + i,
+                std::memcpy(&other,
+                            sums + std::ptrdiff_t(y) * rowSize + std::ptrdiff_t(x) * size + i,
                             sizeof other);
                 kept = other > kept ? other : kept;
             }

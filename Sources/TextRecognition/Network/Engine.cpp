@@ -165,11 +165,11 @@ std::vector<Reading> Engine::readParts(const std::vector<Part> &parts) const
         const CodeShares shares = m_network.shares(values[k]);
         const std::vector<DecodedCharacter> characters =
             decode(shares, m_nothing, m_alphabet, m_lists);
-        readings[inked[k]].words = wordsOfLine(
-            {part.picture, part.inked, double(part.box.left),
-             m_network.columnWidth() / part.scale(m_network.lineHeight()), shares.columns,
-             characters},
-            m_alphabet);
+        readings[inked[k]].words =
+            wordsOfLine({part.picture, part.inked, double(part.box.left),
+                         m_network.columnWidth() / part.scale(m_network.lineHeight()),
+                         shares.columns, characters},
+                        m_alphabet);
     }
     return readings;
 }
