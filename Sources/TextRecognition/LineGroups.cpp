@@ -7,9 +7,8 @@ namespace recognition {
 
 namespace {
 
-/// The prepared pixels of a group's lines together: what a network keeps of as many columns is some
-/// ten megabytes.
-constexpr int widest = 8000;
+/// The prepared pixels of a group's lines together, each of which the network keeps a kilobyte of.
+constexpr int widest = 4000;
 
 int widthOf(const LineGroup &group)
 {
