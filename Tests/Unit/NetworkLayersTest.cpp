@@ -299,7 +299,7 @@ private Q_SLOTS:
                         int(std::lround(127 * std::tanh(state) * logistic(sums[3])));
                     if (!isSummary || x + 1 == width) {
                         // What is nearly halfway may be rounded either way, and is remembered.
-                        const int value = found.at(isSummary ? 0 : x, y)[cell];
+                        const auto value = int(found.at(isSummary ? 0 : x, y)[cell]);
                         QVERIFY(std::abs(value - outputs[std::size_t(cell)]) <= 2);
                     }
                 }
