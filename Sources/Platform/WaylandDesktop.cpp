@@ -16,6 +16,7 @@
 #include "Platform/Wayland/ImageCopyCapture.h"
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
+#include "Platform/Wayland/QtWayland.h"
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
 #include "Platform/Wayland/UnboundKeyTap.h"
 #include "Platform/Wayland/WaylandEventMonitor.h"
@@ -30,7 +31,7 @@ using namespace Qt::StringLiterals;
 
 void prepareWaylandDesktop()
 {
-    LayerShell::leaveWindowsWithoutRole();
+    leaveQtWindowsWithoutRole();
     // No window of ours draws by OpenGL. Where Qt thinks that one might, or that it might have to
     // draw a title bar itself, the first window loads the graphics driver: 50 megabytes.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
