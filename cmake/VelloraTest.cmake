@@ -2,7 +2,7 @@
 # Every test runs in a private desktop (Scripts/in-desktop): its own HOME, XDG folders and session
 # bus, so tests neither meet each other nor the person who runs them.
 
-set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome weston)
+set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwayland weston)
 
 # vellora_add_test(NAME name
 #                  SOURCES file... [LIBRARIES target...]     a Qt Test class and its main, or

@@ -55,8 +55,9 @@ FILES = (MEDIA_KEYS, str(PORTALS / "gnome.portal"),
 class GnomeSession:
     """Started by the session of Scripts/in-desktop, which ends what it starts."""
 
-    def __init__(self, session, wallpaper):
+    def __init__(self, session, wallpaper, has_xwayland):
         self._session, self._wallpaper = session, wallpaper
+        self._has_xwayland = has_xwayland
 
     def prepare(self):
         """What the session bus and what it starts have to find."""
@@ -94,7 +95,8 @@ class GnomeSession:
         session.wait("PipeWire", (runtime / "pipewire-0").exists, pipewire)
         session.spawn("wireplumber", "wireplumber")
         # Unsafe mode lets tests see and ask; a program that it is to be tried on asks the portal.
-        process = session.spawn("gnome-shell", "gnome-shell", "--headless", "--no-x11",
+        x11 = () if self._has_xwayland else ("--no-x11",)
+        process = session.spawn("gnome-shell", "gnome-shell", "--headless", *x11,
                                 "--wayland-display=wayland-gnome", "--unsafe-mode", *screens)
         session.server = process
         session.wait("GNOME Shell", (runtime / "wayland-gnome").exists, process)
@@ -103,9 +105,21 @@ class GnomeSession:
         if session.scale != 1:
             session.wait("the scale", self._has_scale, process)
         session.wait("the end of the overview", self._leaves_overview, process)
+        if self._has_xwayland:
+            session.wait("Xwayland", self._tells_display, process)
         keys = session.spawn("media-keys", MEDIA_KEYS)
         session.wait("the settings daemon's keys",
                      lambda: session.has_bus_name("org.gnome.SettingsDaemon.MediaKeys"), keys)
+
+    def _tells_display(self):
+        """Where programs find Xwayland, which starts for the first."""
+        for name in ("DISPLAY", "XAUTHORITY"):
+            answer = self._call("org.gnome.Shell", "Eval", f"imports.gi.GLib.getenv('{name}')")
+            told = re.fullmatch(r"""\(true, '"(.+)"'\)""", answer.strip())
+            if not told:
+                return False
+            self._session.environment[name] = told.group(1)
+        return True
 
     def _has_scale(self):
         """Whether the first screen, the only one then, is as dense; if not, makes it so."""

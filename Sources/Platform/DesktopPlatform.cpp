@@ -13,6 +13,7 @@
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/Qt/StandardErrorLog.h"
 #include "Platform/Wayland/WaylandOutputs.h"
+#include "Platform/Wayland/WaylandSocket.h"
 #include "Platform/WaylandDesktop.h"
 #include "Platform/X11/X11Platform.h"
 #include "Platform/X11/XEmbedTray.h"
@@ -57,6 +58,9 @@ void addWindowSystem(Platform &platform, const QString &displayName,
         return;
     }
     if (isWaylandDesktop() || isXwayland) {
+        if (isXwayland) {
+            nameWaylandDisplayOf(x11ListeningProcess());
+        }
         platform.screens =
             std::make_unique<QtScreens>(isXwayland ? x11PixelGeometry() : waylandPixelGeometry());
         const QStringList missing = addWaylandServices(platform, std::move(panelMenu));

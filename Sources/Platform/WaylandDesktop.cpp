@@ -7,6 +7,7 @@
 #include "Platform/Platform.h"
 #include "Platform/Portal/GlobalShortcutsKeyTap.h"
 #include "Platform/Portal/PortalScreenshot.h"
+#include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Sway/SwayEventMonitor.h"
 #include "Platform/Sway/SwayKeyTap.h"
 #include "Platform/Sway/SwayPopupPlacement.h"
@@ -16,6 +17,7 @@
 #include "Platform/Wayland/ImageCopyCapture.h"
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
+#include "Platform/Wayland/QtWayland.h"
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
 #include "Platform/Wayland/UnboundKeyTap.h"
 #include "Platform/Wayland/WaylandEventMonitor.h"
@@ -30,7 +32,7 @@ using namespace Qt::StringLiterals;
 
 void prepareWaylandDesktop()
 {
-    LayerShell::leaveWindowsWithoutRole();
+    leaveQtWindowsWithoutRole();
     // No window of ours draws by OpenGL. Where Qt thinks that one might, or that it might have to
     // draw a title bar itself, the first window loads the graphics driver: 50 megabytes.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
@@ -45,9 +47,9 @@ bool isWaylandDesktop()
 }
 
 namespace {
-/// Null where the desktop lets no program see the screen.
-std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log,
-                                                     std::shared_ptr<PanelMenu> panelMenu)
+/// Not for X11 programs, whose full-screen windows were gone at once on the desktop that has these
+/// protocols, sway. Null where none is offered.
+std::unique_ptr<ScreenRecording> makeProtocolRecording(const Screens &screens)
 {
     // The older protocol first, where both are: it copies no more than the rectangle.
     auto screencopy = std::make_unique<WlrScreencopy>(screens);
@@ -57,6 +59,16 @@ std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, Sys
     auto imageCopy = std::make_unique<ImageCopyCapture>(screens);
     if (imageCopy->preflightAccess()) {
         return imageCopy;
+    }
+    return nullptr;
+}
+
+/// Null where the desktop lets no program see the screen.
+std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log,
+                                                     std::shared_ptr<PanelMenu> panelMenu)
+{
+    if (auto recording = isWaylandDesktop() ? makeProtocolRecording(screens) : nullptr) {
+        return recording;
     }
     if (KWinScreenShot::isOffered()) {
         return std::make_unique<KWinScreenShot>(screens);
@@ -88,7 +100,10 @@ std::unique_ptr<Pasteboard> makePasteboard()
     if (dataControl->isUsable()) {
         return dataControl;
     }
-    return std::make_unique<FocusedPasteboard>();
+    if (isWaylandDesktop()) {
+        return std::make_unique<FocusedPasteboard>();
+    }
+    return std::make_unique<QtPasteboard>();
 }
 
 std::unique_ptr<KeyTap> makeKeyTap(SystemLog &log)

@@ -20,6 +20,9 @@ constexpr std::size_t languageLines = 3;
 constexpr double clearBits = 8;
 constexpr double clearBitsUnaccented = 14;
 
+/// A line is taken for another language than its page's when that is so many times likelier.
+constexpr double otherBits = 10;
+
 /// Words in the word list that are read this surely, of so many letters together, are of its
 /// language.
 constexpr double sureWord = 90;
@@ -130,6 +133,18 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
         }
     }
     return best;
+}
+
+QString surelyOther(const QString &text, const QString &model, const Languages &languages)
+{
+    const QList<LanguageScore> scores = guessAmong(text, languages.models(Script::Latin));
+    if (scores.isEmpty() || scores[0].model == model) {
+        return {};
+    }
+    const auto own = std::find_if(scores.cbegin(), scores.cend(),
+                                  [&model](const LanguageScore &s) { return s.model == model; });
+    const double bits = own == scores.cend() ? 0 : own->bits;
+    return scores[0].bits - bits >= otherBits ? scores[0].model : QString();
 }
 
 } // namespace recognition

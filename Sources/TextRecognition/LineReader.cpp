@@ -6,11 +6,12 @@
 #include "IconFilter.h"
 #include "IndicNumbers.h"
 #include "LanguageChooser.h"
-#include "LanguageGuess.h"
+#include "LineGroups.h"
 #include "MixedScripts.h"
 #include "ScriptChooser.h"
 
 #include <algorithm>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -32,9 +33,6 @@ constexpr double mixedGate = 84;
 constexpr double leastForeign = 72;
 constexpr double leastWholeForeign = 60;
 
-/// A line is taken for another language when that is this much likelier, as a power of two.
-constexpr double languageBits = 10;
-
 /// Below this a Latin reading on a page with another script may be of that script, which then may
 /// be this much less sure: it is not at its best beside Latin letters.
 constexpr double doubtfulLatin = 75;
@@ -42,6 +40,12 @@ constexpr double foreignAdvance = 4;
 
 /// A line that looks less likely than this to be Latin is not asked for it.
 constexpr double unlikelyLatin = 0.01;
+
+/// Lines that are read at once: the more, the less often weights are fetched.
+constexpr std::size_t linesAtOnce = 4;
+
+/// Lines that the page's model is less sure of at first may be others'.
+constexpr double leastMain = 60;
 
 bool isHanModel(const QString &model)
 {
@@ -80,6 +84,7 @@ public:
         } else if (isHanModel(m_main)) {
             chooseHan();
         }
+        readAhead();
         forEachLine([this](LineTask &task) { readLine(task); });
         reconsiderMain();
         settleChinese();
@@ -131,8 +136,91 @@ private:
         m_candidates.removeIf([&](const QString &m) { return models.contains(m) && m != m_main; });
     }
 
+    /// The model of a line that looks like another script than the page's, and is so by a sample of
+    /// it; empty if there is none.
+    QString foreignLineModel(LineTask &task)
+    {
+        const Script script = Languages::scriptOf(m_main);
+        const bool mayBeLatin = m_main != m_latin && !task.looksUnlike(Script::Latin);
+        if (!task.looksUnlike(script) || mayBeLatin) {
+            return {};
+        }
+        const Reading sample = scriptSample(task);
+        return task.isHopeless(script, sample) ? otherModel(task, sample) : QString();
+    }
+
+    Reading scriptSample(LineTask &task)
+    {
+        return task.sample(m_engines, m_main, scriptSampleLength,
+                           Languages::scriptOf(m_main) == Script::Arabic);
+    }
+
+    bool readForeignLine(LineTask &task)
+    {
+        const QString other = foreignLineModel(task);
+        return !other.isEmpty() && takeSurer(task, other, scriptSample(task));
+    }
+
+    /// Reads a line of a Latin page that is surely in another language, without asking the page's
+    /// model more than once.
+    bool readOtherLanguage(LineTask &task)
+    {
+        if (m_main != m_latin) {
+            return false;
+        }
+        const Reading first = task.readOnce(m_engines, m_main);
+        const QString other = surelyOther(first.text(), m_latin, m_languages);
+        if (other.isEmpty()) {
+            return false;
+        }
+        const Reading reading = task.read(m_engines, other);
+        if (reading.confidence() < std::max(sureConfidence, first.confidence())) {
+            return false;
+        }
+        take(task, reading);
+        return true;
+    }
+
+    /// Reads lines with the models that are likely to be theirs, several at a time: what each is
+    /// read as is remembered, and the same as alone.
+    void readAhead()
+    {
+        std::vector<QString> models(m_tasks.size());
+        m_workers.forEach(m_tasks.size(),
+                          [&](std::size_t i) { models[i] = foreignLineModel(m_tasks[i]); });
+        const Script script = Languages::scriptOf(m_main);
+        std::map<QString, std::vector<LineTask *>> lines;
+        for (std::size_t i = 0; i < m_tasks.size(); ++i) {
+            if (!models[i].isEmpty()) {
+                lines[models[i]].push_back(&m_tasks[i]);
+            } else if (!m_tasks[i].looksUnlike(script)) {
+                lines[m_main].push_back(&m_tasks[i]);
+            }
+        }
+        LineGroups(lines, linesAtOnce, m_workers).forEach([this](const auto &group) {
+            LineTask::readOnce(group.tasks, m_engines, group.model);
+        });
+        std::erase_if(lines[m_main], [&](LineTask *task) {
+            const Reading reading = task->readOnce(m_engines, m_main);
+            const QString other =
+                m_main == m_latin ? surelyOther(reading.text(), m_latin, m_languages) : QString();
+            if (!other.isEmpty()) {
+                lines[other].push_back(task);
+            }
+            return !other.isEmpty() || reading.confidence() < leastMain;
+        });
+        // Each is read twice more.
+        LineGroups(lines, linesAtOnce / 2, m_workers).forEach([this](const auto &group) {
+            LineTask::readOnce(group.tasks, m_engines, group.model);
+            LineTask::read(group.tasks, m_engines, group.model);
+        });
+    }
+
     void readLine(LineTask &task)
     {
+        if (readForeignLine(task) || readOtherLanguage(task)) {
+            return;
+        }
         take(task, task.read(m_engines, m_main));
         if (task.best.confidence() >= gateOf(task.script) && !task.best.isEmpty()) {
             return;
@@ -152,20 +240,35 @@ private:
                 return;
             }
         }
+        const Reading own = task.best;
+        const QString other = otherModel(task, own);
+        if (!other.isEmpty()) {
+            takeSurer(task, other, own);
+        }
+    }
+
+    /// The model of another script that reads a sample more surely than `reading`, of the page's;
+    /// empty if there is none.
+    QString otherModel(LineTask &task, const Reading &reading)
+    {
         QStringList others = m_candidates;
         others.removeAll(m_main);
         // By a few letters any model may chance to be sure of something.
-        const int doubt = task.best.characters() <= 8 ? 25 : 8;
-        const double least = std::max(task.best.confidence() + doubt, leastForeign);
-        const QString other = otherScript(task, others, least, m_engines);
-        if (other.isEmpty()) {
-            return;
+        const int doubt = reading.characters() <= 8 ? 25 : 8;
+        return otherScript(task, others, std::max(reading.confidence() + doubt, leastForeign),
+                           m_engines);
+    }
+
+    /// Takes the reading of another script's `model` if it is surer than `own`, of the page's.
+    bool takeSurer(LineTask &task, const QString &model, const Reading &own)
+    {
+        const Reading foreign = task.read(m_engines, model);
+        if (foreign.confidence() < leastWholeForeign ||
+            foreign.confidence() <= own.confidence() + 3) {
+            return false;
         }
-        const Reading reading = task.read(m_engines, other);
-        if (reading.confidence() >= leastWholeForeign &&
-            reading.confidence() > task.best.confidence() + 3) {
-            take(task, reading);
-        }
+        take(task, foreign);
+        return true;
     }
 
     /// The first lines may have misled: if more of the page was read surely with another script's
@@ -177,7 +280,8 @@ private:
             if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
                  2 * countLetters(task.best.text(), task.script).own >= task.best.characters())) {
-                sure[task.best.model] += task.best.characters();
+                sure[task.script == Script::Latin ? m_latin : task.best.model] +=
+                    task.best.characters();
             }
         }
         if (Languages::scriptOf(m_main) != Script::Latin) {
@@ -302,17 +406,9 @@ private:
     /// A line may be in another language than its page.
     void checkLanguage(LineTask &task)
     {
-        QList<LanguageScore> scores = guessLanguage(task.best.text());
-        scores.removeIf([this](const LanguageScore &s) { return !m_languages.has(s.model); });
-        double mine = 0;
-        for (const LanguageScore &score : std::as_const(scores)) {
-            if (score.model == m_latin) {
-                mine = score.bits;
-            }
-        }
-        if (!scores.isEmpty() && scores[0].model != m_latin &&
-            scores[0].bits - mine >= languageBits) {
-            const Reading reading = task.read(m_engines, scores[0].model);
+        const QString other = surelyOther(task.best.text(), m_latin, m_languages);
+        if (!other.isEmpty()) {
+            const Reading reading = task.read(m_engines, other);
             if (reading.confidence() + 1 > task.best.confidence()) {
                 take(task, reading);
             }

@@ -47,6 +47,10 @@ GreyImage part(const GreyImage &picture, int left, int right)
     return result;
 }
 
+/// What a model reads less surely than this, and what does not look like its script, is in another
+/// one.
+constexpr double hopeless = 60;
+
 /// The word lists of the whole Latin script take 100 MB and a second to load, and make its
 /// readings hardly better (7.36 against 7.35 % on the screens of a wide corpus).
 Dictionary dictionaryOf(const QString &model)
@@ -63,22 +67,51 @@ LineTask::LineTask(const GreyImage &page, TextLine line)
 {
 }
 
-Reading LineTask::read(EngineCache &engines, const QString &model)
+bool LineTask::isHopeless(Script of, const Reading &reading) const
 {
-    {
-        const std::lock_guard lock(*m_mutex);
-        const auto found = m_readings.constFind(model);
-        if (found != m_readings.constEnd()) {
-            return *found;
+    return looksUnlike(of) && reading.confidence() < hopeless;
+}
+
+std::optional<Reading> LineTask::known(const QString &model) const
+{
+    const std::lock_guard lock(*m_mutex);
+    const auto found = m_readings.constFind(model);
+    return found != m_readings.constEnd() ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<Reading> LineTask::knownSample(const std::tuple<QString, int, bool> &key) const
+{
+    const std::lock_guard lock(*m_mutex);
+    const auto found = m_samples.find(key);
+    return found != m_samples.end() ? std::optional(found->second) : std::nullopt;
+}
+
+void LineTask::read(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                    const QString &model)
+{
+    std::vector<LineTask *> unread;
+    Engine::Pictures pictures;
+    std::vector<Reading> readings;
+    for (LineTask *task : tasks) {
+        if (!task->known(model)) {
+            unread.push_back(task);
+            pictures.push_back(&task->m_image.picture);
+            readings.push_back(task->readOnce(engines, model));
         }
     }
-    Reading reading = wholeSample(engines, model);
     if (const auto engine = engines.engine(model, dictionaryOf(model))) {
-        reading = engine->readAgain(m_image.picture, std::move(reading));
+        readings = engine->readAgain(pictures, std::move(readings));
     }
-    const std::lock_guard lock(*m_mutex);
-    m_readings.insert(model, reading);
-    return reading;
+    for (std::size_t i = 0; i < unread.size(); ++i) {
+        const std::lock_guard lock(*unread[i]->m_mutex);
+        unread[i]->m_readings.insert(model, readings[i]);
+    }
+}
+
+Reading LineTask::read(EngineCache &engines, const QString &model)
+{
+    read({this}, engines, model);
+    return *known(model);
 }
 
 Reading LineTask::sample(EngineCache &engines, const QString &model, int letters, bool fromRight)
@@ -86,12 +119,34 @@ Reading LineTask::sample(EngineCache &engines, const QString &model, int letters
     const GreyImage &picture = m_image.picture;
     const int length = int(letters * m_line.letterHeight * m_image.scale);
     if (picture.width * 4 < length * 5) {
-        return wholeSample(engines, model);
+        return readOnce(engines, model);
     }
     return sampleOf(engines, model, cutNear(picture, length, fromRight), fromRight);
 }
 
-Reading LineTask::wholeSample(EngineCache &engines, const QString &model)
+void LineTask::readOnce(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                        const QString &model)
+{
+    const auto engine = engines.engine(model, dictionaryOf(model));
+    if (!engine) {
+        return;
+    }
+    std::vector<LineTask *> unread;
+    Engine::Pictures pictures;
+    for (LineTask *task : tasks) {
+        if (!task->knownSample({model, task->m_image.picture.width, false})) {
+            unread.push_back(task);
+            pictures.push_back(&task->m_image.picture);
+        }
+    }
+    const std::vector<Reading> readings = engine->read(pictures);
+    for (std::size_t i = 0; i < unread.size(); ++i) {
+        const std::lock_guard lock(*unread[i]->m_mutex);
+        unread[i]->m_samples.emplace(std::tuple{model, pictures[i]->width, false}, readings[i]);
+    }
+}
+
+Reading LineTask::readOnce(EngineCache &engines, const QString &model)
 {
     return sampleOf(engines, model, m_image.picture.width, false);
 }
@@ -99,12 +154,8 @@ Reading LineTask::wholeSample(EngineCache &engines, const QString &model)
 Reading LineTask::sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight)
 {
     const std::tuple key{model, length, fromRight};
-    {
-        const std::lock_guard lock(*m_mutex);
-        const auto found = m_samples.find(key);
-        if (found != m_samples.end()) {
-            return found->second;
-        }
+    if (const std::optional<Reading> found = knownSample(key)) {
+        return *found;
     }
     const GreyImage &picture = m_image.picture;
     const auto engine = engines.engine(model, dictionaryOf(model));

@@ -13,9 +13,14 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <tuple>
+#include <vector>
 
 namespace recognition {
+
+/// A kind of writing that looks less likely than this is asked for only when no other is read.
+inline constexpr double unlikelyKind = 0.02;
 
 /// One line on its way from the picture to its text. Several threads may read it at once; the
 /// rest is for one at a time.
@@ -32,8 +37,19 @@ public:
     /// About how many letters fit.
     double length() const { return double(m_line.box.width()) / std::max(1, m_line.letterHeight); }
 
-    /// The whole line as `model` reads it, remembered for the next time.
+    /// Whether it hardly looks like the kind of writing that `of` is of.
+    bool looksUnlike(Script of) const { return likelihood(of) < unlikelyKind; }
+    /// Whether it is in another script, by its looks and by what a model of `of` reads.
+    bool isHopeless(Script of, const Reading &reading) const;
+    /// The whole line as `model` reads it at first, however unsure, remembered for the next time.
+    Reading readOnce(EngineCache &engines, const QString &model);
+    /// The same of several lines of about one length, which takes less time together.
+    static void readOnce(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                         const QString &model);
+    /// As it reads it most surely, remembered too.
     Reading read(EngineCache &engines, const QString &model);
+    static void read(const std::vector<LineTask *> &tasks, EngineCache &engines,
+                     const QString &model);
     /// A part about `letters` letter heights long, cut in a gap between words: from the right if
     /// `fromRight`. A line hardly longer is read as a whole. Read once only, however unsure, which
     /// is enough to compare models.
@@ -51,7 +67,8 @@ public:
     QList<Reading> others() const { return m_readings.values(); }
 
 private:
-    Reading wholeSample(EngineCache &engines, const QString &model);
+    std::optional<Reading> known(const QString &model) const;
+    std::optional<Reading> knownSample(const std::tuple<QString, int, bool> &key) const;
     Reading sampleOf(EngineCache &engines, const QString &model, int length, bool fromRight);
 
     TextLine m_line;

@@ -11,14 +11,8 @@ namespace recognition {
 
 namespace {
 
-/// How much of a line is looked at to tell the script, in letter heights.
-constexpr int sampleLength = 12;
-
 /// Lines that tell the script of a page, if the first does not.
 constexpr std::size_t scriptLines = 3;
-
-/// A kind of writing that looks less likely than this is asked for only when no other is read.
-constexpr double unlikely = 0.02;
 
 /// A kind of writing that looks more likely than this is read by all its models, and what looks
 /// less likely only when none is as sure as `clearConfidence`.
@@ -48,7 +42,7 @@ double sampleScore(LineTask &task, const QString &model, EngineCache &engines)
 {
     const Script script = Languages::scriptOf(model);
     const bool isHan = kindOf(script) == WritingKind::Chinese;
-    return scriptScore(task.sample(engines, model, isHan ? hanSampleLength : sampleLength,
+    return scriptScore(task.sample(engines, model, isHan ? hanSampleLength : scriptSampleLength,
                                    script == Script::Arabic),
                        script);
 }
@@ -70,7 +64,7 @@ struct Candidate
             sum += score;
             return score;
         }
-        const Reading reading = line.sample(engines, name, sampleLength, false);
+        const Reading reading = line.sample(engines, name, scriptSampleLength, false);
         const double score = reading.confidence();
         // Doubtful Latin is more common than any other doubtful script.
         sum += score + 4;
@@ -142,7 +136,7 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
     QStringList models = candidates;
     models.removeIf([&task](const QString &model) {
         const Script script = Languages::scriptOf(model);
-        return script == Script::Latin || task.likelihood(script) < unlikely;
+        return script == Script::Latin || task.looksUnlike(script);
     });
     std::stable_sort(models.begin(), models.end(), [&task](const QString &a, const QString &b) {
         return task.likelihood(Languages::scriptOf(a)) > task.likelihood(Languages::scriptOf(b));
@@ -170,7 +164,7 @@ QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candi
     std::vector<Candidate> models = byLikelihood(candidates, lines);
     const auto firstUnlikely =
         std::find_if(models.begin() + 1, models.end(),
-                     [](const Candidate &model) { return model.likelihood < unlikely; });
+                     [](const Candidate &model) { return model.likelihood < unlikelyKind; });
 
     // A line may be no text, or hard to read: what is not sure is decided by several.
     for (LineTask *line : lines) {

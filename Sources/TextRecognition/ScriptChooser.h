@@ -25,6 +25,9 @@ QString otherScript(LineTask &task, const QStringList &candidates, double least,
 QString mainModel(const std::vector<LineTask *> &tasks, const QStringList &candidates,
                   EngineCache &engines, Workers &workers);
 
+/// How much of a line is looked at to tell the script, in letter heights.
+inline constexpr int scriptSampleLength = 12;
+
 /// A model that reads with this confidence reads its own script; foreign writing stays below.
 inline constexpr double sureConfidence = 88;
 

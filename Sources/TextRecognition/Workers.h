@@ -13,6 +13,7 @@ class Workers
 public:
     /// `threads` in all, the asking one included.
     explicit Workers(int threads);
+    int threads() const { return m_threads; }
 
     /// Calls `work` for 0 to `count` - 1, in this order, on several threads; returns when all is
     /// done. `work` throws nothing. Several may ask at once: every page has helpers of its own.

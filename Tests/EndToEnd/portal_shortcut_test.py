@@ -9,10 +9,11 @@ import threading
 import unittest
 from pathlib import Path
 
-from support import main
+from support import accessibility, main
 from support.page import Page
 from support.pressing import QT_O, assert_captures, assert_reaches
-from support.program import Program, settings_file
+from support.portal_backend import OTHER_WORDS
+from support.program import Program, activate_action, settings_file
 from support.waiting import wait_until
 
 TEXT = "Between two worlds"
@@ -60,6 +61,16 @@ class PortalShortcutTest(unittest.TestCase):
                 self.assertEqual(page.said(f"key {QT_O}"), [])
             backend.wait_for("closed")
             assert_reaches(page, "super+shift+o")
+
+    def test_other_keys_than_asked_for(self):
+        with Backend("other") as backend, \
+                Program(SHORTCUT_ON, {**WITHOUT_IPC, **accessibility.ENVIRONMENT}) as program:
+            backend.wait_for("asked capture SHIFT+LOGO+o")
+            program.logged(f"The desktop gave the shortcut other keys: {OTHER_WORDS}")
+            assert_captures("ctrl+shift+d")
+            activate_action("settings")
+            accessibility.control("Vellora Settings", "label",
+                                  f"The desktop listens to: {OTHER_WORDS}")
 
     def test_a_denial_switches_it_off(self):
         with Backend("deny") as backend, Program(SHORTCUT_ON, WITHOUT_IPC) as program:

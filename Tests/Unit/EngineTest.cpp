@@ -4,6 +4,7 @@
 #include "TextRecognition/Network/Engine.h"
 
 #include "DrawnLine.h"
+#include "SampleWord.h"
 
 #include <QFontInfo>
 #include <QTest>
@@ -89,6 +90,47 @@ private Q_SLOTS:
         // What is read less surely again stays as it was.
         const GreyImage blank(200, 40, 255);
         QCOMPARE(engine->readAgain(blank, first).text(), u"something"_s);
+    }
+
+    void linesReadTogetherAreReadAsAlone()
+    {
+        const QString family = u"DejaVu Sans"_s;
+        const std::vector<GreyImage> lines{drawnLine(u"the quick brown fox"_s, family),
+                                           GreyImage(200, 40, 255), drawnLine(u"xq"_s, family),
+                                           drawnLine(u"jumps over a lazy dog, twice"_s, family)};
+        const auto engine = Engine::load(ModelFolder(), u"eng"_s, Dictionary::With);
+        QVERIFY(engine);
+        Engine::Pictures pictures;
+        std::vector<Reading> doubtful;
+        for (const GreyImage &line : lines) {
+            pictures.push_back(&line);
+            doubtful.push_back({u"eng"_s, {word(u"none"_s, 0, 0, 10)}});
+        }
+        const std::vector<Reading> together = engine->read(pictures);
+        const std::vector<Reading> again = engine->readAgain(pictures, doubtful);
+        QCOMPARE(together.size(), lines.size());
+        QCOMPARE(again.size(), lines.size());
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            const Reading alone = engine->read(lines[i]);
+            QCOMPARE(together[i].text(), alone.text());
+            QCOMPARE(together[i].confidence(), alone.confidence());
+            QCOMPARE(again[i].text(), engine->readAgain(lines[i], doubtful[i]).text());
+        }
+        QCOMPARE(together[0].text(), u"the quick brown fox"_s);
+        QVERIFY(together[1].isEmpty());
+        QCOMPARE(again[1].text(), u"none"_s);
+        QVERIFY(engine->read(Engine::Pictures{}).empty());
+    }
+
+    void linesWithSureWordsAreNotReadAgain()
+    {
+        QVERIFY(
+            Engine::isSure({u"eng"_s, {word(u"one"_s, 91, 0, 10), word(u"two"_s, 91, 20, 30)}}));
+        QVERIFY(
+            Engine::isSure({u"eng"_s, {word(u"a"_s, 50, 0, 1), word(u"sentence"_s, 100, 20, 30)}}));
+        QVERIFY(
+            !Engine::isSure({u"eng"_s, {word(u"one"_s, 98, 0, 9), word(u"two"_s, 85, 20, 30)}}));
+        QVERIFY(!Engine::isSure({u"eng"_s, {}}));
     }
 
     void wordsStandWhereTheyAreSeen()

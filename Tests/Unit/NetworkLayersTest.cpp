@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The layers of a network, one by one, against plain loops; and how they are put together.
 
+#include "TextRecognition/Network/Convolution.h"
 #include "TextRecognition/Network/Layers.h"
 
 #include <QRandomGenerator>
@@ -35,7 +36,14 @@ public:
         , m_down(down)
     {
     }
-    Activations forward(const Activations &input) const override
+    Lines forward(const Lines &inputs) const override
+    {
+        return eachOf(inputs, [this](const Activations &input) { return shifted(input); });
+    }
+    Form output(Form input) const override { return input; }
+
+private:
+    Activations shifted(const Activations &input) const
     {
         Activations result(input.width, input.height, input.depth);
         for (int y = m_down; y < input.height; ++y) {
@@ -46,12 +54,16 @@ public:
         }
         return result;
     }
-    Form output(Form input) const override { return input; }
 
-private:
     int m_right;
     int m_down;
 };
+
+/// What `layer` makes of a single line.
+Activations through(const Layer &layer, const Activations &grid)
+{
+    return layer.forward({grid}).front();
+}
 
 template <typename... Parts>
 Layers layers(std::unique_ptr<Parts>... parts)
@@ -110,7 +122,7 @@ private Q_SLOTS:
     {
         const Activations grid = randomGrid(6, 4, 3, 1);
         const Series series(layers(std::make_unique<Shift>(1, 0), std::make_unique<Shift>(2, 1)));
-        compare(series.forward(grid), Shift(3, 1).forward(grid));
+        compare(through(series, grid), through(Shift(3, 1), grid));
     }
 
     void parallelOutputsStandSideBySide()
@@ -118,7 +130,7 @@ private Q_SLOTS:
         const Activations grid = randomGrid(5, 3, 17, 2);
         const Parallel parallel(
             layers(std::make_unique<Shift>(0, 0), std::make_unique<Shift>(1, 0)));
-        const Activations found = parallel.forward(grid);
+        const Activations found = through(parallel, grid);
         QCOMPARE(found.depth, 34);
         for (int y = 0; y < 3; ++y) {
             for (int x = 0; x < 5; ++x) {
@@ -135,7 +147,7 @@ private Q_SLOTS:
         const Activations grid = randomGrid(6, 4, 3, 3);
         const auto check = [&grid](Turned::Turn turn, int right, int down, int byX, int byY) {
             const Activations found =
-                Turned(turn, std::make_unique<Shift>(right, down)).forward(grid);
+                through(Turned(turn, std::make_unique<Shift>(right, down)), grid);
             QCOMPARE(found.width, grid.width);
             QCOMPARE(found.height, grid.height);
             for (int y = 0; y < grid.height; ++y) {
@@ -172,7 +184,7 @@ private Q_SLOTS:
         QFETCH(int, across);
         QFETCH(int, down);
         const Activations grid = randomGrid(width, height, depth, 4);
-        const Activations found = Window(across, down).forward(grid);
+        const Activations found = through(Window(across, down), grid);
         QCOMPARE(found.depth, depth * (2 * across + 1) * (2 * down + 1));
         for (int y = 0; y < height; ++y) {
             for (int x = 0; x < width; ++x) {
@@ -192,7 +204,7 @@ private Q_SLOTS:
     {
         for (const int depth : {1, 16, 19}) {
             const Activations grid = randomGrid(11, 7, depth, 5);
-            const Activations found = MaxPool(3, 2).forward(grid);
+            const Activations found = through(MaxPool(3, 2), grid);
             QCOMPARE(found.width, 3);
             QCOMPARE(found.height, 3);
             for (int y = 0; y < 3; ++y) {
@@ -209,7 +221,7 @@ private Q_SLOTS:
             }
         }
         // What is smaller than a pool becomes one point.
-        QCOMPARE(MaxPool(3, 3).forward(randomGrid(2, 1, 1, 6)).width, 1);
+        QCOMPARE(through(MaxPool(3, 3), randomGrid(2, 1, 1, 6)).width, 1);
     }
 
     void fullyConnectedLayersWeighTheirPoint()
@@ -217,7 +229,7 @@ private Q_SLOTS:
         const float scale = 1.0F / (127 * 127 * 4);
         const Weights own = weights(21, 5, 7, scale);
         const Activations grid = randomGrid(6, 3, 5, 8);
-        const Activations found = FullyConnected(own, Nonlinearity::Tanh).forward(grid);
+        const Activations found = through(FullyConnected(own, Nonlinearity::Tanh), grid);
         QCOMPARE(found.depth, 21);
         for (int y = 0; y < 3; ++y) {
             for (int x = 0; x < 6; ++x) {
@@ -258,7 +270,7 @@ private Q_SLOTS:
             gates.push_back(weights(cells, inputs + cells, 20 + gate, scale));
         }
         const Activations grid = randomGrid(width, height, inputs, 9);
-        const Activations found = Memory(gates, inputs, isSummary).forward(grid);
+        const Activations found = through(Memory(gates, inputs, isSummary), grid);
         QCOMPARE(found.width, isSummary ? 1 : width);
         QCOMPARE(found.height, height);
         QCOMPARE(found.depth, cells);
@@ -287,12 +299,101 @@ private Q_SLOTS:
                         int(std::lround(127 * std::tanh(state) * logistic(sums[3])));
                     if (!isSummary || x + 1 == width) {
                         // What is nearly halfway may be rounded either way, and is remembered.
-                        const int value = found.at(isSummary ? 0 : x, y)[cell];
+                        const auto value = int(found.at(isSummary ? 0 : x, y)[cell]);
                         QVERIFY(std::abs(value - outputs[std::size_t(cell)]) <= 2);
                     }
                 }
             }
         }
+    }
+
+    void linesReadTogetherAreReadAsAlone_data()
+    {
+        QTest::addColumn<QList<int>>("widths");
+        QTest::addColumn<int>("height");
+        QTest::newRow("two") << QList<int>{70, 90} << 1;
+        QTest::newRow("one much shorter, two of a length") << QList<int>{40, 1, 130, 40} << 1;
+        QTest::newRow("of several rows") << QList<int>{12, 30} << 3;
+        QTest::newRow("more than steps are taken at once") << QList<int>(70, 5) << 1;
+        QTest::newRow("none") << QList<int>{} << 1;
+    }
+
+    void linesReadTogetherAreReadAsAlone()
+    {
+        QFETCH(QList<int>, widths);
+        QFETCH(int, height);
+        std::vector<Weights> gates;
+        for (quint32 gate = 0; gate < 4; ++gate) {
+            gates.push_back(weights(9, 14, 40 + gate, 1.0F / (127 * 127)));
+        }
+        for (const bool isSummary : {false, true}) {
+            const Series series(
+                layers(std::make_unique<Turned>(Turned::Turn::FromRight,
+                                                std::make_unique<Memory>(gates, 5, isSummary)),
+                       std::make_unique<MaxPool>(2, 1)));
+            Lines lines;
+            for (const int width : std::as_const(widths)) {
+                lines.push_back(randomGrid(width, height, 5, quint32(lines.size())));
+            }
+            const Lines found = series.forward(lines);
+            QCOMPARE(found.size(), lines.size());
+            for (std::size_t i = 0; i < lines.size(); ++i) {
+                compare(found[i], through(series, lines[i]));
+            }
+        }
+    }
+
+    void convolutionsGiveWhatTheirPartsGive_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("height");
+        QTest::addColumn<int>("depth");
+        QTest::addColumn<int>("across");
+        QTest::addColumn<int>("outputs");
+        QTest::newRow("as of a line") << 250 << 36 << 1 << 1 << 16;
+        QTest::newRow("with rests") << 101 << 8 << 1 << 2 << 21;
+        QTest::newRow("smaller than a pool") << 2 << 1 << 1 << 1 << 16;
+        QTest::newRow("of one point") << 1 << 1 << 1 << 3 << 1;
+        QTest::newRow("of several values") << 20 << 9 << 2 << 1 << 16;
+    }
+
+    void convolutionsGiveWhatTheirPartsGive()
+    {
+        QFETCH(int, width);
+        QFETCH(int, height);
+        QFETCH(int, depth);
+        QFETCH(int, across);
+        QFETCH(int, outputs);
+        const auto parts = [&] {
+            return layers(
+                std::make_unique<Window>(across, 1),
+                std::make_unique<FullyConnected>(
+                    weights(outputs, depth * 3 * (2 * across + 1), 30, 1.0F / (127 * 127 * 4)),
+                    Nonlinearity::Tanh),
+                std::make_unique<MaxPool>(3, 3));
+        };
+        const Activations grid = randomGrid(width, height, depth, 31);
+        const Series apart(parts());
+        const Layers together = withConvolutions(parts());
+        QCOMPARE(together.size(), std::size_t(1));
+        compare(through(*together.front(), grid), through(apart, grid));
+        QCOMPARE(together.front()->output({depth, 1, 1}).depth, outputs);
+        QCOMPARE(together.front()->output({depth, 1, 1}).columns, 3);
+        QCOMPARE(together.front()->output({depth + 1, 1, 1}).depth, 0);
+    }
+
+    void convolutionsAreFoundInNestedSeries()
+    {
+        const auto parts = [](float scale) {
+            Layers nested = layers(
+                std::make_unique<Window>(1, 1),
+                std::make_unique<FullyConnected>(weights(4, 9, 1, scale), Nonlinearity::Tanh));
+            return layers(std::make_unique<Series>(std::move(nested)),
+                          std::make_unique<MaxPool>(2, 2), std::make_unique<MaxPool>(2, 2));
+        };
+        QCOMPARE(withConvolutions(parts(1)).size(), std::size_t(2));
+        // The largest sum would be the least output.
+        QCOMPARE(withConvolutions(parts(-1)).size(), std::size_t(4));
     }
 
     void formsTellWhatFits()

@@ -59,19 +59,22 @@ private Q_SLOTS:
         QRandomGenerator random(1);
         for (const int strips : {1, 2, 4, 7, 9}) {
             for (const int tiles : {1, 3, 8}) {
-                for (const int vectors : {1, 2, 4, 5, 11}) {
+                for (const int vectors : {1, 2, 3, 4, 5, 11}) {
                     const int inputs = tiles * tileInputs;
                     const int outputs = strips * tileOutputs;
                     // Vectors stand apart by more than their length.
                     const int stride = inputs + 3;
                     std::vector<std::int8_t> weights(std::size_t(outputs * inputs));
+                    std::vector<std::int32_t> biases(static_cast<std::size_t>(outputs));
                     std::vector<std::int32_t> excess(std::size_t(outputs), 0);
                     std::vector<std::int8_t> values(std::size_t(vectors * stride));
                     std::vector<std::int32_t> start(std::size_t(vectors * outputs));
                     std::generate(values.begin(), values.end(), [&] { return randomByte(random); });
                     std::generate(start.begin(), start.end(),
                                   [&] { return random.bounded(-1000, 1000); });
-                    std::vector<std::int32_t> expected = start;
+                    std::generate(biases.begin(), biases.end(),
+                                  [&] { return random.bounded(-1000, 1000); });
+                    std::vector<std::int32_t> products(start.size(), 0);
                     for (int output = 0; output < outputs; ++output) {
                         for (int input = 0; input < inputs; ++input) {
                             const std::int8_t weight = randomByte(random);
@@ -83,16 +86,26 @@ private Q_SLOTS:
                             weights[indexOf(strip + tile + within)] = weight;
                             excess[std::size_t(output)] += 128 * weight;
                             for (int v = 0; v < vectors; ++v) {
-                                expected[indexOf(v * outputs + output)] +=
+                                products[indexOf(v * outputs + output)] +=
                                     weight * values[indexOf(v * stride + input)];
                             }
                         }
                     }
-                    const TiledBytes matrix{weights.data(), excess.data(), strips, tiles};
+                    const TiledBytes matrix{weights.data(), biases.data(), excess.data(), strips,
+                                            tiles};
+                    std::vector<std::int32_t> onStart = products;
+                    std::vector<std::int32_t> onBiases = products;
+                    for (int i = 0; i < vectors * outputs; ++i) {
+                        onStart[indexOf(i)] += start[indexOf(i)];
+                        onBiases[indexOf(i)] += biases[indexOf(i % outputs)];
+                    }
                     for (const AddProducts add : waysToAddProducts()) {
                         std::vector<std::int32_t> sums = start;
-                        add(matrix, values.data(), stride, vectors, sums.data());
-                        QCOMPARE(sums, expected);
+                        add(matrix, values.data(), stride, vectors, Start::Sums, sums.data());
+                        QCOMPARE(sums, onStart);
+                        sums = start;
+                        add(matrix, values.data(), stride, vectors, Start::Biases, sums.data());
+                        QCOMPARE(sums, onBiases);
                     }
                 }
             }

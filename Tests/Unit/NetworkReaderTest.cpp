@@ -125,7 +125,7 @@ private Q_SLOTS:
         for (int x = 0; x < line.width; x += 3) {
             line.row(lineHeight / 2)[x] = 0;
         }
-        const CodeShares shares = network->read(line);
+        const CodeShares shares = network->shares(network->read({line}).front());
         QCOMPARE(shares.columns, 15);
         QCOMPARE(shares.codes, 12);
         for (int column = 0; column < shares.columns; ++column) {

@@ -2,42 +2,12 @@
 #include "Platform/Wayland/FullScreenOverlaySurface.h"
 
 #include "Platform/ScreenImage.h"
-#include "Platform/Wayland/QtWayland.h"
 
-#include <QEvent>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
-#include <wayland-xdg-shell.h>
-
-namespace {
-/// Tells the compositor with each picture of a panel how large the panel is. QtWayland 6.4 does
-/// so when the size changes, but not while the compositor is late to show the last picture. GNOME's
-/// first size for a screen of another scale is a wrong one; a panel that got the right one at such
-/// a moment was drawn beside its screen.
-class SizeTeller : public QObject
-{
-public:
-    explicit SizeTeller(QWidget &panel)
-        : QObject(&panel)
-    {
-        panel.installEventFilter(this);
-    }
-
-    bool eventFilter(QObject *panel, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            const auto &widget = static_cast<QWidget &>(*panel);
-            if (xdg_surface *surface = qtXdgSurface(*widget.windowHandle())) {
-                xdg_surface_set_window_geometry(surface, 0, 0, widget.width(), widget.height());
-            }
-        }
-        return false;
-    }
-};
-} // namespace
 
 FullScreenOverlaySurface::FullScreenOverlaySurface(FrozenScreenRecording &recording)
     : m_recording(recording)
@@ -46,7 +16,7 @@ FullScreenOverlaySurface::FullScreenOverlaySurface(FrozenScreenRecording &record
 
 QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
 {
-    if (m_panels.empty()) {
+    if (m_overlays.empty()) {
         m_recording.thaw();
     }
     m_recording.freeze();
@@ -56,13 +26,10 @@ QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
         return {};
     }
     panel.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    panel.setWindowFlag(Qt::BypassWindowManagerHint, m_shell.isUsable());
     panel.setAttribute(Qt::WA_NoSystemBackground);
-    panel.setScreen(output);
     panel.setGeometry(QRect(screen.geometry.topLeft(), sizeOf(screen).toSize()));
-    panel.winId();
-    panel.windowHandle()->setScreen(output);
-    new SizeTeller(panel);
-    m_panels.push_back(&panel);
+    m_overlays.push_back({&panel, output, nullptr});
 
     QPixmap pixmap = QPixmap::fromImage(picture);
     pixmap.setDevicePixelRatio(picture.width() / sizeOf(screen).width());
@@ -71,9 +38,18 @@ QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
 
 void FullScreenOverlaySurface::orderFront(QWidget &panel)
 {
-    if (std::ranges::find(m_panels, &panel) != m_panels.end()) {
-        panel.showFullScreen();
+    const auto overlay = std::ranges::find(m_overlays, &panel, &Overlay::panel);
+    if (overlay == m_overlays.end() || !overlay->screen) {
+        return;
     }
+    if (m_shell.isUsable()) {
+        overlay->window = m_shell.show(panel, *overlay->screen);
+        return;
+    }
+    panel.setScreen(overlay->screen);
+    panel.winId();
+    panel.windowHandle()->setScreen(overlay->screen);
+    panel.showFullScreen();
 }
 
 void FullScreenOverlaySurface::makeKey(QWidget &panel)
@@ -83,11 +59,11 @@ void FullScreenOverlaySurface::makeKey(QWidget &panel)
 
 void FullScreenOverlaySurface::orderOut(QWidget &panel)
 {
-    std::erase(m_panels, &panel);
+    std::erase_if(m_overlays, [&](const Overlay &overlay) { return overlay.panel == &panel; });
     panel.hide();
-    if (m_panels.empty()) {
+    if (m_overlays.empty()) {
         QTimer::singleShot(0, &m_context, [this] {
-            if (m_panels.empty()) {
+            if (m_overlays.empty()) {
                 m_recording.thaw();
             }
         });

@@ -3,9 +3,13 @@
 
 #include "Platform/OverlaySurface.h"
 #include "Platform/Wayland/FrozenScreenRecording.h"
+#include "Platform/Wayland/FullScreenShell.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QScreen>
 
+#include <memory>
 #include <vector>
 
 /// Overlays as ordinary full-screen windows, which are black where they show nothing: they stand on
@@ -24,7 +28,16 @@ public:
     void orderOut(QWidget &panel) override;
 
 private:
+    struct Overlay
+    {
+        const QWidget *panel;
+        QPointer<QScreen> screen;
+        /// Null where Qt's own full-screen windows do, as on X11.
+        std::unique_ptr<FullScreenWindow> window;
+    };
+
     FrozenScreenRecording &m_recording;
-    std::vector<const QWidget *> m_panels;
+    FullScreenShell m_shell;
+    std::vector<Overlay> m_overlays;
     QObject m_context;
 };

@@ -5,7 +5,6 @@
 
 #include <QScreen>
 #include <QWidget>
-#include <QWindow>
 
 #include <wayland-client.h>
 
@@ -18,7 +17,6 @@
 #undef namespace
 
 namespace {
-constexpr auto withoutRole = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
 /// One is what a compositor needs; a busy one may answer with the next.
 constexpr int mostRoundtrips = 10;
 /// Panels and docks do not push the layer aside.
@@ -74,16 +72,12 @@ LayerShell::~LayerShell()
 
 bool LayerShell::isUsable() const
 {
-    return m_shell && qEnvironmentVariableIntValue(withoutRole) != 0;
+    return m_shell && areQtWindowsLeftWithoutRole();
 }
 
 std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen)
 {
-    window.setScreen(&screen);
-    window.winId();
-    QWindow *native = window.windowHandle();
-    native->setScreen(&screen);
-    wl_surface *surface = qtWaylandSurface(*native);
+    wl_surface *surface = makeQtWaylandSurface(window, screen);
     wl_output *output = qtWaylandOutput(screen);
     if (!isUsable() || !surface || !output) {
         return nullptr;
@@ -123,9 +117,4 @@ void LayerShell::roundtrip()
     if (m_queue) {
         wl_display_roundtrip_queue(qtWaylandDisplay(), m_queue);
     }
-}
-
-void LayerShell::leaveWindowsWithoutRole()
-{
-    qputenv(withoutRole, "1");
 }

@@ -45,7 +45,7 @@ public:
     LayerShell &operator=(const LayerShell &) = delete;
 
     /// Whether the compositor offers it and Qt can leave a window without a role for it:
-    /// `leaveWindowsWithoutRole` was called in time.
+    /// `leaveQtWindowsWithoutRole` was called in time.
     bool isUsable() const;
 
     /// Gives `window`, which has the flag `BypassWindowManagerHint` and is not shown yet, a layer
@@ -55,10 +55,6 @@ public:
 
     /// Waits until the compositor has handled everything that was requested on Qt's connection.
     void roundtrip();
-
-    /// To be called before the application object is made: lets windows with the flag
-    /// `BypassWindowManagerHint` have no role of Qt's.
-    static void leaveWindowsWithoutRole();
 
 private:
     wl_event_queue *m_queue = nullptr;

@@ -2,6 +2,8 @@
 #include "Platform/Wayland/QtWayland.h"
 
 #include <QGuiApplication>
+#include <QWidget>
+#include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
 
 #include <algorithm>
@@ -11,6 +13,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+constexpr auto withoutRole = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+
 QPlatformNativeInterface *nativeInterface()
 {
     return QGuiApplication::platformName().startsWith("wayland"_L1)
@@ -61,12 +65,23 @@ wl_surface *qtWaylandSurface(QWindow &window)
                   : nullptr;
 }
 
-xdg_surface *qtXdgSurface(QWindow &window)
+void leaveQtWindowsWithoutRole()
 {
-    auto *native = nativeInterface();
-    return native
-               ? static_cast<xdg_surface *>(native->nativeResourceForWindow("xdg_surface", &window))
-               : nullptr;
+    qputenv(withoutRole, "1");
+}
+
+bool areQtWindowsLeftWithoutRole()
+{
+    return qEnvironmentVariableIntValue(withoutRole) != 0;
+}
+
+wl_surface *makeQtWaylandSurface(QWidget &window, QScreen &screen)
+{
+    window.setScreen(&screen);
+    window.winId();
+    QWindow *native = window.windowHandle();
+    native->setScreen(&screen);
+    return qtWaylandSurface(*native);
 }
 
 void *bindOnQtConnection(const wl_interface &interface, quint32 version, wl_event_queue *queue)

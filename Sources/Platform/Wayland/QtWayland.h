@@ -4,21 +4,29 @@
 #include <QtGlobal>
 
 class QScreen;
+class QWidget;
 class QWindow;
 struct wl_display;
 struct wl_event_queue;
 struct wl_interface;
 struct wl_output;
 struct wl_surface;
-struct xdg_surface;
 
 /// Qt's own Wayland objects. Null when Qt does not run on Wayland.
 wl_display *qtWaylandDisplay();
 wl_output *qtWaylandOutput(QScreen &screen);
 /// Null too for a window that has not been created.
 wl_surface *qtWaylandSurface(QWindow &window);
-/// Null too for a window that is not shown as one of xdg_shell's.
-xdg_surface *qtXdgSurface(QWindow &window);
+
+/// Lets windows with the flag `BypassWindowManagerHint` have no role of Qt's, so that one of ours
+/// can be given to them. To be called before the application object is made.
+void leaveQtWindowsWithoutRole();
+
+/// Whether `leaveQtWindowsWithoutRole` was called in time.
+bool areQtWindowsLeftWithoutRole();
+
+/// The surface that `window`, which is not shown yet, will have on `screen`.
+wl_surface *makeQtWaylandSurface(QWidget &window, QScreen &screen);
 
 /// Binds the first global of the interface on Qt's connection, in its version but not above
 /// `version`; null when it is not offered. Events of it, and of what it makes, come on `queue`,

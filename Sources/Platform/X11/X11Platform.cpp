@@ -2,6 +2,7 @@
 #include "Platform/X11/X11Platform.h"
 
 #include "Platform/Platform.h"
+#include "Platform/SocketPeer.h"
 #include "Platform/X11/X11Connection.h"
 #include "Platform/X11/X11EventMonitor.h"
 #include "Platform/X11/X11KeyTap.h"
@@ -78,6 +79,12 @@ bool isXwaylandDesktop()
            QByteArray(reinterpret_cast<const char *>(xcb_randr_get_output_info_name(output.get())),
                       xcb_randr_get_output_info_name_length(output.get()))
                .startsWith(name);
+}
+
+qint64 x11ListeningProcess()
+{
+    xcb_connection_t *connection = qtXcbConnection();
+    return connection ? processListeningAt(xcb_get_file_descriptor(connection)) : 0;
 }
 
 void addX11Services(Platform &platform)

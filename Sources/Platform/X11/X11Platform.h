@@ -18,6 +18,10 @@ bool isX11Desktop();
 /// screen and get no keys but their own there.
 bool isXwaylandDesktop();
 
+/// The process that listens for X11 programs, which on Xwayland is the compositor; 0 where that
+/// cannot be told.
+qint64 x11ListeningProcess();
+
 /// Sets the services of an X11 desktop: screen recording, overlay surface, event monitor and
 /// popup placement. `platform.screens` is set before and lives as long as they do.
 void addX11Services(Platform &platform);

@@ -2,12 +2,9 @@
 #include "Platform/X11/X11WindowManager.h"
 
 namespace {
-/// Window managers answer within a few milliseconds; a hung one must not hold up the popup.
-constexpr std::chrono::milliseconds longestAnswer(100);
-
-/// The same for a window that has to be framed first: KWin, drawing in software on a busy machine,
-/// was seen to need more than 100 ms.
-constexpr std::chrono::milliseconds longestFraming(300);
+/// Window managers answer within a few milliseconds; a hung one must not hold up the popup. KWin
+/// and GNOME, drawing in software on a busy machine, were seen to need more than 100 ms.
+constexpr std::chrono::milliseconds longestAnswer(300);
 
 /// Listens to changes of a window's properties while it exists, on a connection that otherwise
 /// gets no events of that window.
@@ -125,7 +122,7 @@ std::optional<QMargins> X11WindowManager::probedExtents()
     const xcb_atom_t extents = m_connection.atom("_NET_FRAME_EXTENTS");
     m_connection.awaitEvent(
         [&](const xcb_generic_event_t &event) { return propertyChange(event, extents) != nullptr; },
-        longestFraming);
+        longestAnswer);
     const auto answer = knownExtents(probe);
     xcb_destroy_window(xcb, probe);
     xcb_flush(xcb);

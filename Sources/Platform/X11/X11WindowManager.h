@@ -19,8 +19,8 @@ public:
     bool supports(const char *name) const;
 
     /// The widths of the frame that it puts or will put around the window, shown or not. None
-    /// where no window manager runs or it does not answer in time: within 100 ms, or 300 ms if it
-    /// has to frame a window for that. The answer is kept for as long as that window manager runs.
+    /// where no window manager runs or it does not answer within 300 ms. The answer is kept for as
+    /// long as that window manager runs.
     QMargins frameExtents(xcb_window_t window);
 
     /// The shown window inside its frame, where it is now.

@@ -103,6 +103,10 @@ bool Alphabet::readCodes(std::span<const char> data)
             m_nexts.push_back({code, prefix});
         }
     }
+    m_firsts.assign(std::size_t(m_codeCount), none);
+    for (const auto &[code, prefix] : nexts.front()) {
+        m_firsts[std::size_t(code)] = prefix;
+    }
     return !reader.failed();
 }
 
@@ -118,6 +122,9 @@ std::optional<Alphabet> Alphabet::read(std::span<const char> characters,
 
 int Alphabet::next(int prefix, int code) const
 {
+    if (prefix == 0) {
+        return code >= 0 && code < m_codeCount ? m_firsts[std::size_t(code)] : none;
+    }
     const Prefix &from = m_prefixes[std::size_t(prefix)];
     const auto begin = m_nexts.begin() + from.first;
     const auto end = begin + from.count;

@@ -70,6 +70,8 @@ private:
     std::vector<Character> m_characters;
     std::vector<Prefix> m_prefixes;
     std::vector<Next> m_nexts;
+    /// By code, what follows the empty beginning: most that are asked for.
+    std::vector<int> m_firsts;
     int m_codeCount = 0;
     int m_longestCode = 1;
     bool m_hasBlanks = true;

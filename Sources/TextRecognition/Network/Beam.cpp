@@ -5,17 +5,11 @@
 
 namespace recognition {
 
-std::size_t Beam::worst() const
+void Beam::findWorst()
 {
-    return std::size_t(
-        std::min_element(begin(), end(),
-                         [](const Node &a, const Node &b) { return a.score < b.score; }) -
-        begin());
-}
-
-bool Beam::takes(float score, int width) const
-{
-    return m_size < width || score > m_nodes[worst()].score;
+    m_worst = int(std::min_element(begin(), end(),
+                                   [](const Node &a, const Node &b) { return a.score < b.score; }) -
+                  begin());
 }
 
 void Beam::push(const Node &node, int width)
@@ -29,14 +23,16 @@ void Beam::push(const Node &node, int width)
                other.mayStartWord == node.mayStartWord;
     });
     if (same != last) {
-        if (node.score > same->score) {
-            *same = node;
+        if (node.score <= same->score) {
+            return;
         }
+        *same = node;
     } else if (m_size < width) {
         m_nodes[std::size_t(m_size++)] = node;
     } else {
-        m_nodes[worst()] = node;
+        m_nodes[std::size_t(m_worst)] = node;
     }
+    findWorst();
 }
 
 } // namespace recognition

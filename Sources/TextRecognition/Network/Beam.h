@@ -5,6 +5,7 @@
 #include "WordLists.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace recognition {
@@ -51,16 +52,21 @@ public:
     const Node *begin() const { return m_nodes.data(); }
     const Node *end() const { return m_nodes.data() + m_size; }
 
-    /// Whether a node of `score` would be among the best `width`.
-    bool takes(float score, int width) const;
+    /// Whether a node of `score` would be among the best `width`, which is the same at each call.
+    bool takes(float score, int width) const
+    {
+        return m_size < width || score > m_nodes[std::size_t(m_worst)].score;
+    }
     /// Keeps `node` if it is among the best `width`, of equal texts only the better one.
     void push(const Node &node, int width);
 
 private:
-    std::size_t worst() const;
+    void findWorst();
 
     std::array<Node, widest> m_nodes;
     int m_size = 0;
+    /// The node with the lowest score; most that are pushed are below it.
+    int m_worst = 0;
 };
 
 } // namespace recognition

@@ -168,19 +168,19 @@ ByteMatrix::ByteMatrix(const Weights &weights, int from, int inputs, bool hasBia
 void ByteMatrix::multiply(const std::int8_t *vectors, std::ptrdiff_t vectorStride, int count,
                           std::int32_t *sums) const
 {
-    const std::size_t size = m_biases.size();
-    for (int i = 0; i < count; ++i) {
-        std::copy(m_biases.begin(), m_biases.end(), sums + std::size_t(i) * size);
-    }
-    multiplyAdd(vectors, vectorStride, count, sums);
+    addProducts(tiles(), vectors, vectorStride, count, Start::Biases, sums);
 }
 
 void ByteMatrix::multiplyAdd(const std::int8_t *vectors, std::ptrdiff_t vectorStride, int count,
                              std::int32_t *sums) const
 {
-    const TiledBytes tiles{m_tiles.data(), m_excess.data(), sumsSize() / tileOutputs,
-                           paddedTo(m_inputs, tileInputs) / tileInputs};
-    addProducts(tiles, vectors, vectorStride, count, sums);
+    addProducts(tiles(), vectors, vectorStride, count, Start::Sums, sums);
+}
+
+TiledBytes ByteMatrix::tiles() const
+{
+    return {m_tiles.data(), m_biases.data(), m_excess.data(), sumsSize() / tileOutputs,
+            paddedTo(m_inputs, tileInputs) / tileInputs};
 }
 
 } // namespace recognition

@@ -60,6 +60,8 @@ public:
                      std::int32_t *sums) const;
 
 private:
+    TiledBytes tiles() const;
+
     int m_inputs = 0;
     int m_outputs = 0;
     /// Tiles of 16 outputs by 4 inputs, an output's 4 inputs side by side; 16 outputs' tiles

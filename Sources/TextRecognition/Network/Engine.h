@@ -8,6 +8,7 @@
 #include "Reading.h"
 
 #include <memory>
+#include <vector>
 
 namespace recognition {
 
@@ -16,20 +17,28 @@ namespace recognition {
 class Engine
 {
 public:
+    using Pictures = std::vector<const GreyImage *>;
+
     /// Nothing if the model is not there, damaged, or not of the form of a line recognizer.
     static std::shared_ptr<const Engine> load(const ModelFolder &folder, const QString &model,
                                               Dictionary dictionary);
 
-    /// One line of text, dark on white. Of Japanese in columns one column, turned to the left.
+    /// Lines of text, dark on white. Of Japanese in columns one column, turned to the left. Several
+    /// of about one length take less time together than alone, and are read the same.
+    std::vector<Reading> read(const Pictures &pictures) const;
     Reading read(const GreyImage &picture) const;
-    /// The surest reading of a line that was read as `first`: unless that is sure already, it is
-    /// read with its letters smaller and larger.
+    /// The surest readings of lines that were read as `first`: those that are not sure already are
+    /// read with their letters smaller and larger.
+    std::vector<Reading> readAgain(const Pictures &pictures, std::vector<Reading> first) const;
     Reading readAgain(const GreyImage &picture, Reading first) const;
+    /// Whether `readAgain` would leave it as it is.
+    static bool isSure(const Reading &reading);
     /// Whether the model's dictionary has `word`; never without one.
     bool knows(const QString &word) const;
 
 private:
-    Reading readWith(const GreyImage &picture, int margin) const;
+    struct Part;
+    std::vector<Reading> readParts(const std::vector<Part> &parts) const;
     Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing);
 
     const QString m_model;

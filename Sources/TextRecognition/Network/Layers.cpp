@@ -37,9 +37,9 @@ Series::Series(Layers layers)
 {
 }
 
-Activations Series::forward(const Activations &input) const
+Lines Series::forward(const Lines &inputs) const
 {
-    Activations values = m_layers.front()->forward(input);
+    Lines values = m_layers.front()->forward(inputs);
     for (std::size_t i = 1; i < m_layers.size(); ++i) {
         values = m_layers[i]->forward(values);
     }
@@ -61,25 +61,47 @@ Parallel::Parallel(Layers layers)
 {
 }
 
-Activations Parallel::forward(const Activations &input) const
+namespace {
+
+/// The values of all `parts` in each point.
+Activations sideBySide(const std::vector<const Activations *> &parts)
 {
-    std::vector<Activations> parts;
     int depth = 0;
-    for (const auto &layer : m_layers) {
-        parts.push_back(layer->forward(input));
-        depth += parts.back().depth;
+    for (const Activations *part : parts) {
+        depth += part->depth;
     }
-    Activations output(parts.front().width, parts.front().height, depth);
+    Activations output(parts.front()->width, parts.front()->height, depth);
     int offset = 0;
-    for (const Activations &part : parts) {
+    for (const Activations *part : parts) {
         for (int y = 0; y < output.height; ++y) {
             for (int x = 0; x < output.width; ++x) {
-                std::memcpy(output.at(x, y) + offset, part.at(x, y), std::size_t(part.depth));
+                std::memcpy(output.at(x, y) + offset, part->at(x, y), std::size_t(part->depth));
             }
         }
-        offset += part.depth;
+        offset += part->depth;
     }
     return output;
+}
+
+} // namespace
+
+Lines Parallel::forward(const Lines &inputs) const
+{
+    std::vector<Lines> parts;
+    parts.reserve(m_layers.size());
+    for (const auto &layer : m_layers) {
+        parts.push_back(layer->forward(inputs));
+    }
+    Lines outputs;
+    for (std::size_t line = 0; line < inputs.size(); ++line) {
+        std::vector<const Activations *> ofLine;
+        ofLine.reserve(parts.size());
+        for (const Lines &part : parts) {
+            ofLine.push_back(&part[line]);
+        }
+        outputs.push_back(sideBySide(ofLine));
+    }
+    return outputs;
 }
 
 Form Parallel::output(Form input) const
@@ -131,9 +153,12 @@ Turned::Turned(Turn turn, std::unique_ptr<Layer> layer)
 {
 }
 
-Activations Turned::forward(const Activations &input) const
+Lines Turned::forward(const Lines &inputs) const
 {
-    return turned(m_layer->forward(turned(input, m_turn)), m_turn);
+    const auto turn = [this](const Activations &input) {
+        return turned(input, m_turn);
+    };
+    return eachOf(m_layer->forward(eachOf(inputs, turn)), turn);
 }
 
 Form Turned::output(Form input) const
@@ -172,7 +197,12 @@ void copyPoints(const std::int8_t *from, int fromStride, std::int8_t *to, int to
 
 } // namespace
 
-Activations Window::forward(const Activations &input) const
+Lines Window::forward(const Lines &inputs) const
+{
+    return eachOf(inputs, [this](const Activations &input) { return around(input); });
+}
+
+Activations Window::around(const Activations &input) const
 {
     Activations output(input.width, input.height, input.depth * points());
     for (int y = 0; y < input.height; ++y) {
@@ -203,7 +233,12 @@ MaxPool::MaxPool(int across, int down)
 {
 }
 
-Activations MaxPool::forward(const Activations &input) const
+Lines MaxPool::forward(const Lines &inputs) const
+{
+    return eachOf(inputs, [this](const Activations &input) { return pooled(input); });
+}
+
+Activations MaxPool::pooled(const Activations &input) const
 {
     Activations output(std::max(input.width / m_across, 1), std::max(input.height / m_down, 1),
                        input.depth);
@@ -241,7 +276,12 @@ FullyConnected::FullyConnected(const Weights &weights, Nonlinearity nonlinearity
 {
 }
 
-Activations FullyConnected::forward(const Activations &input) const
+Lines FullyConnected::forward(const Lines &inputs) const
+{
+    return eachOf(inputs, [this](const Activations &input) { return weighed(input); });
+}
+
+Activations FullyConnected::weighed(const Activations &input) const
 {
     Activations output(input.width, input.height, m_weights.outputs());
     const int sumsSize = m_weights.sumsSize();
@@ -249,11 +289,15 @@ Activations FullyConnected::forward(const Activations &input) const
     for (int y = 0; y < input.height; ++y) {
         m_weights.multiply(input.at(0, y), input.stride(), input.width, sums.data());
         for (int x = 0; x < input.width; ++x) {
-            applyNonlinearity(m_nonlinearity, sums.data() + std::ptrdiff_t(x) * sumsSize,
-                              m_scales.data(), m_weights.outputs(), output.at(x, y));
+            finish(sums.data() + std::ptrdiff_t(x) * sumsSize, output.at(x, y));
         }
     }
     return output;
+}
+
+void FullyConnected::finish(const std::int32_t *sums, std::int8_t *outputs) const
+{
+    applyNonlinearity(m_nonlinearity, sums, m_scales.data(), m_weights.outputs(), outputs);
 }
 
 Form FullyConnected::output(Form input) const

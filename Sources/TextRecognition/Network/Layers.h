@@ -6,6 +6,7 @@
 #include "Nonlinearity.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace recognition {
@@ -23,6 +24,22 @@ struct Form
     int rows = 1;
 };
 
+/// Lines that a network reads together: weights are fetched from memory once for all of them, and
+/// what comes out is what would of each alone.
+using Lines = std::vector<Activations>;
+
+/// What `work` makes of each line.
+template <typename Work>
+Lines eachOf(const Lines &inputs, const Work &work)
+{
+    Lines outputs;
+    outputs.reserve(inputs.size());
+    for (const Activations &input : inputs) {
+        outputs.push_back(work(input));
+    }
+    return outputs;
+}
+
 /// One step of a network. Immutable once made, so that threads share it.
 class Layer
 {
@@ -32,7 +49,8 @@ public:
     Layer(const Layer &) = delete;
     Layer &operator=(const Layer &) = delete;
 
-    virtual Activations forward(const Activations &input) const = 0;
+    /// One grid for each of `inputs`; none if there are none.
+    virtual Lines forward(const Lines &inputs) const = 0;
     /// What comes out if `input` goes in, which is of a depth; `forward` is for what fits only.
     virtual Form output(Form input) const = 0;
 };
@@ -44,7 +62,9 @@ class Series : public Layer
 {
 public:
     explicit Series(Layers layers);
-    Activations forward(const Activations &input) const override;
+    /// Leaves none.
+    Layers takeLayers() { return std::move(m_layers); }
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
@@ -56,7 +76,7 @@ class Parallel : public Layer
 {
 public:
     explicit Parallel(Layers layers);
-    Activations forward(const Activations &input) const override;
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
@@ -69,7 +89,7 @@ class Turned : public Layer
 public:
     enum class Turn { FromRight, FromBelow, Transposed };
     Turned(Turn turn, std::unique_ptr<Layer> layer);
-    Activations forward(const Activations &input) const override;
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
@@ -83,10 +103,13 @@ class Window : public Layer
 public:
     /// So many points to each side.
     Window(int across, int down);
-    Activations forward(const Activations &input) const override;
+    int across() const { return m_across; }
+    int down() const { return m_down; }
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
+    Activations around(const Activations &input) const;
     int points() const { return (2 * m_across + 1) * (2 * m_down + 1); }
 
     int m_across;
@@ -98,10 +121,14 @@ class MaxPool : public Layer
 {
 public:
     MaxPool(int across, int down);
-    Activations forward(const Activations &input) const override;
+    int across() const { return m_across; }
+    int down() const { return m_down; }
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
+    Activations pooled(const Activations &input) const;
+
     int m_across;
     int m_down;
 };
@@ -111,10 +138,16 @@ class FullyConnected : public Layer
 {
 public:
     FullyConnected(const Weights &weights, Nonlinearity nonlinearity);
-    Activations forward(const Activations &input) const override;
+    const ByteMatrix &matrix() const { return m_weights; }
+    const std::vector<float> &scales() const { return m_scales; }
+    /// A point's outputs from the matrix's sums.
+    void finish(const std::int32_t *sums, std::int8_t *outputs) const;
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
+    Activations weighed(const Activations &input) const;
+
     ByteMatrix m_weights;
     std::vector<float> m_scales;
     Nonlinearity m_nonlinearity;
@@ -128,11 +161,15 @@ public:
     /// cells and columns for the layer's `inputs` and the cells' last outputs. With `isSummary`
     /// only what comes out at the end of a row is given.
     Memory(const std::vector<Weights> &gates, int inputs, bool isSummary);
-    Activations forward(const Activations &input) const override;
+    Lines forward(const Lines &inputs) const override;
     Form output(Form input) const override;
 
 private:
     void readRows(const Activations &input, int firstRow, int rows, Activations &output) const;
+    void readSingleRows(const Lines &inputs, const std::vector<std::size_t> &lines,
+                        Lines &outputs) const;
+    void step(std::int32_t *sums, int rows, std::vector<float> &states,
+              std::vector<std::int8_t> &outputs) const;
 
     int m_cells;
     bool m_isSummary;

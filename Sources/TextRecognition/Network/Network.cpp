@@ -75,11 +75,20 @@ std::optional<Network> Network::read(ByteReader &reader)
     return parts ? std::optional(Network(std::move(*parts))) : std::nullopt;
 }
 
-CodeShares Network::read(const GreyImage &line) const
+Lines Network::read(const std::vector<GreyImage> &lines) const
 {
-    const Activations values = m_body->forward(normalized(line));
+    Lines inputs;
+    inputs.reserve(lines.size());
+    for (const GreyImage &line : lines) {
+        inputs.push_back(normalized(line));
+    }
+    return m_body->forward(inputs);
+}
+
+CodeShares Network::shares(const Activations &line) const
+{
     CodeShares result;
-    result.columns = values.width;
+    result.columns = line.width;
     result.codes = m_output.outputs();
     result.shares.resize(std::size_t(result.columns) * std::size_t(result.stride()));
     constexpr int columnsAtOnce = 16;
@@ -87,7 +96,7 @@ CodeShares Network::read(const GreyImage &line) const
     std::vector<std::int32_t> sums(std::size_t(sumsSize) * columnsAtOnce);
     for (int x = 0; x < result.columns; x += columnsAtOnce) {
         const int columns = std::min(columnsAtOnce, result.columns - x);
-        m_output.multiply(values.at(x, 0), values.stride(), columns, sums.data());
+        m_output.multiply(line.at(x, 0), line.stride(), columns, sums.data());
         for (int i = 0; i < columns; ++i) {
             shareOut(sums.data() + std::ptrdiff_t(i) * sumsSize, m_outputScales.data(),
                      result.codes, result.at(x + i));

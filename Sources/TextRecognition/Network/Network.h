@@ -36,8 +36,12 @@ public:
     int columnWidth() const { return m_columnWidth; }
     int codes() const { return m_output.outputs(); }
 
-    /// `line` is `lineHeight` high, dark on white.
-    CodeShares read(const GreyImage &line) const;
+    /// What the last layer but one makes of `lines`, which are `lineHeight` high, dark on white. To
+    /// read several at once, of about one length, takes less time than to read each alone and gives
+    /// the same.
+    Lines read(const std::vector<GreyImage> &lines) const;
+    /// What the last layer makes of one of them, which may take megabytes.
+    CodeShares shares(const Activations &line) const;
 
 private:
     explicit Network(NetworkParts parts);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "NetworkReader.h"
 
+#include "Convolution.h"
+
 #include <array>
 #include <string_view>
 #include <utility>
@@ -94,7 +96,7 @@ std::unique_ptr<Layer> LayerReader::readPart(std::string_view type, int inputs, 
 {
     using namespace std::string_view_literals;
     if (type == "Series"sv) {
-        return std::make_unique<Series>(readParts(flags, depth));
+        return std::make_unique<Series>(withConvolutions(readParts(flags, depth)));
     }
     if (type == "Parallel"sv || type == "Replicated"sv || type == "ParBidiLSTM"sv ||
         type == "DepParUDLSTM"sv) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Products.h"
 
+#include <algorithm>
 #include <cstring>
 
 #if defined(__x86_64__)
@@ -14,10 +15,14 @@ namespace {
 constexpr std::ptrdiff_t tileSize = std::ptrdiff_t(tileOutputs) * tileInputs;
 
 void addProductsAnywhere(const TiledBytes &matrix, const std::int8_t *vectors,
-                         std::ptrdiff_t vectorStride, int count, std::int32_t *sums)
+                         std::ptrdiff_t vectorStride, int count, Start start, std::int32_t *sums)
 {
+    const std::ptrdiff_t sumsSize = std::ptrdiff_t(matrix.strips) * tileOutputs;
     for (int i = 0; i < count; ++i, vectors += vectorStride) {
         const std::int8_t *tile = matrix.tiles;
+        if (start == Start::Biases) {
+            std::copy(matrix.biases, matrix.biases + sumsSize, sums);
+        }
         for (int strip = 0; strip < matrix.strips; ++strip, sums += tileOutputs) {
             for (std::ptrdiff_t t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
                 const std::int8_t *inputs = vectors + t * tileInputs;
@@ -45,16 +50,18 @@ int fourBytes(const std::int8_t *bytes)
 __attribute__((target("avx2"))) void addProductsAvx2(const TiledBytes &matrix,
                                                      const std::int8_t *vectors,
                                                      std::ptrdiff_t vectorStride, int count,
-                                                     std::int32_t *sums)
+                                                     Start start, std::int32_t *sums)
 {
     const __m256i ones = _mm256_set1_epi16(1);
     for (int i = 0; i < count; ++i, vectors += vectorStride) {
         const std::int8_t *tile = matrix.tiles;
-        for (int strip = 0; strip < matrix.strips; ++strip, sums += tileOutputs) {
+        const std::int32_t *from = start == Start::Biases ? matrix.biases : sums;
+        for (int strip = 0; strip < matrix.strips;
+             ++strip, sums += tileOutputs, from += tileOutputs) {
             auto *low = reinterpret_cast<__m256i *>(sums);
             auto *high = reinterpret_cast<__m256i *>(sums + 8);
-            __m256i lowSum = _mm256_loadu_si256(low);
-            __m256i highSum = _mm256_loadu_si256(high);
+            __m256i lowSum = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(from));
+            __m256i highSum = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(from + 8));
             for (std::ptrdiff_t t = 0; t < matrix.tilesPerStrip; ++t, tile += tileSize) {
                 const __m256i inputs = _mm256_set1_epi32(fourBytes(vectors + t * tileInputs));
                 const __m256i sizes = _mm256_abs_epi8(inputs);
@@ -72,16 +79,21 @@ __attribute__((target("avx2"))) void addProductsAvx2(const TiledBytes &matrix,
     }
 }
 
-/// Strips and vectors taken together: the sums of 4 by 4 hide the instruction's five cycles.
-constexpr int stripsAtOnce = 4;
+/// Vectors taken together, with as many strips as make 16 sums: they hide the instruction's five
+/// cycles. A vector alone has to wait for the weights, so that 8 are enough.
 constexpr int vectorsAtOnce = 4;
+
+constexpr int stripsAtOnce(int vectors)
+{
+    return vectors == 1 ? 8 : 16 / vectors;
+}
 
 /// The instruction wants unsigned inputs: they are taken 128 too high, and what that adds is
 /// taken off.
 template <int Strips, int Vectors>
 __attribute__((target("avx512f,avx512bw,avx512vnni"))) inline void
 addProductsOfBlock(const TiledBytes &matrix, int strip, const std::int8_t *vectors,
-                   std::ptrdiff_t vectorStride, std::int32_t *sums)
+                   std::ptrdiff_t vectorStride, Start start, std::int32_t *sums)
 {
     const std::ptrdiff_t sumsStride = std::ptrdiff_t(matrix.strips) * tileOutputs;
     __m512i block[Strips][Vectors];
@@ -90,7 +102,8 @@ addProductsOfBlock(const TiledBytes &matrix, int strip, const std::int8_t *vecto
             _mm512_loadu_si512(matrix.excess + std::ptrdiff_t(strip + s) * tileOutputs);
         for (int v = 0; v < Vectors; ++v) {
             const std::int32_t *from =
-                sums + v * sumsStride + std::ptrdiff_t(strip + s) * tileOutputs;
+                (start == Start::Biases ? matrix.biases : sums + v * sumsStride) +
+                std::ptrdiff_t(strip + s) * tileOutputs;
             block[s][v] = _mm512_sub_epi32(_mm512_loadu_si512(from), excess);
         }
     }
@@ -120,31 +133,42 @@ addProductsOfBlock(const TiledBytes &matrix, int strip, const std::int8_t *vecto
 template <int Vectors>
 __attribute__((target("avx512f,avx512bw,avx512vnni"))) void
 addProductsOfVectors(const TiledBytes &matrix, const std::int8_t *vectors,
-                     std::ptrdiff_t vectorStride, std::int32_t *sums)
+                     std::ptrdiff_t vectorStride, Start start, std::int32_t *sums)
 {
-    constexpr int step = stripsAtOnce * vectorsAtOnce / Vectors / (Vectors == 1 ? 2 : 1);
+    constexpr int step = stripsAtOnce(Vectors);
     int strip = 0;
     for (; strip + step <= matrix.strips; strip += step) {
-        addProductsOfBlock<step, Vectors>(matrix, strip, vectors, vectorStride, sums);
+        addProductsOfBlock<step, Vectors>(matrix, strip, vectors, vectorStride, start, sums);
     }
     for (; strip < matrix.strips; ++strip) {
-        addProductsOfBlock<1, Vectors>(matrix, strip, vectors, vectorStride, sums);
+        addProductsOfBlock<1, Vectors>(matrix, strip, vectors, vectorStride, start, sums);
     }
 }
 
 __attribute__((target("avx512f,avx512bw,avx512vnni"))) void
 addProductsVnni(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdiff_t vectorStride,
-                int count, std::int32_t *sums)
+                int count, Start start, std::int32_t *sums)
 {
     const std::ptrdiff_t sumsStride = std::ptrdiff_t(matrix.strips) * tileOutputs;
     int i = 0;
     for (; i + vectorsAtOnce <= count; i += vectorsAtOnce) {
-        addProductsOfVectors<vectorsAtOnce>(matrix, vectors + i * vectorStride, vectorStride,
+        addProductsOfVectors<vectorsAtOnce>(matrix, vectors + i * vectorStride, vectorStride, start,
                                             sums + i * sumsStride);
     }
-    for (; i < count; ++i) {
-        addProductsOfVectors<1>(matrix, vectors + i * vectorStride, vectorStride,
-                                sums + i * sumsStride);
+    const std::int8_t *rest = vectors + i * vectorStride;
+    std::int32_t *restSums = sums + i * sumsStride;
+    switch (count - i) {
+    case 3:
+        addProductsOfVectors<3>(matrix, rest, vectorStride, start, restSums);
+        break;
+    case 2:
+        addProductsOfVectors<2>(matrix, rest, vectorStride, start, restSums);
+        break;
+    case 1:
+        addProductsOfVectors<1>(matrix, rest, vectorStride, start, restSums);
+        break;
+    default:
+        break;
     }
 }
 
@@ -169,10 +193,10 @@ std::vector<AddProducts> waysToAddProducts()
 }
 
 void addProducts(const TiledBytes &matrix, const std::int8_t *vectors, std::ptrdiff_t vectorStride,
-                 int count, std::int32_t *sums)
+                 int count, Start start, std::int32_t *sums)
 {
     static const AddProducts fastest = waysToAddProducts().front();
-    fastest(matrix, vectors, vectorStride, count, sums);
+    fastest(matrix, vectors, vectorStride, count, start, sums);
 }
 
 } // namespace recognition

@@ -15,7 +15,7 @@ elif NAME in ("kwin_wayland", "kwin_xwayland"):
     from .kwin import (Clipboard, Device, activate, active_window, find_tray_icon,
                        frame_box, key, listed_windows, page_box, page_unit, place_page,
                        screenshot, title_of, window_box, windows_titled)
-elif NAME == "gnome":
+elif NAME in ("gnome", "gnome_xwayland"):
     from .gnome import (Clipboard, Device, activate, active_window, find_tray_icon,
                         frame_box, key, listed_windows, page_box, page_unit, place_page,
                         screenshot, title_of, window_box, windows_titled)

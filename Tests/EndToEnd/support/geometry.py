@@ -59,7 +59,7 @@ SCREENS = _screens()
 
 
 # Where the first screen has its panel, which changes by the pointer's passing alone.
-PANEL_IS_ABOVE = NAME == "gnome"
+PANEL_IS_ABOVE = NAME.startswith("gnome")
 
 
 def beside_panel(number):

@@ -2,9 +2,9 @@
 """What a desktop puts behind xdg-desktop-portal's GlobalShortcuts, for sway, which has nothing of
 that kind: sway binds the keys, and this process tells of their presses.
 
-    portal_backend.py allow|deny
+    portal_backend.py allow|deny|other
 
-says "ready" once the portal can find it, then each thing that it was asked for.
+gives the keys asked for, none or others, as a user may have chosen them; it says "ready" once the portal can find it, then each thing that it was asked for.
 """
 
 import json
@@ -21,6 +21,7 @@ INTERFACE = "org.freedesktop.impl.portal.GlobalShortcuts"
 SESSION = "org.freedesktop.impl.portal.Session"
 MODIFIERS = {"LOGO": "Mod4", "SHIFT": "Shift", "CTRL": "Ctrl", "ALT": "Mod1"}
 GRANTED, DENIED = 0, 1
+OTHER_KEYS, OTHER_WORDS = "CTRL+SHIFT+d", "Press <Control><Shift>d"
 
 
 def say(*words):
@@ -66,14 +67,16 @@ class Backend(dbus.service.Object):
     def BindShortcuts(self, _request, session, shortcuts, _window, _options):
         (name, properties), = shortcuts
         say("asked", name, properties["preferred_trigger"])
-        if self._answer == DENIED:
+        if self._answer == "deny":
             return DENIED, {}
-        keys = "+".join(MODIFIERS.get(part, part)
-                        for part in properties["preferred_trigger"].split("+"))
+        trigger = description = properties["preferred_trigger"]
+        if self._answer == "other":
+            trigger, description = OTHER_KEYS, OTHER_WORDS
+        keys = "+".join(MODIFIERS.get(part, part) for part in trigger.split("+"))
         sway(f"bindsym {keys} nop {session} {name}")
         self._sessions[session].keys = keys
         given = dbus.Dictionary({"description": properties["description"],
-                                 "trigger_description": properties["preferred_trigger"]},
+                                 "trigger_description": description},
                                 signature="sv")
         return GRANTED, {"shortcuts": dbus.Array([(name, given)], signature="(sa{sv})")}
 
@@ -94,7 +97,7 @@ class Backend(dbus.service.Object):
 def main():
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
     name = dbus.service.BusName(NAME, dbus.SessionBus())
-    backend = Backend(name, DENIED if sys.argv[1] == "deny" else GRANTED)
+    backend = Backend(name, sys.argv[1])
     with subprocess.Popen(["swaymsg", "-r", "-m", "-t", "subscribe", '["binding"]'], text=True,
                           stdout=subprocess.PIPE) as events:
         GLib.io_add_watch(events.stdout, GLib.IO_IN, backend.tell)

@@ -172,7 +172,7 @@ class Program:
 
     def ask_for_capture(self):
         """A left click on the status item; GNOME Shell opens the menu for one."""
-        if desktop.NAME == "gnome":
+        if desktop.NAME.startswith("gnome"):
             activate_action("capture")
         else:
             self.click()
