@@ -88,10 +88,12 @@ double leastConfidence(const LineTask &task, const Evidence &page)
     if (characters <= 2) {
         return page.goodCharacters > 8 ? 60 : 80;
     }
-    // A row of icons may be read as five characters as well as four; most do not look like text of
-    // the script that they are read in.
+    // A row of icons may be read as a few more; most do not look like text of the script that they
+    // are read in.
     constexpr double unlikely = 0.01;
-    if (characters <= 4 || (page.goodCharacters <= 8 && task.likelihood(task.script) < unlikely)) {
+    constexpr int mostIcons = 6;
+    if (characters <= 4 || (characters <= mostIcons && page.goodCharacters <= 8 &&
+                            task.likelihood(task.script) < unlikely)) {
         return page.goodCharacters > 8 ? 50 : 72;
     }
     // So much in two tones alone is drawn as type without anti-aliasing is, which is hard to read.
