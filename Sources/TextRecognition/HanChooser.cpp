@@ -69,7 +69,6 @@ bool isJapanese(const std::vector<LineTask *> &tasks, std::size_t lines, const Q
     return kana >= fewestKana && charactersPerKana * kana >= characters;
 }
 
-
 QString modelOf(Script script, const QStringList &models)
 {
     for (const QString &model : models) {
@@ -102,7 +101,8 @@ QString chineseModel(const QString &best, const QStringList &models, const FormL
 {
     const QString simplified = modelOf(Script::SimplifiedHan, models);
     const QString traditional = modelOf(Script::TraditionalHan, models);
-    if (simplified.isEmpty() || traditional.isEmpty() || (best != simplified && best != traditional)) {
+    if (simplified.isEmpty() || traditional.isEmpty() ||
+        (best != simplified && best != traditional)) {
         return best;
     }
     const double by = lead(simplified, traditional);

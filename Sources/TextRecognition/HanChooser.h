@@ -21,8 +21,7 @@ QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models
 double simplifiedLead(const Reading &simplified, const Reading &traditional);
 
 /// The sum of leads of what is written, by the models of both forms.
-using FormLead =
-    std::function<double(const QString &simplified, const QString &traditional)>;
+using FormLead = std::function<double(const QString &simplified, const QString &traditional)>;
 
 /// The model among `models` for the form of Chinese that `lead` is clear about, where `best` is one
 /// of them; else `best`.

@@ -63,7 +63,8 @@ bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &re
 {
     const LetterCount letters = countLetters(word.text, task.script);
     // A syllable says as much as two letters.
-    const auto length = std::size_t(word.text.size() + (task.script == Script::Korean ? letters.own : 0));
+    const auto length =
+        std::size_t(word.text.size() + (task.script == Script::Korean ? letters.own : 0));
     if (length >= iconConfidence.size()) {
         return false;
     }

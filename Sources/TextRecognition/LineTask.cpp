@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "LineTask.h"
 
+#include "Languages.h"
+
 #include <cstring>
 
 using namespace Qt::StringLiterals;
@@ -186,6 +188,12 @@ Reading LineTask::readPart(EngineCache &engines, const QString &model, int left,
 KindShares LineTask::kindsOfPart(int left, int right) const
 {
     return kindShares(shapeFeatures(part(m_image.picture, left, right), preparedLetterHeight));
+}
+
+void LineTask::take(const Reading &reading)
+{
+    best = reading;
+    script = Languages::scriptOf(reading.model);
 }
 
 } // namespace recognition

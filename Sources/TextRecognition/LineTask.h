@@ -60,6 +60,9 @@ public:
     /// How likely the part is of each kind of writing.
     KindShares kindsOfPart(int left, int right) const;
 
+    /// Takes `reading` for what the line says, in the script of its model.
+    void take(const Reading &reading);
+
     /// What the line is taken to say.
     Reading best;
     Script script = Script::Latin;

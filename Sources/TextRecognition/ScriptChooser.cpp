@@ -32,9 +32,8 @@ bool hasOwnShapes(const Reading &reading)
     constexpr int longWord = 6;
     return std::any_of(reading.words.cbegin(), reading.words.cend(), [](const ReadWord &word) {
         return (word.isListed && countLetters(word.text, Script::Cyrillic).own >= longWord) ||
-               std::any_of(word.text.cbegin(), word.text.cend(), [](QChar c) {
-                   return isCyrillic(c.unicode()) && !alike.contains(c);
-               });
+               std::any_of(word.text.cbegin(), word.text.cend(),
+                           [](QChar c) { return isCyrillic(c.unicode()) && !alike.contains(c); });
     });
 }
 

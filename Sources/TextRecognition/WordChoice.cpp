@@ -243,5 +243,4 @@ QString percentage(const Place &place)
     return text.replace(misread, number + u'%');
 }
 
-
 } // namespace recognition

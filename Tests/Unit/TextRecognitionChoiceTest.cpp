@@ -43,7 +43,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("other");
         QTest::addColumn<double>("otherSure");
         QTest::addColumn<bool>("takes");
-        QTest::newRow("Arabic word") << Script::Arabic << u"خطً"_s << 71.0 << u"ths"_s << 90.0 << false;
+        QTest::newRow("Arabic word")
+            << Script::Arabic << u"خطً"_s << 71.0 << u"ths"_s << 90.0 << false;
         QTest::newRow("capitals as letters")
             << Script::Arabic << u"قلاط"_s << 41.0 << u"PNG"_s << 97.0 << true;
         QTest::newRow("capitals as digits")
@@ -64,8 +65,10 @@ private Q_SLOTS:
             << Script::Cyrillic << u"уууу"_s << 92.0 << u"yyyy"_s << 90.0 << true;
         QTest::newRow("Korean number that is a name")
             << Script::Korean << u"550"_s << 92.0 << u"SSD"_s << 90.0 << true;
-        QTest::newRow("Korean number") << Script::Korean << u"550"_s << 92.0 << u"55O"_s << 60.0 << false;
-        QTest::newRow("end of a comment") << Script::Korean << u"*,"_s << 50.0 << u"*/"_s << 37.0 << true;
+        QTest::newRow("Korean number")
+            << Script::Korean << u"550"_s << 92.0 << u"55O"_s << 60.0 << false;
+        QTest::newRow("end of a comment")
+            << Script::Korean << u"*,"_s << 50.0 << u"*/"_s << 37.0 << true;
         QTest::newRow("no end of a comment")
             << Script::Korean << u"로그"_s << 92.0 << u"*/"_s << 37.0 << false;
     }

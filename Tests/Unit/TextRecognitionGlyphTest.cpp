@@ -105,8 +105,8 @@ private Q_SLOTS:
         // The mark stands left of letters, which show the line's foot.
         const GreyImage line = drawnLine(u"سسس"_s + drawn, u"DejaVu Sans"_s);
         const Box inked = inkIn(line, {0, 0, line.width, line.height});
-        const auto glyph = glyphAt(line, {inked.left, inked.top, inked.left + 4, inked.bottom},
-                                   line.height);
+        const auto glyph =
+            glyphAt(line, {inked.left, inked.top, inked.left + 4, inked.bottom}, line.height);
         QVERIFY(glyph);
         QCOMPARE(isArabicComma(*glyph, line, inked, readAs), isComma);
     }

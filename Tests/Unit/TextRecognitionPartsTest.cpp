@@ -120,8 +120,8 @@ private Q_SLOTS:
         const QList<ReadWord> words{word(u"2918"_s, 93, 10, 100), word(u"資料"_s, 93, 128, 190)};
         QList<ReadWord> drawn = words;
         drawn.append(word({}, 0, 114, 124));
-        const auto parts = doubtfulParts(words, {Script::TraditionalHan, Script::Latin},
-                                         lineOf(drawn, 200), sure);
+        const auto parts =
+            doubtfulParts(words, {Script::TraditionalHan, Script::Latin}, lineOf(drawn, 200), sure);
         compareParts(parts, {{0, 107}});
     }
 
