@@ -26,6 +26,9 @@ constexpr double unlikely = 0.1;
 constexpr double leastForeign = 62;
 constexpr double advantage = 8;
 
+/// What the Japanese model's sureness of text without kana is worth, which is likelier Chinese.
+constexpr double withoutKana = 0.7;
+
 /// Fewer letters of its own may be chance.
 int fewestLetters(Script script)
 {
@@ -120,17 +123,21 @@ QString foreignModel(std::vector<LineTask> &tasks, const QStringList &candidates
         const QString &model = models[qsizetype(i)];
         const Script script = Languages::scriptOf(model);
         int letters = 0;
+        bool hasKana = false;
         for (const Sample &sample : samples) {
             const Reading reading =
                 sample.line->readPart(engines, model, sample.part.left, sample.part.right);
             const double score = scriptScore(reading, script);
             if (score >= std::max(leastForeign, sample.confidence + advantage)) {
                 letters += ownLetters(reading, script);
+                hasKana = hasKana || kanaIn(reading.text()) > 0;
                 scores[i] += sample.part.width() * score;
             }
         }
         if (letters < fewestLetters(script)) {
             scores[i] = 0;
+        } else if (script == Script::Japanese && !hasKana) {
+            scores[i] *= withoutKana;
         }
     });
     const auto best = std::max_element(scores.begin(), scores.end());

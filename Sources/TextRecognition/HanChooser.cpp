@@ -42,12 +42,6 @@ bool hasHan(const QString &text)
     return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return isHan(c.unicode()); });
 }
 
-int kanaIn(const QString &text)
-{
-    return int(
-        std::count_if(text.cbegin(), text.cend(), [](QChar c) { return isKana(c.unicode()); }));
-}
-
 /// Whether the Japanese model is sure of so many kana that the lines cannot be Chinese.
 bool isJapanese(const std::vector<LineTask *> &tasks, std::size_t lines, const QString &model,
                 EngineCache &engines, Workers &workers)
@@ -80,6 +74,12 @@ QString modelOf(Script script, const QStringList &models)
 }
 
 } // namespace
+
+int kanaIn(const QString &text)
+{
+    return int(std::count_if(text.cbegin(), text.cend(),
+                             [](QChar c) { return isKana(c.unicode()) && c.isLetter(); }));
+}
 
 double simplifiedLead(const Reading &simplified, const Reading &traditional)
 {

@@ -120,7 +120,9 @@ private:
     void reconsiderMain()
     {
         QMap<QString, int> sure;
+        QMap<QString, int> taken;
         for (const LineTask &task : m_tasks) {
+            taken[task.best.model] += task.best.characters();
             if (task.best.confidence() >= gateOf(task.script) &&
                 (task.script == Script::Latin ||
                  2 * countLetters(task.best.text(), task.script).own >= task.best.characters())) {
@@ -131,14 +133,13 @@ private:
         if (Languages::scriptOf(m_models.main) != Script::Latin) {
             m_models.foreign = m_models.main;
         }
-        for (const QString &model : std::as_const(m_models.foreignCandidates)) {
-            if (sure.value(model) > sure.value(m_models.foreign)) {
-                m_models.foreign = model;
-            }
-        }
+        takeMost(sure);
         if (m_models.foreign.isEmpty()) {
             m_models.foreign =
                 foreignModel(m_tasks, m_models.foreignCandidates, m_engines, m_workers);
+        }
+        if (m_models.foreign.isEmpty()) {
+            takeMost(taken);
         }
         if (m_models.foreign.isEmpty()) {
             return;
@@ -162,6 +163,16 @@ private:
                 task.take(reading);
             }
         });
+    }
+
+    /// Takes for the page's other script the one with most characters.
+    void takeMost(const QMap<QString, int> &characters)
+    {
+        for (const QString &model : std::as_const(m_models.foreignCandidates)) {
+            if (characters.value(model) > characters.value(m_models.foreign)) {
+                m_models.foreign = model;
+            }
+        }
     }
 
     /// Lines between those of another script were each given the model that was surest of them: the
