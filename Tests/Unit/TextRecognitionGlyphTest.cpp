@@ -102,8 +102,8 @@ private Q_SLOTS:
         QFETCH(QString, drawn);
         QFETCH(QString, readAs);
         QFETCH(bool, isComma);
-        // The mark stands left of letters, which show the line's foot.
-        const GreyImage line = drawnLine(u"سسس"_s + drawn, u"DejaVu Sans"_s);
+        // The mark stands left of letters that do not join it.
+        const GreyImage line = drawnLine(u"دار"_s + drawn, u"DejaVu Sans"_s);
         const Box inked = inkIn(line, {0, 0, line.width, line.height});
         const auto glyph =
             glyphAt(line, {inked.left, inked.top, inked.left + 4, inked.bottom}, line.height);
