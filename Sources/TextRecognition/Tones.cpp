@@ -23,8 +23,8 @@ constexpr int mostAlike = 30;
 /// The percentage of a tight patch that its own grey takes up at least, letters the rest.
 constexpr int leastPatch = 45;
 
-/// Contrasts on one background that differ by more than this many tenths are of letters of
-/// different colours, as in a terminal.
+/// On one background a contrast below so many tenths of another is of letters of another colour, as
+/// in a terminal.
 constexpr int leastOfOneInk = 6;
 
 /// In letter heights.
