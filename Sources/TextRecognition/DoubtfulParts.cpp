@@ -13,9 +13,6 @@ namespace {
 /// script is often read as several, and some of them by chance with confidence.
 constexpr double sureBetween = 90;
 
-/// Paler columns are blank.
-constexpr int palest = 225;
-
 /// How far words' places may be off, and how wide gaps between words mostly are, in columns.
 constexpr int reach = preparedLetterHeight / 2;
 constexpr int wideGap = preparedLetterHeight / 4;
@@ -57,18 +54,10 @@ struct Gap
 /// The widest gap in the ink from column `left` to `right`.
 Gap widestGap(const GreyImage &picture, int left, int right)
 {
-    const auto isBlank = [&picture](int x) {
-        for (int y = 0; y < picture.height; ++y) {
-            if (picture.at(x, y) < palest) {
-                return false;
-            }
-        }
-        return true;
-    };
     Gap widest{(left + right) / 2, 0};
     int start = left;
     for (int x = left; x <= right; ++x) {
-        if (x < right && isBlank(x)) {
+        if (x < right && isBlankColumn(picture, x)) {
             continue;
         }
         if (x - start > widest.width) {

@@ -21,6 +21,9 @@ constexpr int margin = 6;
 /// The longest prepared line, in pixels: what a line of 9 px type across an 8K screen needs.
 constexpr int longest = 30000;
 
+/// Paler pixels of a prepared line are no ink.
+constexpr int palest = 225;
+
 /// The edge of a selection lies within this many pixels of its letters.
 constexpr int patchEdge = 4;
 
@@ -158,6 +161,16 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     result.offsetX = margin - box.left * scale;
     result.offsetY = margin - box.top * scale;
     return result;
+}
+
+bool isBlankColumn(const GreyImage &picture, int x)
+{
+    for (int y = 0; y < picture.height; ++y) {
+        if (picture.at(x, y) < palest) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace recognition

@@ -37,4 +37,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line);
 
 inline constexpr int leastContrast = 10;
 
+/// Whether column `x` of a prepared line holds no ink.
+bool isBlankColumn(const GreyImage &picture, int x);
+
 } // namespace recognition

@@ -11,19 +11,6 @@ namespace recognition {
 
 namespace {
 
-/// Paler columns are white.
-constexpr int white = 225;
-
-bool isBlankColumn(const GreyImage &picture, int x)
-{
-    for (int y = 0; y < picture.height; ++y) {
-        if (picture.at(x, y) < white) {
-            return false;
-        }
-    }
-    return true;
-}
-
 /// Where to cut so that about `length` columns stay: in the middle of the widest gap near there.
 int cutNear(const GreyImage &picture, int length, bool fromRight)
 {
