@@ -17,8 +17,7 @@ constexpr int fewestKana = 3;
 /// Words are counted from this confidence of the Japanese model.
 constexpr double sureJapanese = 70;
 
-/// Lines that tell Chinese from Japanese, and how much kana make it surer.
-constexpr std::size_t hanLines = 4;
+/// How much kana make Japanese surer.
 constexpr double kanaBonus = 10;
 
 /// A line counts against a model by no more than this, or one with foreign words would decide.
@@ -28,8 +27,8 @@ constexpr double mostHanDoubt = 10;
 /// sure as the least sure of them, which may be one that both read alike.
 constexpr double mostFormLead = 20;
 
-/// Lines that tell simplified from traditional characters.
-constexpr std::size_t formLines = 8;
+/// Lines that tell the models of Chinese characters apart.
+constexpr std::size_t hanLines = 8;
 
 /// By less than this in all, neither form leads.
 constexpr double clearFormLead = 3;
@@ -113,7 +112,7 @@ double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simpl
                       const QString &traditional, EngineCache &engines)
 {
     double lead = 0;
-    for (std::size_t line = 0; line < std::min(lines.size(), formLines); ++line) {
+    for (std::size_t line = 0; line < std::min(lines.size(), hanLines); ++line) {
         LineTask &task = *lines[line];
         const auto reading = [&](const QString &model) {
             return task.length() <= hanSampleLength
@@ -128,7 +127,7 @@ double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simpl
 QString hanModel(const std::vector<LineTask *> &tasks, const QStringList &models,
                  EngineCache &engines, Workers &workers)
 {
-    const std::size_t lines = std::min(tasks.size(), formLines);
+    const std::size_t lines = std::min(tasks.size(), hanLines);
     for (const QString &model : models) {
         if (Languages::scriptOf(model) == Script::Japanese && models.size() > 1 &&
             isJapanese(tasks, lines, model, engines, workers)) {

@@ -30,7 +30,7 @@ QString chineseModel(const QString &best, const QStringList &models, const FormL
 double simplifiedLead(const std::vector<LineTask *> &lines, const QString &simplified,
                       const QString &traditional, EngineCache &engines);
 
-/// How many kana a text has.
+/// How many kana a text has, without the middle dot, which Chinese has too.
 int kanaIn(const QString &text);
 
 /// How much of a line is looked at to tell them apart, in letter heights.

@@ -27,7 +27,7 @@ constexpr int leastPatch = 45;
 /// in a terminal.
 constexpr int leastOfOneInk = 6;
 
-/// In letter heights.
+/// What is narrower, in letter heights, may be an icon.
 constexpr int shortestWord = 2;
 
 /// A change of the background by more grey levels is a border, not a shade.
