@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/DesktopPlatform.h"
 
+#include "Platform/Freedesktop/BusAnswer.h"
 #include "Platform/Freedesktop/CanberraSounds.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
 #include "Platform/Freedesktop/SoundTheme.h"
@@ -109,6 +110,9 @@ PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options,
 
 void prepareDesktopPlatform()
 {
+    if (!leaveSilentSessionBus()) {
+        StandardErrorLog().log(u"The session bus does not answer; going on without it"_s);
+    }
     prepareWaylandDesktop();
 }
 

@@ -29,8 +29,9 @@ constexpr double largest = 10000;
 /// Keeps the window, which is not destroyed when it is closed, until the next one replaces it.
 std::unique_ptr<QWidget> &slot()
 {
-    static std::unique_ptr<QWidget> window;
-    return window;
+    // Never destroyed by an exit handler, because the display may be gone by then.
+    static auto *window = new std::unique_ptr<QWidget>;
+    return *window;
 }
 
 /// No widget may outlive the application object.

@@ -2,6 +2,7 @@
 #include "AppDelegate.h"
 #include "Platform/DesktopPlatform.h"
 #include "Platform/Platform.h"
+#include "Platform/ProcessEnd.h"
 #include "Platform/TerminationSignals.h"
 #include "Publisher.h"
 #include "Translations.h"
@@ -36,6 +37,7 @@ int run(Platform &platform)
     delegate = std::make_unique<AppDelegate>();
     service.setActionHandler([](const QString &action) { delegate->performAction(action); });
     platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
+    const ExitGuard exitGuard;
     const int status = QApplication::exec();
     service.setActionHandler(nullptr);
     delegate.reset();
@@ -53,6 +55,10 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(u"Vellora"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(VELLORA_VERSION));
 
+#ifdef NDEBUG
+    // A developer's build keeps its dumps.
+    forbidCoreDumps();
+#endif
     prepareDesktopPlatform();
     app = std::make_unique<QApplication>(argc, argv);
     installTranslations();

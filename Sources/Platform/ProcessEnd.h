@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// While it lives, exit() called from below the event loop ends the process at once, with status 1.
+///
+/// Qt calls exit() when the display server is gone (a logout, a crash). Everything that `main`
+/// holds is still alive then, and the exit handlers would destroy process-wide objects that talk to
+/// the server that no longer is. Nothing is lost: settings are in their file by then, and the
+/// session bus gives our name back by itself. One per process; make it when the event loop is about
+/// to run.
+class ExitGuard
+{
+public:
+    ExitGuard();
+    ~ExitGuard();
+    ExitGuard(const ExitGuard &) = delete;
+    ExitGuard &operator=(const ExitGuard &) = delete;
+};
+
+/// Keeps the kernel from writing this process's memory anywhere when it crashes: pictures of the
+/// screen and the text read from them are in it. No effect on what the process may do.
+///
+/// Not by PR_SET_DUMPABLE: that hides /proc/PID/exe and /proc/PID/root from other processes of the
+/// user, by which KWin and the portals tell which program asks them for the screen.
+void forbidCoreDumps();

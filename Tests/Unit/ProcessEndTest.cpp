@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// How the process ends when something else ends it: seen by the parent of a child that does.
+
+#include "Platform/ProcessEnd.h"
+
+#include <QTest>
+
+#include <cstdlib>
+#include <functional>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+constexpr int destroyedStatus = 77;
+
+/// Ends the process in its own way when it is destroyed, which an exit handler should not do.
+struct TellTale
+{
+    ~TellTale() { std::_Exit(destroyedStatus); }
+};
+
+/// What waitpid tells of a child that did this.
+int statusOf(const std::function<void()> &action)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        action();
+        std::_Exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+} // namespace
+
+class ProcessEndTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void exitDestroysNothingWhileGuarded()
+    {
+        const int status = statusOf([] {
+            static const TellTale made;
+            const ExitGuard guard;
+            std::exit(3);
+        });
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), EXIT_FAILURE);
+    }
+
+    void exitIsAsEverAfterTheGuard()
+    {
+        const int status = statusOf([] {
+            static const TellTale made;
+            {
+                const ExitGuard guard;
+            }
+            std::exit(3);
+        });
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), destroyedStatus);
+    }
+
+    void noCoreIsDumped_data()
+    {
+        QTest::addColumn<bool>("forbidden");
+        QTest::newRow("forbidden") << true;
+        QTest::newRow("as ever") << false;
+    }
+
+    void noCoreIsDumped()
+    {
+        QFETCH(bool, forbidden);
+        rlimit limit{};
+        QCOMPARE(getrlimit(RLIMIT_CORE, &limit), 0);
+        const int status = statusOf([&] {
+            rlimit open{.rlim_cur = limit.rlim_max, .rlim_max = limit.rlim_max};
+            setrlimit(RLIMIT_CORE, &open);
+            if (forbidden) {
+                forbidCoreDumps();
+            }
+            getrlimit(RLIMIT_CORE, &open);
+            std::_Exit(open.rlim_cur == 1 && open.rlim_max == 1 ? 1 : 0);
+        });
+        QCOMPARE(WEXITSTATUS(status), forbidden ? 1 : 0);
+    }
+};
+
+QTEST_APPLESS_MAIN(ProcessEndTest)
+#include "ProcessEndTest.moc"
