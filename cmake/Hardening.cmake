@@ -2,11 +2,6 @@
 # What makes a mistake in the program harder to use against its user, in every build; and nothing of
 # the machine that built it in what is handed on. Tests/Install checks the result.
 
-# A program that can be loaded at any address.
-include(CheckPIESupported)
-check_pie_supported()
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-
 # Libraries come from the places that the system names, never from a path in the program: an empty
 # entry there, as CMake leaves for installing, is the current folder.
 set(CMAKE_SKIP_RPATH ON)
@@ -16,6 +11,11 @@ add_link_options(-Wl,-z,relro -Wl,-z,now)
 
 # The sanitizers check more than all of these.
 if(NOT VELLORA_SANITIZE)
+  # A program that can be loaded at any address.
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
   add_compile_options(-fstack-protector-strong)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64|i[3-6]86)$")
     add_compile_options(-fcf-protection)
