@@ -1,12 +1,17 @@
 # SPDX-License-Identifier: MIT
-# Warnings, sanitizers and coverage for every target of the project.
+# Warnings, hardening, sanitizers and coverage for every target of the project.
 
 set(VELLORA_SANITIZE "" CACHE STRING "Value for -fsanitize=, such as address,undefined or thread")
 option(VELLORA_COVERAGE "Instrument for gcov" OFF)
+# Not for those who build with a compiler that is newer than ours and warns of more.
+option(VELLORA_WARNINGS_AS_ERRORS "Let no warning pass" OFF)
 
 add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Wformat=2 -Wimplicit-fallthrough -Werror)
+  -Wformat=2 -Wimplicit-fallthrough)
+if(VELLORA_WARNINGS_AS_ERRORS)
+  add_compile_options(-Werror)
+endif()
 
 add_compile_definitions(
   QT_NO_CAST_FROM_ASCII
@@ -14,6 +19,8 @@ add_compile_definitions(
   QT_NO_KEYWORDS
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+include(Hardening)
 
 if(VELLORA_SANITIZE)
   add_compile_options(-fsanitize=${VELLORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

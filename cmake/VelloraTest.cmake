@@ -16,6 +16,7 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwaylan
 #                  [TIMEOUT seconds]     default: 60
 #                  [WHOLE_STACKS]        tells leaks on Wayland by what made them; recognition then
 #                                        takes six times as long
+#                  [INSTALLED]           needs an installation: $VELLORA_INSTALLED, made before
 #                  [OWN_THREADS])        has threads that share through the standard library's locks.
 #                                        Only such tests run under the thread sanitizer, which sees
 #                                        nothing of the locks inside Qt and takes what they guard
@@ -25,7 +26,7 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwaylan
 # --list` names the desktops and panels. A desktop that is not installed is a skipped test for a
 # person, a failed one when CI=true.
 function(vellora_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS;OWN_THREADS" "NAME;TIMEOUT"
+  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS;OWN_THREADS;INSTALLED" "NAME;TIMEOUT"
     "SOURCES;LIBRARIES;COMMAND;DESKTOP;SCREENS;SCALE;PANEL;LABELS;ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "vellora_add_test(${arg_NAME}): what is ${arg_UNPARSED_ARGUMENTS}?")
@@ -109,7 +110,11 @@ UBSAN_OPTIONS=print_stacktrace=1;\
 LSAN_OPTIONS=suppressions=${suppressions}/${leaks}:print_suppressions=0;\
 TSAN_OPTIONS=suppressions=${suppressions}/threads.txt:second_deadlock_stack=1;\
 QT_FORCE_STDERR_LOGGING=1;\
+VELLORA_INSTALLED=${VELLORA_INSTALLED};\
 ${arg_ENVIRONMENT}")
+  if(arg_INSTALLED)
+    set_tests_properties("${name}" PROPERTIES FIXTURES_REQUIRED installed)
+  endif()
 endfunction()
 
 macro(vellora_default variable)

@@ -4,7 +4,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,8 +28,11 @@ Bundle::Bundle(QString bundlePath, QString resourcePath)
 Bundle Bundle::main()
 {
     const QString programFolder = QCoreApplication::applicationDirPath();
-    const QString resources = QDir::cleanPath(programFolder + u"/../share/vellora"_s);
-    return {programFolder, isReadableFolder(resources) ? resources : QString()};
+    QStringList folders = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                                    u"vellora"_s, QStandardPaths::LocateDirectory);
+    folders.prepend(QDir::cleanPath(programFolder + u"/../share/vellora"_s));
+    const auto found = std::find_if(folders.cbegin(), folders.cend(), isReadableFolder);
+    return {programFolder, found != folders.cend() ? *found : QString()};
 }
 
 std::optional<Bundle> Bundle::open(const QString &path)

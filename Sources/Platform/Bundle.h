@@ -10,7 +10,8 @@ class Bundle
 {
 public:
     /// The program: its bundle folder is where the executable lies, its resource folder
-    /// `../share/vellora` from there, as in an installation under a prefix.
+    /// `../share/vellora` from there, as in an installation under a prefix; else the first
+    /// `vellora` in the data folders, the user's before the system's.
     static Bundle main();
 
     /// The bundle in the folder `path`; absent unless that is a readable folder.

@@ -95,7 +95,7 @@ void addWindowSystem(Platform &platform, const QString &displayName,
 PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options,
                                   const std::shared_ptr<PanelMenu> &panelMenu)
 {
-    const StatusItemArtwork artwork(options.iconThemeFolder);
+    const StatusItemArtwork artwork(options.iconThemeFolder, options.applicationId);
     PanelStatusBar::Panels panels;
     panels.push_back(std::make_unique<StatusNotifierPanel>(
         StatusNotifierPanel::Identity{options.applicationId, options.displayName}, artwork,

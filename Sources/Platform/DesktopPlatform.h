@@ -24,8 +24,8 @@ struct DesktopPlatformOptions
     /// The application's icon: a name in the icon theme or an absolute path; else the id.
     QString iconName = {};
     /// Absolute path of a folder of icon themes that holds the status item's pictures, as
-    /// "hicolor/symbolic/apps/vellora-<name>-symbolic.svg", dots of the name written as dashes;
-    /// else "../share/icons" from the program.
+    /// "hicolor/symbolic/apps/<application id>-<name>-symbolic.svg", dots of the name written
+    /// as dashes; else "../share/icons" from the program.
     QString iconThemeFolder = {};
 };
 

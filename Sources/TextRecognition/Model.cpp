@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Model.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 #include <array>
 
@@ -14,37 +16,47 @@ namespace {
 
 constexpr auto suffix = ".traineddata"_L1;
 
-/// Where distributions put the data, newest layout first.
-constexpr std::array folders{"/usr/share/tesseract-ocr/5/tessdata"_L1,
-                             "/usr/share/tesseract-ocr/4.00/tessdata"_L1, "/usr/share/tessdata"_L1,
-                             "/usr/local/share/tessdata"_L1, "/usr/share/tesseract/tessdata"_L1};
+/// Where distributions put Tesseract's data, newest layout first.
+constexpr std::array tesseractFolders{
+    "/usr/share/tesseract-ocr/5/tessdata"_L1, "/usr/share/tesseract-ocr/4.00/tessdata"_L1,
+    "/usr/share/tessdata"_L1, "/usr/local/share/tessdata"_L1, "/usr/share/tesseract/tessdata"_L1};
 
-QString defaultFolder()
+/// Models of our own kind, below a folder of data.
+constexpr auto ownFolder = "/vellora/models"_L1;
+
+/// What the user put somewhere comes before what was installed, and our own before others'.
+QStringList defaultFolders()
 {
-    for (const QLatin1StringView folder : folders) {
-        if (!QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files).isEmpty()) {
-            return folder;
-        }
+    QStringList folders{QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                        ownFolder};
+    if (QCoreApplication::instance()) {
+        folders +=
+            QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../share"_L1) + ownFolder;
     }
-    return folders.front();
+    for (const QLatin1StringView folder : tesseractFolders) {
+        folders += folder;
+    }
+    return folders;
 }
 
 } // namespace
 
 ModelFolder::ModelFolder(const QString &path)
-    : m_path(path.isEmpty() ? defaultFolder() : path)
+    : m_paths(path.isEmpty() ? defaultFolders() : QStringList{path})
 {
 }
 
 QStringList ModelFolder::installed() const
 {
     QStringList models;
-    for (const QString &folder : {m_path, m_path + "/script"_L1}) {
-        const QStringList files = QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files);
-        for (const QString &file : files) {
-            const QString model = file.chopped(suffix.size());
-            if (!models.contains(model)) {
-                models.append(model);
+    for (const QString &path : m_paths) {
+        for (const QString &folder : {path, path + "/script"_L1}) {
+            const QStringList files = QDir(folder).entryList({u"*.traineddata"_s}, QDir::Files);
+            for (const QString &file : files) {
+                const QString model = file.chopped(suffix.size());
+                if (!models.contains(model)) {
+                    models.append(model);
+                }
             }
         }
     }
@@ -53,10 +65,12 @@ QStringList ModelFolder::installed() const
 
 QString ModelFolder::fileOf(const QString &model) const
 {
-    for (const QString &folder : {m_path, m_path + "/script"_L1}) {
-        QString file = folder + u'/' + model + suffix;
-        if (QFile::exists(file)) {
-            return file;
+    for (const QString &path : m_paths) {
+        for (const QString &folder : {path, path + "/script"_L1}) {
+            QString file = folder + u'/' + model + suffix;
+            if (QFile::exists(file)) {
+                return file;
+            }
         }
     }
     return {};

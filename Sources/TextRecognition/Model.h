@@ -12,16 +12,18 @@ namespace recognition {
 /// memory and time to load.
 enum class Dictionary { With, Without };
 
-/// The models in a folder of trained data, as they are now: nothing is remembered, so a model
+/// The models in folders of trained data, as they are now: nothing is remembered, so a model
 /// installed or removed while the program runs is seen at the next question.
 class ModelFolder
 {
 public:
-    /// `path`: where the `.traineddata` files stand; empty looks in the places where Tesseract's
-    /// packages put them.
+    /// `path`: where the `.traineddata` files stand. Empty looks into "vellora/models" in the
+    /// user's data folder, "../share/vellora/models" from the program, and where distributions put
+    /// the data of Tesseract. Of two models of one name the earlier folder's is read.
     explicit ModelFolder(const QString &path = {});
 
-    QString path() const { return m_path; }
+    /// The folder that comes first, for models that the user adds.
+    QString path() const { return m_paths.constFirst(); }
     /// The models' names, such as "eng" or "Latin"; a script's model may stand in "script/".
     QStringList installed() const;
     bool has(const QString &model) const;
@@ -29,10 +31,11 @@ public:
     /// half a megabyte.
     TrainedData read(const QString &model, Dictionary dictionary) const;
 
-private:
+    /// The model's file; empty if there is none.
     QString fileOf(const QString &model) const;
 
-    QString m_path;
+private:
+    QStringList m_paths;
 };
 
 } // namespace recognition

@@ -3,6 +3,8 @@
 
 #include "ResourceBundleAccessor.h"
 
+#include <QDir>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -23,15 +25,18 @@ Bundle findVelloraResources()
 
 Bundle findModule()
 {
-    const QString mainPath = Bundle::main().bundlePath() + u'/' + resourceBundleName;
+    const Bundle main = Bundle::main();
+    const QString mainPath = main.bundlePath() + u'/' + resourceBundleName;
     if (const auto bundle = Bundle::open(mainPath)) {
         return *bundle;
     }
-    if (const auto bundle = Bundle::open(resourceBundleBuildPath)) {
+    const QString buildPath =
+        QDir::cleanPath(QDir(main.bundlePath()).absoluteFilePath(resourceBundleBuildPath));
+    if (const auto bundle = Bundle::open(buildPath)) {
         return *bundle;
     }
     qFatal("could not load resource bundle: from %s or %s", qUtf8Printable(mainPath),
-           qUtf8Printable(resourceBundleBuildPath));
+           qUtf8Printable(buildPath));
 }
 } // namespace
 

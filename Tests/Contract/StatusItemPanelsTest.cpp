@@ -125,7 +125,8 @@ void StatusItemPanelsTest::cleanup()
 void StatusItemPanelsTest::makeItem(QStringView kinds)
 {
     PanelStatusBar bar([kinds] {
-        const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME));
+        const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME),
+                                        u"org.vellora.Vellora"_s);
         PanelStatusBar::Panels panels;
         if (kinds.contains(u"sni")) {
             panels.push_back(std::make_unique<StatusNotifierPanel>(

@@ -72,7 +72,8 @@ void StatusItemXfceTest::init()
     QTRY_VERIFY(areAlike(m_bare, std::exchange(m_bare, seen())));
 
     PanelStatusBar bar([] {
-        const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME));
+        const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME),
+                                        u"org.vellora.Vellora"_s);
         PanelStatusBar::Panels panels;
         panels.push_back(std::make_unique<StatusNotifierPanel>(
             StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s}, artwork,

@@ -80,8 +80,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         EngineCache engines{ModelFolder(folder.path())};
         QVERIFY(!engines.engine(u"eng"_s, Dictionary::Without));
-        QVERIFY(QFile::link(ModelFolder().path() + u"/eng.traineddata"_s,
-                            folder.filePath(u"eng.traineddata"_s)));
+        QVERIFY(QFile::link(ModelFolder().fileOf(u"eng"_s), folder.filePath(u"eng.traineddata"_s)));
         QVERIFY(engines.engine(u"eng"_s, Dictionary::Without));
     }
 

@@ -124,14 +124,14 @@ void StatusItemArtworkTest::themedDrawingIsPreferred()
 {
     const QTemporaryDir folder;
     const StatusItemImage image{u"a.b"_s, "no picture at all", {}};
-    const StatusItemArtwork artwork(folder.path());
+    const StatusItemArtwork artwork(folder.path(), u"org.example.Test"_s);
     QCOMPARE(artwork.iconName(image), QString());
     QVERIFY(QDir(folder.path()).mkpath(u"hicolor/symbolic/apps"_s));
-    QFile file(folder.filePath(u"hicolor/symbolic/apps/vellora-a-b-symbolic.svg"_s));
+    QFile file(folder.filePath(u"hicolor/symbolic/apps/org.example.Test-a-b-symbolic.svg"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(frame);
     file.close();
-    QCOMPARE(artwork.iconName(image), u"vellora-a-b-symbolic"_s);
+    QCOMPARE(artwork.iconName(image), u"org.example.Test-a-b-symbolic"_s);
     QCOMPARE(qAlpha(artwork.render(image, 16, Qt::black).pixel(0, 0)), 255);
 }
 

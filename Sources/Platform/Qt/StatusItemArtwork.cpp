@@ -32,16 +32,17 @@ int livePixels(int extent)
 
 } // namespace
 
-StatusItemArtwork::StatusItemArtwork(QString iconThemeFolder)
+StatusItemArtwork::StatusItemArtwork(QString iconThemeFolder, QString applicationId)
     : m_iconThemeFolder(std::move(iconThemeFolder))
+    , m_applicationId(std::move(applicationId))
 {
 }
 
 QString StatusItemArtwork::iconName(const StatusItemImage &image) const
 {
     QString name = image.name;
-    // Some panels take what follows a dot for a suffix.
-    name = u"vellora-"_s + name.replace(u'.', u'-') + u"-symbolic"_s;
+    // Icons of one application begin with its id, or a sandbox does not show them to the desktop.
+    name = m_applicationId + u'-' + name.replace(u'.', u'-') + u"-symbolic"_s;
     return QFileInfo::exists(themedFile(name)) ? name : QString();
 }
 

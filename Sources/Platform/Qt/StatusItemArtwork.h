@@ -14,8 +14,9 @@
 class StatusItemArtwork
 {
 public:
-    /// `iconThemeFolder` holds the same pictures as icons, see `DesktopPlatformOptions`.
-    explicit StatusItemArtwork(QString iconThemeFolder);
+    /// `iconThemeFolder` holds the same pictures as icons of the application `applicationId`, see
+    /// `DesktopPlatformOptions`.
+    explicit StatusItemArtwork(QString iconThemeFolder, QString applicationId = {});
 
     QString iconThemeFolder() const { return m_iconThemeFolder; }
 
@@ -31,4 +32,5 @@ private:
     QString themedFile(const QString &name) const;
 
     QString m_iconThemeFolder;
+    QString m_applicationId;
 };
