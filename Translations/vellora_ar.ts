@@ -51,6 +51,10 @@
         <source>Left-click to capture text · Right-click for menu</source>
         <translation>النقر الأيسر لالتقاط نص · النقر الأيمن للقائمة</translation>
     </message>
+    <message>
+        <source>Settings cannot be saved: “%1” cannot be written</source>
+        <translation>تعذّر حفظ الإعدادات: لا يمكن الكتابة في «%1»</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>

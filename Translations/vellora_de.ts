@@ -51,6 +51,10 @@
         <source>Left-click to capture text · Right-click for menu</source>
         <translation>Linksklick: Text aufnehmen · Rechtsklick: Menü</translation>
     </message>
+    <message>
+        <source>Settings cannot be saved: “%1” cannot be written</source>
+        <translation>Die Einstellungen können nicht gespeichert werden: „%1“ ist nicht beschreibbar</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>

@@ -4,30 +4,37 @@
 #include <cstdio>
 #include <cstdlib>
 #include <sys/resource.h>
+#include <utility>
 
 namespace {
-bool isGuarded = false;
+std::function<void()> &farewell()
+{
+    // Never destroyed, because exit handlers ask for it.
+    static auto *function = new std::function<void()>;
+    return *function;
+}
 
 void endAtOnce()
 {
-    if (isGuarded) {
+    if (farewell()) {
+        farewell()();
         std::fflush(nullptr);
         std::_Exit(EXIT_FAILURE);
     }
 }
 } // namespace
 
-ExitGuard::ExitGuard()
+ExitGuard::ExitGuard(std::function<void()> last)
 {
     // Registered once, and late: exit handlers run in the opposite order, and this one has to come
     // before those that destroy what was made earlier.
     static const int registered = std::atexit(endAtOnce);
-    isGuarded = registered == 0;
+    farewell() = registered == 0 ? std::move(last) : nullptr;
 }
 
 ExitGuard::~ExitGuard()
 {
-    isGuarded = false;
+    farewell() = nullptr;
 }
 
 void forbidCoreDumps()

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// While it lives, exit() called from below the event loop ends the process at once, with status 1.
+#include <functional>
+
+/// While it lives, exit() called from below the event loop ends the process at once, with status 1,
+/// after `farewell`.
 ///
 /// Qt calls exit() when the display server is gone (a logout, a crash). Everything that `main`
 /// holds is still alive then, and the exit handlers would destroy process-wide objects that talk to
-/// the server that no longer is. Nothing is lost: settings are in their file by then, and the
-/// session bus gives our name back by itself. One per process; make it when the event loop is about
-/// to run.
+/// the server that no longer is. The session bus gives our name back by itself; what has to be
+/// written is the farewell's business. One per process; make it when the event loop is about to
+/// run.
 class ExitGuard
 {
 public:
-    ExitGuard();
+    explicit ExitGuard(std::function<void()> farewell);
     ~ExitGuard();
     ExitGuard(const ExitGuard &) = delete;
     ExitGuard &operator=(const ExitGuard &) = delete;

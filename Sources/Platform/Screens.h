@@ -61,6 +61,6 @@ public:
     CocoaRect fromQt(const QRectF &rect) const;
 
 Q_SIGNALS:
-    /// A screen was added, removed, moved, resized or rescaled.
+    /// A screen was added, removed, moved or resized, or another one is the primary screen.
     void changed();
 };

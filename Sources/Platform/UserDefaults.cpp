@@ -4,7 +4,16 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <chrono>
+#include <utility>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+/// Longer than the pauses of a hand that drags, shorter than what a person takes for lost.
+constexpr auto gatheringTime = 500ms;
+} // namespace
 
 UserDefaults::UserDefaults()
     : UserDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -18,15 +27,25 @@ UserDefaults::UserDefaults(const QString &filePath)
     // QSettings reads a section when it is first asked for; only then does it meet the damage.
     m_file.allKeys();
     m_damaged = m_file.status() == QSettings::FormatError;
+    m_gathering.setSingleShot(true);
+    m_gathering.callOnTimeout([this] { flush(); });
+}
+
+UserDefaults::~UserDefaults()
+{
+    flush();
 }
 
 bool UserDefaults::contains(const QString &key) const
 {
-    return m_file.contains(key);
+    return m_gathered.contains(key) || m_file.contains(key);
 }
 
 std::optional<QString> UserDefaults::string(const QString &key) const
 {
+    if (const auto gathered = m_gathered.constFind(key); gathered != m_gathered.cend()) {
+        return *gathered;
+    }
     const QVariant value = m_file.value(key);
     if (value.typeId() == QMetaType::QStringList) {
         // A person who edits the file leaves out the quotes around "{360, 240}".
@@ -57,12 +76,32 @@ void UserDefaults::set(const QString &key, bool value)
     write(key, value ? u"true"_s : u"false"_s);
 }
 
+void UserDefaults::setGathered(const QString &key, const QString &text)
+{
+    m_gathered.insert(key, text);
+    m_gathering.start(gatheringTime);
+}
+
+void UserDefaults::flush()
+{
+    m_gathering.stop();
+    for (const auto &[key, text] : std::exchange(m_gathered, {}).asKeyValueRange()) {
+        write(key, text);
+    }
+}
+
 void UserDefaults::write(const QString &key, const QVariant &value)
 {
     keepDamagedFile();
+    m_gathered.remove(key);
     m_file.setValue(key, value);
     // At once: a session may end without warning.
     m_file.sync();
+    if (m_file.status() == QSettings::AccessError) {
+        if (const auto tell = std::exchange(writeDidFail, nullptr)) {
+            tell();
+        }
+    }
 }
 
 void UserDefaults::keepDamagedFile()

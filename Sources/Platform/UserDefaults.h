@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QSettings>
 #include <QString>
+#include <QTimer>
 
+#include <functional>
 #include <optional>
 
 /// What the program keeps between runs: typed values under keys, in an INI file.
@@ -16,6 +19,12 @@ public:
     /// The file in the user's configuration folder (XDG_CONFIG_HOME).
     UserDefaults();
     explicit UserDefaults(const QString &filePath);
+    /// Writes what is still gathered.
+    ~UserDefaults();
+
+    /// Called at the first write that did not reach the file, such as on a full or read-only disk;
+    /// the values hold for this run all the same.
+    std::function<void()> writeDidFail;
 
     QString filePath() const { return m_file.fileName(); }
 
@@ -32,10 +41,19 @@ public:
     /// A literal would convert to bool first.
     void set(const QString &key, const char16_t *text) = delete;
 
+    /// For what changes many times a second, such as a window's frame while it is dragged: readable
+    /// at once, and in the file a moment after the last change, so that no change waits for a disk.
+    void setGathered(const QString &key, const QString &text);
+
+    /// Writes what is gathered now.
+    void flush();
+
 private:
     void write(const QString &key, const QVariant &value);
     void keepDamagedFile();
 
     QSettings m_file;
+    QHash<QString, QString> m_gathered;
+    QTimer m_gathering;
     bool m_damaged = false;
 };

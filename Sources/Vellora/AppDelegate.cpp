@@ -47,12 +47,30 @@ void AppDelegate::applicationDidFinishLaunching()
                                 &AppDelegate::hotkeyStringWillChange);
     hotkeyEnabledCancellable = connect(&Settings::shared(), &Settings::hotkeyEnabledWillChange,
                                        this, &AppDelegate::hotkeyEnabledWillChange);
+    Platform::current().userDefaults->writeDidFail = [self = QPointer(this)] {
+        if (self) {
+            self->settingsWriteDidFail();
+        }
+    };
     Platform::current().mainQueue->asyncAfter(5000ms, [self = QPointer(this)] {
         if (self) {
             // A refusal concerns nobody until the user asks for updates.
             self->updaterController.updater().startUpdater();
         }
     });
+}
+
+void AppDelegate::settingsWriteDidFail()
+{
+    const QString file = Platform::current().userDefaults->filePath();
+    // A per-cent sign would be a directive in the log.
+    Platform::current().systemLog->log(u"Settings cannot be saved in "_s +
+                                       QString(file).replace(u'%', u"%%"_s));
+    if (const auto button = statusItemButton()) {
+        show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"),
+                        tr("Settings cannot be saved: “%1” cannot be written").arg(file), 3000ms},
+             button);
+    }
 }
 
 void AppDelegate::setupGlobalHotkey()

@@ -41,6 +41,8 @@ private:
     void installMainMenu();
     void setupStatusItem();
     void setupGlobalHotkey();
+    /// What the user chose holds until the program ends; that it ends there is told once.
+    void settingsWriteDidFail();
     void hotkeyStringWillChange(const QString &hotkeyString);
     void hotkeyEnabledWillChange(bool enabled);
     void handleClick(const StatusItemEvent &event);

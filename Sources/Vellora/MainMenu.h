@@ -15,14 +15,12 @@ class MainMenu : public QObject
 public:
     explicit MainMenu(QObject *parent);
 
-    /// Quit, Undo, Redo, Cut, Copy, Paste and Select All, in this order.
-    const QList<QAction *> &actions() const { return m_actions; }
-
     /// Gives each window its keys when it is first shown.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QAction *add(const QString &title);
 
+    /// Quit, Undo, Redo, Cut, Copy, Paste and Select All, in this order.
     QList<QAction *> m_actions;
 };

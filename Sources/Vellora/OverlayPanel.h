@@ -14,10 +14,6 @@ class OverlayPanel : public QWidget
 public:
     OverlayPanel();
 
-    /// The panel takes part in the focus although it has no title bar.
-    bool canBecomeKey() const { return true; }
-    bool canBecomeMain() const { return true; }
-
     SelectorView &contentView() const { return *m_contentView; }
 
     /// A picture of the screen to show beneath the dim; null where the desktop shines through.

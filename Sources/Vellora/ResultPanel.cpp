@@ -44,7 +44,8 @@ ResultPanel::ResultPanel(const QString &text, QSizeF contentSize)
     }
     m_textView->setPlainText(text);
 
-    m_button->setAutoDefault(false);
+    // Return presses the button while it has the keyboard, as Space does.
+    m_button->setAutoDefault(true);
     resize(contentSize.toSize());
 }
 

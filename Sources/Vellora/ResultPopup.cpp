@@ -162,7 +162,7 @@ void ResultPopup::windowDidResize()
     // The frame's size, though `show` takes it for the content's: each resize by the user makes
     // the next popup taller by the title bar.
     if (panel) {
-        Platform::current().userDefaults->set(
+        Platform::current().userDefaults->setGathered(
             sizeKey, stringFromSize(Platform::current().popupPlacement->frameSize(*panel)));
     }
 }

@@ -118,11 +118,6 @@ SegmentedPicker::SegmentedPicker(const QStringList &titles, QWidget *parent)
     }
 }
 
-int SegmentedPicker::selectedIndex() const
-{
-    return m_selected;
-}
-
 void SegmentedPicker::setSelectedIndex(int index)
 {
     m_selected = index;

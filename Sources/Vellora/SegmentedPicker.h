@@ -14,7 +14,6 @@ class SegmentedPicker : public QWidget
 public:
     explicit SegmentedPicker(const QStringList &titles, QWidget *parent = nullptr);
 
-    int selectedIndex() const;
     /// Selects without emitting `selected`.
     void setSelectedIndex(int index);
 

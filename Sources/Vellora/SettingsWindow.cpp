@@ -175,5 +175,5 @@ void SettingsWindowController::windowDidMove()
 void SettingsWindowController::storeFrame()
 {
     const CocoaRect frame = Platform::current().popupPlacement->frame(*window());
-    Platform::current().userDefaults->set(frameKey, stringFromRect(frame));
+    Platform::current().userDefaults->setGathered(frameKey, stringFromRect(frame));
 }

@@ -37,7 +37,7 @@ int run(Platform &platform)
     delegate = std::make_unique<AppDelegate>();
     service.setActionHandler([](const QString &action) { delegate->performAction(action); });
     platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
-    const ExitGuard exitGuard;
+    const ExitGuard exitGuard([&platform] { platform.userDefaults->flush(); });
     const int status = QApplication::exec();
     service.setActionHandler(nullptr);
     delegate.reset();

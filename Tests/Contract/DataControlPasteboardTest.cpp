@@ -45,6 +45,7 @@ private Q_SLOTS:
     void otherProgramsReadTheText();
     void theLastTextCounts();
     void clearing();
+    void aNewTextIsOneChange();
     void anotherProgramTakesOver();
     void readersThatGoAway();
     void endsWithTheProgram();
@@ -86,7 +87,34 @@ void DataControlPasteboardTest::clearing()
     pasteboard.setString(u"text"_s);
     QVERIFY(pasted() == "text");
     pasteboard.clearContents();
-    QVERIFY(!pasted());
+    QTRY_VERIFY(!pasted());
+}
+
+void DataControlPasteboardTest::aNewTextIsOneChange()
+{
+    DataControlPasteboard pasteboard;
+    pasteboard.setString(u"text 0"_s);
+    // Another program that is told of every change; its trace shows them, the empty ones too.
+    QProcess watcher;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"WAYLAND_DEBUG"_s, u"1"_s);
+    watcher.setProcessEnvironment(environment);
+    watcher.start(u"wl-paste"_s, {u"--watch"_s, u"true"_s});
+    QByteArray trace;
+    const auto changes = [&] {
+        trace += watcher.readAllStandardError();
+        return trace.count(".selection(");
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(changes(), 1, 20000);
+    for (int i = 1; i <= 10; ++i) {
+        pasteboard.clearContents();
+        pasteboard.setString(u"text %1"_s.arg(i));
+        QTRY_COMPARE_WITH_TIMEOUT(changes(), 1 + i, 20000);
+    }
+    QVERIFY(pasted() == "text 10");
+    QVERIFY(!trace.contains(".selection(nil)"));
+    watcher.kill();
+    QVERIFY(QTest::qWaitFor([&] { return watcher.state() == QProcess::NotRunning; }, 20000));
 }
 
 void DataControlPasteboardTest::anotherProgramTakesOver()

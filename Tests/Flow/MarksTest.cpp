@@ -2,6 +2,7 @@
 #include "CaptureFixture.h"
 #include "Settings.h"
 
+#include <QDir>
 #include <QTest>
 
 #include <chrono>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void showsErrorsOnTheStatusItem();
     void isSilentAboutErrorsWithoutAButton();
     void keepsAMarkThatAnotherMarkRemembered();
+    void saysOnceThatSettingsCannotBeSaved();
 };
 
 void MarksTest::marksACopyForAMomentIfWanted()
@@ -106,6 +108,24 @@ void MarksTest::keepsAMarkThatAnotherMarkRemembered()
     QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
     m_platform->mainQueue.advance(60s);
     QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+}
+
+void MarksTest::saysOnceThatSettingsCannotBeSaved()
+{
+    // A folder in the file's place cannot be written by anybody.
+    const QString file = m_platform->userDefaults().filePath();
+    QFile::remove(file);
+    QVERIFY(QDir().mkpath(file + u"/inside"_s));
+    Settings::shared().setShutterSound(false);
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    QCOMPARE(button().currentToolTip,
+             u"Settings cannot be saved: “%1” cannot be written"_s.arg(file));
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Settings cannot be saved in "_s + file});
+    m_platform->mainQueue.advance(3s);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    Settings::shared().setShutterSound(true);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    QCOMPARE(m_platform->systemLog.lines.size(), 1);
 }
 
 QTEST_MAIN(MarksTest)

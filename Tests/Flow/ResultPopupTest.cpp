@@ -35,6 +35,7 @@ private Q_SLOTS:
     void showsRightToLeftText_data();
     void showsRightToLeftText();
     void copiesTheTextAsItWasRecognized();
+    void copiesOnReturnInTheButton();
     void saysForASecondThatItCopied();
     void closesOnEscapeInIt();
     void leavesEscapeInOtherWindowsAlone();
@@ -205,6 +206,17 @@ void ResultPopupTest::copiesTheTextAsItWasRecognized()
     QTest::mouseClick(&panel().button(), Qt::LeftButton);
     QCOMPARE(m_platform->pasteboard.text, u"as recognized"_s);
     QCOMPARE(m_platform->pasteboard.clearCount, 1);
+}
+
+void ResultPopupTest::copiesOnReturnInTheButton()
+{
+    m_popup->show(u"text"_s, m_near);
+    panel().button().setFocus();
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        m_platform->pasteboard.clearContents();
+        QTest::keyClick(&panel().button(), key);
+        QCOMPARE(m_platform->pasteboard.text, u"text"_s);
+    }
 }
 
 void ResultPopupTest::saysForASecondThatItCopied()

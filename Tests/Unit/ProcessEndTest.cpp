@@ -13,6 +13,7 @@
 
 namespace {
 constexpr int destroyedStatus = 77;
+constexpr int farewellStatus = 78;
 
 /// Ends the process in its own way when it is destroyed, which an exit handler should not do.
 struct TellTale
@@ -43,11 +44,21 @@ private Q_SLOTS:
     {
         const int status = statusOf([] {
             static const TellTale made;
-            const ExitGuard guard;
+            const ExitGuard guard([] {});
             std::exit(3);
         });
         QVERIFY(WIFEXITED(status));
         QCOMPARE(WEXITSTATUS(status), EXIT_FAILURE);
+    }
+
+    void theFarewellIsSaid()
+    {
+        const int status = statusOf([] {
+            const ExitGuard guard([] { std::_Exit(farewellStatus); });
+            std::exit(3);
+        });
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), farewellStatus);
     }
 
     void exitIsAsEverAfterTheGuard()
@@ -55,7 +66,7 @@ private Q_SLOTS:
         const int status = statusOf([] {
             static const TellTale made;
             {
-                const ExitGuard guard;
+                const ExitGuard guard([] {});
             }
             std::exit(3);
         });

@@ -23,7 +23,7 @@ private Q_SLOTS:
     void freedesktopEndsEveryChain();
     void userFolderComesBeforeTheSystem();
     void vorbisBeforeWave();
-    void silencedSoundHasNoFile();
+    void silencedSoundIsSilence();
     void loopsEnd();
     void hostileNames_data();
     void hostileNames();
@@ -110,11 +110,15 @@ void SoundThemeTest::vorbisBeforeWave()
     QCOMPARE(SoundTheme::file(u"bell"_s, {}), m_system + u"/freedesktop/stereo/bell.ogg"_s);
 }
 
-void SoundThemeTest::silencedSoundHasNoFile()
+void SoundThemeTest::silencedSoundIsSilence()
 {
     putTheme(m_system, u"mine"_s, "freedesktop");
     put(m_system + u"/mine/stereo/camera-shutter.disabled"_s, "");
-    QCOMPARE(SoundTheme::file(u"camera-shutter"_s, u"mine"_s), QString());
+    const QString file = SoundTheme::file(u"camera-shutter"_s, u"mine"_s);
+    // Found like any other, so that nobody looks for another sound to play in its place.
+    QCOMPARE(file, m_system + u"/mine/stereo/camera-shutter.disabled"_s);
+    QVERIFY(SoundTheme::isSilenced(file));
+    QVERIFY(!SoundTheme::isSilenced(m_system + u"/freedesktop/stereo/camera-shutter.oga"_s));
 }
 
 void SoundThemeTest::loopsEnd()

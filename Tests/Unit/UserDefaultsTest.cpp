@@ -35,6 +35,10 @@ private Q_SLOTS:
     void unreadableFileReadsAsEmpty();
     void readOnlyFolderChangesNothing();
     void folderInPlaceOfTheFile();
+    void gatheredValuesAreReadAtOnce();
+    void gatheredValuesComeWithTime();
+    void laterWritesWin();
+    void aFailedWriteIsToldOnce();
 
 private:
     QString path() const { return m_folder->filePath(u"vellora/vellora.ini"_s); }
@@ -198,6 +202,53 @@ void UserDefaultsTest::folderInPlaceOfTheFile()
     QVERIFY(!defaults.contains(u"outputMode"_s));
     defaults.set(u"outputMode"_s, u"both"_s);
     QVERIFY(QFileInfo(path() + u"/inside"_s).isDir());
+}
+
+void UserDefaultsTest::gatheredValuesAreReadAtOnce()
+{
+    {
+        UserDefaults defaults(path());
+        for (int i = 0; i < 1000; ++i) {
+            defaults.setGathered(u"frame"_s, QString::number(i));
+        }
+        QVERIFY(defaults.contains(u"frame"_s));
+        QCOMPARE(defaults.string(u"frame"_s), u"999"_s);
+        QVERIFY2(!QFileInfo::exists(path()), "no disk was waited for");
+    }
+    QCOMPARE(UserDefaults(path()).string(u"frame"_s), u"999"_s);
+}
+
+void UserDefaultsTest::gatheredValuesComeWithTime()
+{
+    UserDefaults defaults(path());
+    defaults.setGathered(u"frame"_s, u"1"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(content().contains("frame=1"), 20000);
+}
+
+void UserDefaultsTest::laterWritesWin()
+{
+    UserDefaults defaults(path());
+    defaults.setGathered(u"frame"_s, u"gathered"_s);
+    defaults.set(u"frame"_s, u"at once"_s);
+    defaults.flush();
+    QCOMPARE(UserDefaults(path()).string(u"frame"_s), u"at once"_s);
+}
+
+void UserDefaultsTest::aFailedWriteIsToldOnce()
+{
+    QFile blocker(m_folder->filePath(u"vellora"_s));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    UserDefaults defaults(path());
+    int told = 0;
+    defaults.writeDidFail = [&told] {
+        ++told;
+    };
+    QCOMPARE(told, 0);
+    defaults.set(u"outputMode"_s, u"both"_s);
+    QCOMPARE(told, 1);
+    defaults.set(u"outputMode"_s, u"popup"_s);
+    QCOMPARE(told, 1);
+    QCOMPARE(defaults.string(u"outputMode"_s), u"popup"_s);
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -52,6 +52,9 @@ QString CanberraSounds::file(const QString &soundName) const
 
 bool CanberraSounds::play(const QString &filePath)
 {
+    if (SoundTheme::isSilenced(filePath)) {
+        return true;
+    }
     if (!isPlayable(filePath)) {
         return false;
     }

@@ -12,6 +12,10 @@ namespace {
 
 constexpr auto lastTheme = "freedesktop"_L1;
 
+/// Stands in a theme for a sound that is not to be heard (freedesktop.org's Sound Theme
+/// Specification).
+constexpr auto silence = ".disabled"_L1;
+
 struct Theme
 {
     QStringList folders;
@@ -71,11 +75,10 @@ QString SoundTheme::file(const QString &name, const QString &themeName)
         seen.append(current);
         const Theme found = theme(current);
         for (const QString &folder : found.folders) {
-            for (const QLatin1StringView suffix :
-                 {".disabled"_L1, ".oga"_L1, ".ogg"_L1, ".wav"_L1}) {
+            for (const QLatin1StringView suffix : {silence, ".oga"_L1, ".ogg"_L1, ".wav"_L1}) {
                 const QString path = folder + u'/' + name + suffix;
                 if (QFileInfo(path).isFile()) {
-                    return suffix == ".disabled"_L1 ? QString() : path;
+                    return path;
                 }
             }
         }
@@ -85,4 +88,9 @@ QString SoundTheme::file(const QString &name, const QString &themeName)
         waiting.append(lastTheme);
     }
     return {};
+}
+
+bool SoundTheme::isSilenced(const QString &filePath)
+{
+    return filePath.endsWith(silence);
 }

@@ -11,8 +11,10 @@ namespace SoundTheme {
 QString userTheme();
 
 /// The file of the sound `name`, such as "camera-shutter", in `theme`, in one that it inherits
-/// from or in "freedesktop", which ends every chain. Empty when there is none, or when the theme
-/// silences that sound.
+/// from or in "freedesktop", which ends every chain. Empty when there is none.
 QString file(const QString &name, const QString &theme);
+
+/// Whether a file found so stands for a sound that the theme silences.
+bool isSilenced(const QString &filePath);
 
 } // namespace SoundTheme

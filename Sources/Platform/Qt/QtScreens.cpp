@@ -53,8 +53,7 @@ void QtScreens::follow(QScreen *screen)
 {
     m_numbers.insert(screen, ++m_lastNumber);
     connect(screen, &QScreen::geometryChanged, this, &Screens::changed);
-    connect(screen, &QScreen::availableGeometryChanged, this, &Screens::changed);
-    connect(screen, &QScreen::logicalDotsPerInchChanged, this, &Screens::changed);
+    // A panel that takes room, or letters of another size, leave the screen where it was.
 }
 
 void QtScreens::forget(QScreen *screen)

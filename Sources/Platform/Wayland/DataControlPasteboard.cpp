@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/DataControlPasteboard.h"
 
+#include <QTimer>
+
+#include <utility>
+
 DataControlPasteboard::DataControlPasteboard()
     : m_device(makeDataControlDevice(m_connection))
 {
@@ -9,13 +13,19 @@ DataControlPasteboard::DataControlPasteboard()
 
 void DataControlPasteboard::clearContents()
 {
-    if (m_device) {
-        m_device->clear();
-    }
+    // A text mostly follows at once, and the two are one change then: clipboard managers answer an
+    // empty selection in between by putting back what they remember.
+    m_isClearing = true;
+    QTimer::singleShot(0, &m_context, [this] {
+        if (std::exchange(m_isClearing, false) && m_device) {
+            m_device->clear();
+        }
+    });
 }
 
 void DataControlPasteboard::setString(const QString &text)
 {
+    m_isClearing = false;
     if (m_device) {
         m_device->setText(text.toUtf8());
     }
