@@ -8,6 +8,7 @@
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/UninstalledUpdater.h"
 #include "Platform/Freedesktop/XdgAutostart.h"
+#include "Platform/Portal/PortalLoginItem.h"
 #include "Platform/Qt/PanelStatusBar.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
@@ -106,6 +107,17 @@ PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options,
     return panels;
 }
 
+std::unique_ptr<LoginItem> makeLoginItem(const DesktopPlatformOptions &options, SystemLog &log)
+{
+    if (PortalLoginItem::isNeeded()) {
+        return std::make_unique<PortalLoginItem>(log, options.comment,
+                                                 QStringList{options.executablePath});
+    }
+    return std::make_unique<XdgAutostart>(
+        XdgAutostart::Entry{options.applicationId, options.displayName, options.comment,
+                            options.iconName, options.executablePath});
+}
+
 } // namespace
 
 void prepareDesktopPlatform()
@@ -132,9 +144,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
         SoundWorker::Identity{options.applicationId.toUtf8(), options.displayName.toUtf8(),
                               options.iconName.toUtf8()},
         SoundTheme::userTheme);
-    platform->loginItem = std::make_unique<XdgAutostart>(
-        XdgAutostart::Entry{options.applicationId, options.displayName, options.comment,
-                            options.iconName, options.executablePath});
+    platform->loginItem = makeLoginItem(options, *platform->systemLog);
     platform->updater = std::make_unique<UninstalledUpdater>(options.displayName);
     platform->applicationService =
         std::make_unique<FreedesktopApplicationService>(options.applicationId);

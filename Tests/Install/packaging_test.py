@@ -1,0 +1,86 @@
+# SPDX-License-Identifier: MIT
+"""What the packages of every kind say, compared with the one place that each thing is decided in."""
+
+import os
+import re
+import shutil
+import subprocess
+import unittest
+from pathlib import Path
+
+SOURCE = Path(os.environ["VELLORA_SOURCE"])
+VERSION = os.environ["VELLORA_VERSION"]
+PACKAGING = SOURCE / "Packaging"
+
+# What every machine that builds packages has, and what only people need.
+NOT_FOR_BUILDING = {"g++", "git", "qt6-base-dev-tools"}
+# Read, but worth its 89 megabytes to few.
+SUGGESTED = {"tesseract-ocr-script-latn"}
+
+
+def read(name):
+    return (PACKAGING / name).read_text()
+
+
+def dependencies(distribution, group):
+    return set(subprocess.run([str(SOURCE / "Scripts/dependencies"), "--for", distribution, group],
+                              capture_output=True, text=True, check=True).stdout.split())
+
+
+def field(name):
+    """The packages of a field of debian/control, without versions and conditions."""
+    text = re.search(rf"^{name}:(.*(?:\n .*)*)", read("debian/control"), re.MULTILINE)[1]
+    return {entry.split()[0] for entry in text.split(",") if entry.strip()}
+
+
+class VersionTest(unittest.TestCase):
+    def test_every_package_has_the_programs(self):
+        for name, pattern in {
+                "debian/changelog": r"^vellora \((.+)\)",
+                "org.vellora.Vellora.metainfo.xml": r'<release version="([^"]+)"',
+                "rpm/vellora.spec": r"(?m)^Version:\s*(\S+)",
+                "arch/PKGBUILD": r"(?m)^pkgver=(\S+)"}.items():
+            with self.subTest(file=name):
+                # The package's own tree may be built as another version, for trying an update.
+                if name == "debian/changelog" and (SOURCE / "debian").is_dir():
+                    text = (SOURCE / "debian/changelog").read_text()
+                else:
+                    text = read(name)
+                self.assertEqual(re.search(pattern, text)[1], VERSION)
+
+
+class DependenciesTest(unittest.TestCase):
+    def test_debian_builds_with_what_is_named(self):
+        named = dependencies("debian", "build") - NOT_FOR_BUILDING
+        self.assertEqual(named - field("Build-Depends"), set())
+        others = field("Build-Depends") - named - {"debhelper-compat"}
+        self.assertEqual(others - dependencies("debian", "package"), set())
+
+    def test_models_are_depended_on(self):
+        models = {name for name in dependencies("debian", "run") if name.startswith("tesseract-")}
+        self.assertEqual(field("Depends") & models, models - SUGGESTED)
+        self.assertEqual(field("Suggests") & models, SUGGESTED)
+
+    def test_models_elsewhere(self):
+        for distribution, file, unneeded in (
+                ("fedora", "rpm/vellora.spec", "tesseract-script-latin"),
+                ("arch", "arch/PKGBUILD", "tesseract-data-lat")):
+            text = read(file)
+            for name in dependencies(distribution, "run"):
+                if name.startswith("tesseract-") and name != unneeded:
+                    self.assertRegex(text, rf"\b{name}\b")
+
+
+class ManifestTest(unittest.TestCase):
+    @unittest.skipUnless(shutil.which("flatpak-builder"), "flatpak-builder is not installed")
+    def test_flatpak_builder_reads_it(self):
+        # It complains on standard error only, and succeeds.
+        shown = subprocess.run(
+            ["flatpak-builder", "--show-manifest", str(PACKAGING / "flatpak/org.vellora.Vellora.yml")],
+            capture_output=True, text=True, check=True)
+        self.assertEqual(shown.stderr, "")
+        self.assertIn('"org.vellora.Vellora"', shown.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
