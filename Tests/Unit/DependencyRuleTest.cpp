@@ -75,6 +75,9 @@ QString objection(const QString &path, const QString &header, bool quoted)
     if (isIn(path, u"TextRecognition"_s) && isMechanism) {
         return u"the recognizer knows no desktop"_s;
     }
+    if (isIn(path, u"VelloraRead"_s) && isMechanism) {
+        return u"pictures in files are read without a desktop"_s;
+    }
     if (isIn(path, u"Platform"_s)) {
         const bool isMechanismFile = path.count(u'/') > 1;
         const bool isHeader = path.endsWith(".h"_L1);
@@ -171,6 +174,11 @@ void DependencyRuleTest::violationsAreFound_data()
         u"#include \"Platform/X11/XcbOverlay.h\""_s, false);
     row("recognizer, program", u"TextRecognition/A.cpp"_s, u"#include \"Vellora/Settings.h\""_s,
         false);
+    row("reader, recognizer", u"VelloraRead/A.cpp"_s, u"#include \"TextRecognition/Tesseract.h\""_s,
+        true);
+    row("reader, mechanism", u"VelloraRead/A.cpp"_s, u"#include \"Platform/X11/XcbOverlay.h\""_s,
+        false);
+    row("reader, program", u"VelloraRead/A.cpp"_s, u"#include \"Vellora/Settings.h\""_s, false);
     row("mechanism, own", u"Platform/X11/A.cpp"_s, u"#include <xcb/shm.h>"_s, true);
     row("mechanism, program", u"Platform/X11/A.cpp"_s, u"#include \"Vellora/Settings.h\""_s, false);
     row("mechanism, another's", u"Platform/Freedesktop/A.cpp"_s, u"#include <xcb/xcb.h>"_s, false);
