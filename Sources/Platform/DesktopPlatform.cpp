@@ -4,6 +4,7 @@
 #include "Platform/Freedesktop/BusAnswer.h"
 #include "Platform/Freedesktop/CanberraSounds.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
+#include "Platform/Freedesktop/FreedesktopNotifications.h"
 #include "Platform/Freedesktop/SoundTheme.h"
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/UninstalledUpdater.h"
@@ -139,6 +140,9 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     addWindowSystem(*platform, options.displayName, panelMenu);
     platform->statusBar = std::make_unique<PanelStatusBar>(
         [options, panelMenu] { return makePanels(options, panelMenu); });
+    platform->notifications =
+        std::make_unique<FreedesktopNotifications>(FreedesktopNotifications::Identity{
+            options.displayName, options.iconName, options.applicationId});
     platform->textRecognizer = std::make_unique<TesseractTextRecognizer>();
     platform->systemSounds = std::make_unique<CanberraSounds>(
         SoundWorker::Identity{options.applicationId.toUtf8(), options.displayName.toUtf8(),

@@ -6,6 +6,7 @@
 #include "Platform/KeyTap.h"
 #include "Platform/LoginItem.h"
 #include "Platform/MainQueue.h"
+#include "Platform/Notifications.h"
 #include "Platform/OverlaySurface.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/PopupPlacement.h"
@@ -37,6 +38,7 @@ struct Platform
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<PopupPlacement> popupPlacement;
     std::unique_ptr<StatusBar> statusBar;
+    std::unique_ptr<Notifications> notifications;
     std::unique_ptr<TextRecognizer> textRecognizer;
     std::unique_ptr<SystemSounds> systemSounds;
     std::unique_ptr<LoginItem> loginItem;

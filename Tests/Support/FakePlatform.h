@@ -37,6 +37,7 @@ public:
     FakePasteboard &pasteboard;
     FakePopupPlacement &popupPlacement;
     FakeStatusBar &statusBar;
+    FakeNotifications &notifications;
     FakeTextRecognizer &textRecognizer;
     FakeSystemSounds &systemSounds;
     FakeLoginItem &loginItem;

@@ -252,6 +252,31 @@ private:
     };
 };
 
+class FakeNotifications : public Notifications
+{
+public:
+    /// What is seen now, by its id.
+    QMap<QString, Notification> shown;
+    /// Every message there was, in the order of their posting.
+    QList<Notification> posted;
+
+    void post(const QString &id, const Notification &notification) override
+    {
+        shown[id] = notification;
+        posted << notification;
+    }
+    void withdraw(const QString &id) override { shown.remove(id); }
+
+    /// The user clicks what is shown under `id`.
+    void click(const QString &id)
+    {
+        const Notification clicked = shown.take(id);
+        if (clicked.action) {
+            clicked.action();
+        }
+    }
+};
+
 class FakeTextRecognizer : public TextRecognizer
 {
 public:
