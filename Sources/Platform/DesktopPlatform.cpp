@@ -7,6 +7,7 @@
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/UninstalledUpdater.h"
 #include "Platform/Freedesktop/XdgAutostart.h"
+#include "Platform/Qt/ExecRestart.h"
 #include "Platform/Qt/PanelStatusBar.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
@@ -134,5 +135,6 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->updater = std::make_unique<UninstalledUpdater>(options.displayName);
     platform->applicationService =
         std::make_unique<FreedesktopApplicationService>(options.applicationId);
+    platform->programRestart = std::make_unique<ExecRestart>(options.executablePath);
     return platform;
 }

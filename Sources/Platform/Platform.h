@@ -9,6 +9,7 @@
 #include "Platform/OverlaySurface.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/PopupPlacement.h"
+#include "Platform/ProgramRestart.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
 #include "Platform/StatusItem.h"
@@ -42,6 +43,7 @@ struct Platform
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<Updater> updater;
     std::unique_ptr<ApplicationService> applicationService;
+    std::unique_ptr<ProgramRestart> programRestart;
 
     Platform();
     Platform(const Platform &) = delete;

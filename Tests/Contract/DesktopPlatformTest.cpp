@@ -49,6 +49,7 @@ void DesktopPlatformTest::everyServiceIsThereOrTheReason()
     QVERIFY(platform->loginItem);
     QVERIFY(platform->updater);
     QVERIFY(platform->applicationService);
+    QVERIFY(platform->programRestart);
     const auto item = platform->statusBar->makeStatusItem();
     QVERIFY2(item->button(), "also without a panel");
 }

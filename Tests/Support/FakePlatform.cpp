@@ -19,6 +19,7 @@ FakePlatform::FakePlatform()
     , loginItem(install<FakeLoginItem>(m_platform.loginItem))
     , updater(install<FakeUpdater>(m_platform.updater))
     , applicationService(install<FakeApplicationService>(m_platform.applicationService))
+    , programRestart(install<FakeProgramRestart>(m_platform.programRestart))
 {
     m_platform.userDefaults =
         std::make_unique<UserDefaults>(m_folder.filePath(QStringLiteral("vellora.ini")));

@@ -42,6 +42,7 @@ public:
     FakeLoginItem &loginItem;
     FakeUpdater &updater;
     FakeApplicationService &applicationService;
+    FakeProgramRestart &programRestart;
 
     /// Reads the file of the user defaults anew, as a restart does.
     void reloadUserDefaults();

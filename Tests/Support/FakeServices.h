@@ -374,6 +374,16 @@ public:
     void checkForUpdates() override { ++checkCount; }
 };
 
+class FakeProgramRestart : public ProgramRestart
+{
+public:
+    bool possible = true;
+    int successorCount = 0;
+
+    bool canRestart() const override { return possible; }
+    void startSuccessor(char *[]) override { ++successorCount; }
+};
+
 class FakeApplicationService : public ApplicationService
 {
 public:
