@@ -16,7 +16,7 @@
 #include "Platform/SystemLog.h"
 #include "Platform/SystemSounds.h"
 #include "Platform/TextRecognizer.h"
-#include "Platform/Updater.h"
+#include "Platform/UpdateSource.h"
 #include "Platform/UserDefaults.h"
 
 #include <memory>
@@ -41,7 +41,7 @@ struct Platform
     std::unique_ptr<TextRecognizer> textRecognizer;
     std::unique_ptr<SystemSounds> systemSounds;
     std::unique_ptr<LoginItem> loginItem;
-    std::unique_ptr<Updater> updater;
+    std::unique_ptr<UpdateSource> updateSource;
     std::unique_ptr<ApplicationService> applicationService;
     std::unique_ptr<ProgramRestart> programRestart;
 

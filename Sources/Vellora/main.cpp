@@ -65,7 +65,8 @@ int main(int argc, char *argv[])
             makeDesktopPlatform({.applicationId = Publisher::applicationId,
                                  .displayName = Publisher::applicationName,
                                  .comment = QCoreApplication::translate(
-                                     "main", "Turns any region of the screen into text")});
+                                     "main", "Turns any region of the screen into text"),
+                                 .packageName = QStringLiteral(VELLORA_PACKAGE_NAME)});
         status = run(*platform);
         const auto restart = std::move(platform->programRestart);
         platform.reset();

@@ -47,7 +47,7 @@ void DesktopPlatformTest::everyServiceIsThereOrTheReason()
     QVERIFY(platform->textRecognizer);
     QVERIFY(platform->systemSounds);
     QVERIFY(platform->loginItem);
-    QVERIFY(platform->updater);
+    QVERIFY(platform->updateSource);
     QVERIFY(platform->applicationService);
     QVERIFY(platform->programRestart);
     const auto item = platform->statusBar->makeStatusItem();

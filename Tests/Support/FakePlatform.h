@@ -40,7 +40,7 @@ public:
     FakeTextRecognizer &textRecognizer;
     FakeSystemSounds &systemSounds;
     FakeLoginItem &loginItem;
-    FakeUpdater &updater;
+    FakeUpdateSource &updateSource;
     FakeApplicationService &applicationService;
     FakeProgramRestart &programRestart;
 
