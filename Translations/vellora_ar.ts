@@ -263,18 +263,242 @@
     </message>
 </context>
 <context>
-    <name>UninstalledUpdater</name>
+    <name>UpdateTexts</name>
     <message>
-        <source>%1 Update</source>
-        <translation>تحديث %1</translation>
+        <source>Looking for updates</source>
+        <translation>البحث عن تحديثات</translation>
     </message>
     <message>
-        <source>%1 cannot look for updates.</source>
-        <translation>لا يستطيع %1 البحث عن تحديثات.</translation>
+        <source>Vellora is up to date</source>
+        <translation>Vellora محدَّث إلى آخر إصدار</translation>
+    </message>
+    <message>
+        <source>A new version of Vellora is available</source>
+        <translation>يتوفر إصدار جديد من Vellora</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is available</source>
+        <translation>يتوفر Vellora %1</translation>
+    </message>
+    <message>
+        <source>Installing the new version</source>
+        <translation>جارٍ تثبيت الإصدار الجديد</translation>
+    </message>
+    <message>
+        <source>Installing Vellora %1</source>
+        <translation>جارٍ تثبيت Vellora %1</translation>
+    </message>
+    <message>
+        <source>The new version is installed</source>
+        <translation>تم تثبيت الإصدار الجديد</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is installed</source>
+        <translation>تم تثبيت Vellora %1</translation>
+    </message>
+    <message>
+        <source>Vellora cannot look for updates.</source>
+        <translation>لا يستطيع Vellora البحث عن تحديثات.</translation>
+    </message>
+    <message>
+        <source>The update was not installed</source>
+        <translation>لم يُثبَّت التحديث</translation>
+    </message>
+    <message>
+        <source>You have version %1, and the package sources offer no newer one.</source>
+        <translation>لديك الإصدار %1، ولا تعرض مصادر الحزم إصدارًا أحدث.</translation>
+    </message>
+    <message>
+        <source>You have version %1.</source>
+        <translation>لديك الإصدار %1.</translation>
+    </message>
+    <message>
+        <source>It is used from the next start on.</source>
+        <translation>سيُستخدم ابتداءً من التشغيل التالي.</translation>
     </message>
     <message>
         <source>This copy was not installed from a package source. To get a newer version, go back to where you got this one.</source>
         <translation>لم تُثبَّت هذه النسخة من مصدر حزم. للحصول على إصدار أحدث، عُد إلى المكان الذي حصلت منه على هذه النسخة.</translation>
+    </message>
+    <message>
+        <source>No installed package holds this copy of Vellora. To get a newer version, go back to where you got this one.</source>
+        <translation>لا توجد حزمة مثبَّتة تحتوي على هذه النسخة من Vellora. للحصول على إصدار أحدث، عُد إلى المكان الذي حصلت منه على هذه النسخة.</translation>
+    </message>
+    <message>
+        <source>Its package was installed from a file, and no package source of this system has newer ones. Add Vellora’s package source, or install a newer file.</source>
+        <translation>ثُبِّتت حزمته من ملف، ولا يحتوي أي مصدر حزم في هذا النظام على إصدار أحدث. أضف مصدر حزم Vellora، أو ثبِّت ملفًا أحدث.</translation>
+    </message>
+    <message>
+        <source>There is no network. Try again once you are connected.</source>
+        <translation>لا يوجد اتصال بالشبكة. حاول مرة أخرى بعد الاتصال.</translation>
+    </message>
+    <message>
+        <source>There is not enough space on the disk. Delete something and try again.</source>
+        <translation>لا توجد مساحة كافية على القرص. احذف شيئًا وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between names of packages</comment>
+        <translation>، </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <comment>names of packages</comment>
+        <translation>
+            <numerusform>%1</numerusform>
+            <numerusform>%1 وواحدة أخرى</numerusform>
+            <numerusform>%1 واثنتان أخريان</numerusform>
+            <numerusform>%1 و%n أخرى</numerusform>
+            <numerusform>%1 و%n أخرى</numerusform>
+            <numerusform>%1 و%n أخرى</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Also installs: %1</source>
+        <translation>يثبِّت أيضًا: %1</translation>
+    </message>
+    <message>
+        <source>Also updates: %1</source>
+        <translation>يحدِّث أيضًا: %1</translation>
+    </message>
+    <message>
+        <source>Removes: %1</source>
+        <translation>يزيل: %1</translation>
+    </message>
+    <message>
+        <source>Asking the package sources…</source>
+        <translation>جارٍ سؤال مصادر الحزم…</translation>
+    </message>
+    <message>
+        <source>Waiting until another installation has ended…</source>
+        <translation>في انتظار انتهاء تثبيت آخر…</translation>
+    </message>
+    <message>
+        <source>Waiting for your password…</source>
+        <translation>في انتظار كلمة مرورك…</translation>
+    </message>
+    <message>
+        <source>Downloading…</source>
+        <translation>جارٍ التنزيل…</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>جارٍ التثبيت…</translation>
+    </message>
+    <message>
+        <source>PackageKit, the service that would look for them, is not installed or cannot be started.</source>
+        <translation>الخدمة التي تبحث عنها، PackageKit، غير مثبَّتة أو يتعذر تشغيلها.</translation>
+    </message>
+    <message>
+        <source>The package service ended in the middle of it. Try again.</source>
+        <translation>توقفت خدمة الحزم أثناء العمل. حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The package service does not answer. It may be busy; try again later.</source>
+        <translation>لا تستجيب خدمة الحزم. قد تكون مشغولة؛ حاول مرة أخرى لاحقًا.</translation>
+    </message>
+    <message>
+        <source>The package service gave an answer that makes no sense.</source>
+        <translation>أعطت خدمة الحزم جوابًا غير مفهوم.</translation>
+    </message>
+    <message>
+        <source>The desktop looks for new versions of Vellora by itself, and has not told of one so far.</source>
+        <translation>يبحث سطح المكتب بنفسه عن إصدارات جديدة من Vellora، ولم يبلغ عن أي منها حتى الآن.</translation>
+    </message>
+    <message>
+        <source>Not every package source could be read, so there may be a newer version that is not known here. Check the network and try again.</source>
+        <translation>تعذرت قراءة بعض مصادر الحزم، فقد يوجد إصدار أحدث غير معروف هنا. تحقق من الشبكة وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Another program is working on the packages. Try again when it has finished.</source>
+        <translation>يعمل برنامج آخر على الحزم. حاول مرة أخرى عند انتهائه.</translation>
+    </message>
+    <message>
+        <source>This takes the password of somebody who may install programs, and it was not given. Try again.</source>
+        <translation>يتطلب هذا كلمة مرور شخص يحق له تثبيت البرامج، ولم تُدخَل. حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>What the package source sent is not signed by anybody whom this system trusts, and was left alone.</source>
+        <translation>ما أرسله مصدر الحزم غير موقَّع من جهة يثق بها هذا النظام، فتُرك دون استخدام.</translation>
+    </message>
+    <message>
+        <source>It could not be downloaded as its package source describes it. Try again later.</source>
+        <translation>تعذر تنزيله كما يصفه مصدر الحزم. حاول مرة أخرى لاحقًا.</translation>
+    </message>
+    <message>
+        <source>The package sources do not offer this version any more. Try again.</source>
+        <translation>لم تعد مصادر الحزم تعرض هذا الإصدار. حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>There is a newer version, but other packages hold it back.</source>
+        <translation>يوجد إصدار أحدث، لكن حزمًا أخرى تمنع تثبيته.</translation>
+    </message>
+    <message>
+        <source>The package service reports success, but the old version is still there.</source>
+        <translation>تفيد خدمة الحزم بالنجاح، لكن الإصدار القديم ما زال موجودًا.</translation>
+    </message>
+    <message>
+        <source>The package service reported an error.</source>
+        <translation>أبلغت خدمة الحزم عن خطأ.</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateWindow</name>
+    <message>
+        <source>Vellora Update</source>
+        <translation>تحديث Vellora</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>التقدم</translation>
+    </message>
+    <message>
+        <source>Message of the package service</source>
+        <translation>رسالة خدمة الحزم</translation>
+    </message>
+    <message>
+        <source>What is new</source>
+        <translation>ما الجديد</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>الأمر</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>نسخ</translation>
+    </message>
+    <message>
+        <source>Copy the command</source>
+        <translation>نسخ الأمر</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>لاحقًا</translation>
+    </message>
+    <message>
+        <source>&amp;Install</source>
+        <translation>تثبيت</translation>
+    </message>
+    <message>
+        <source>&amp;Try Again</source>
+        <translation>حاول مرة أخرى</translation>
+    </message>
+    <message>
+        <source>Clos&amp;e</source>
+        <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>&amp;Restart Vellora</source>
+        <translation>إعادة تشغيل Vellora</translation>
+    </message>
+    <message>
+        <source>In a terminal, this command does the same:</source>
+        <translation>يؤدي هذا الأمر الغرض نفسه في نافذة الأوامر:</translation>
     </message>
 </context>
 <context>

@@ -263,18 +263,238 @@
     </message>
 </context>
 <context>
-    <name>UninstalledUpdater</name>
+    <name>UpdateTexts</name>
     <message>
-        <source>%1 Update</source>
-        <translation>%1-Aktualisierung</translation>
+        <source>Looking for updates</source>
+        <translation>Suche nach Aktualisierungen</translation>
     </message>
     <message>
-        <source>%1 cannot look for updates.</source>
-        <translation>%1 kann nicht nach Updates suchen.</translation>
+        <source>Vellora is up to date</source>
+        <translation>Vellora ist auf dem neuesten Stand</translation>
+    </message>
+    <message>
+        <source>A new version of Vellora is available</source>
+        <translation>Eine neue Version von Vellora ist verfügbar</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is available</source>
+        <translation>Vellora %1 ist verfügbar</translation>
+    </message>
+    <message>
+        <source>Installing the new version</source>
+        <translation>Die neue Version wird installiert</translation>
+    </message>
+    <message>
+        <source>Installing Vellora %1</source>
+        <translation>Vellora %1 wird installiert</translation>
+    </message>
+    <message>
+        <source>The new version is installed</source>
+        <translation>Die neue Version ist installiert</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is installed</source>
+        <translation>Vellora %1 ist installiert</translation>
+    </message>
+    <message>
+        <source>Vellora cannot look for updates.</source>
+        <translation>Vellora kann nicht nach Aktualisierungen suchen.</translation>
+    </message>
+    <message>
+        <source>The update was not installed</source>
+        <translation>Die Aktualisierung wurde nicht installiert</translation>
+    </message>
+    <message>
+        <source>You have version %1, and the package sources offer no newer one.</source>
+        <translation>Sie haben Version %1, und die Paketquellen bieten keine neuere an.</translation>
+    </message>
+    <message>
+        <source>You have version %1.</source>
+        <translation>Sie haben Version %1.</translation>
+    </message>
+    <message>
+        <source>It is used from the next start on.</source>
+        <translation>Sie wird vom nächsten Start an verwendet.</translation>
     </message>
     <message>
         <source>This copy was not installed from a package source. To get a newer version, go back to where you got this one.</source>
-        <translation>Dieses Exemplar wurde nicht aus einer Paketquelle installiert. Eine neuere Version bekommen Sie dort, woher Sie dieses haben.</translation>
+        <translation>Dieses Exemplar wurde nicht aus einer Paketquelle installiert. Eine neuere Version gibt es dort, wo Sie dieses herhaben.</translation>
+    </message>
+    <message>
+        <source>No installed package holds this copy of Vellora. To get a newer version, go back to where you got this one.</source>
+        <translation>Kein installiertes Paket enthält dieses Exemplar von Vellora. Eine neuere Version gibt es dort, wo Sie dieses herhaben.</translation>
+    </message>
+    <message>
+        <source>Its package was installed from a file, and no package source of this system has newer ones. Add Vellora’s package source, or install a newer file.</source>
+        <translation>Das Paket wurde aus einer Datei installiert, und keine Paketquelle dieses Systems hat neuere. Fügen Sie die Paketquelle von Vellora hinzu oder installieren Sie eine neuere Datei.</translation>
+    </message>
+    <message>
+        <source>There is no network. Try again once you are connected.</source>
+        <translation>Es gibt keine Netzwerkverbindung. Versuchen Sie es noch einmal, sobald Sie verbunden sind.</translation>
+    </message>
+    <message>
+        <source>There is not enough space on the disk. Delete something and try again.</source>
+        <translation>Auf dem Datenträger ist nicht genug Platz. Löschen Sie etwas und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between names of packages</comment>
+        <translation>, </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <comment>names of packages</comment>
+        <translation>
+            <numerusform>%1 und %n weiteres</numerusform>
+            <numerusform>%1 und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Also installs: %1</source>
+        <translation>Installiert außerdem: %1</translation>
+    </message>
+    <message>
+        <source>Also updates: %1</source>
+        <translation>Aktualisiert außerdem: %1</translation>
+    </message>
+    <message>
+        <source>Removes: %1</source>
+        <translation>Entfernt: %1</translation>
+    </message>
+    <message>
+        <source>Asking the package sources…</source>
+        <translation>Die Paketquellen werden befragt …</translation>
+    </message>
+    <message>
+        <source>Waiting until another installation has ended…</source>
+        <translation>Warten, bis eine andere Installation beendet ist …</translation>
+    </message>
+    <message>
+        <source>Waiting for your password…</source>
+        <translation>Warten auf Ihr Passwort …</translation>
+    </message>
+    <message>
+        <source>Downloading…</source>
+        <translation>Herunterladen …</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Installieren …</translation>
+    </message>
+    <message>
+        <source>PackageKit, the service that would look for them, is not installed or cannot be started.</source>
+        <translation>PackageKit, der Dienst, der danach suchen würde, ist nicht installiert oder lässt sich nicht starten.</translation>
+    </message>
+    <message>
+        <source>The package service ended in the middle of it. Try again.</source>
+        <translation>Der Paketdienst hat sich mittendrin beendet. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The package service does not answer. It may be busy; try again later.</source>
+        <translation>Der Paketdienst antwortet nicht. Vielleicht ist er beschäftigt; versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The package service gave an answer that makes no sense.</source>
+        <translation>Der Paketdienst hat eine Antwort gegeben, die keinen Sinn ergibt.</translation>
+    </message>
+    <message>
+        <source>The desktop looks for new versions of Vellora by itself, and has not told of one so far.</source>
+        <translation>Der Desktop sucht selbst nach neuen Versionen von Vellora und hat bisher keine gemeldet.</translation>
+    </message>
+    <message>
+        <source>Not every package source could be read, so there may be a newer version that is not known here. Check the network and try again.</source>
+        <translation>Nicht alle Paketquellen ließen sich lesen; es kann also eine neuere Version geben, die hier nicht bekannt ist. Prüfen Sie das Netzwerk und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Another program is working on the packages. Try again when it has finished.</source>
+        <translation>Ein anderes Programm arbeitet gerade an den Paketen. Versuchen Sie es noch einmal, wenn es fertig ist.</translation>
+    </message>
+    <message>
+        <source>This takes the password of somebody who may install programs, and it was not given. Try again.</source>
+        <translation>Dafür braucht es das Passwort von jemandem, der Programme installieren darf, und es wurde nicht eingegeben. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>What the package source sent is not signed by anybody whom this system trusts, and was left alone.</source>
+        <translation>Was die Paketquelle geschickt hat, ist von niemandem unterschrieben, dem dieses System vertraut, und wurde nicht angerührt.</translation>
+    </message>
+    <message>
+        <source>It could not be downloaded as its package source describes it. Try again later.</source>
+        <translation>Die neue Version ließ sich nicht so herunterladen, wie die Paketquelle sie beschreibt. Versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The package sources do not offer this version any more. Try again.</source>
+        <translation>Die Paketquellen bieten diese Version nicht mehr an. Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>There is a newer version, but other packages hold it back.</source>
+        <translation>Es gibt eine neuere Version, aber andere Pakete halten sie zurück.</translation>
+    </message>
+    <message>
+        <source>The package service reports success, but the old version is still there.</source>
+        <translation>Der Paketdienst meldet Erfolg, aber die alte Version ist noch da.</translation>
+    </message>
+    <message>
+        <source>The package service reported an error.</source>
+        <translation>Der Paketdienst hat einen Fehler gemeldet.</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateWindow</name>
+    <message>
+        <source>Vellora Update</source>
+        <translation>Vellora-Aktualisierung</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Message of the package service</source>
+        <translation>Meldung des Paketdienstes</translation>
+    </message>
+    <message>
+        <source>What is new</source>
+        <translation>Was neu ist</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy the command</source>
+        <translation>Befehl kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Später</translation>
+    </message>
+    <message>
+        <source>&amp;Install</source>
+        <translation>&amp;Installieren</translation>
+    </message>
+    <message>
+        <source>&amp;Try Again</source>
+        <translation>&amp;Noch einmal versuchen</translation>
+    </message>
+    <message>
+        <source>Clos&amp;e</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;Restart Vellora</source>
+        <translation>Vellora neu sta&amp;rten</translation>
+    </message>
+    <message>
+        <source>In a terminal, this command does the same:</source>
+        <translation>In einem Terminal tut dieser Befehl dasselbe:</translation>
     </message>
 </context>
 <context>

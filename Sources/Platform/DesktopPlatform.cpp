@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/DesktopPlatform.h"
 
+#include "Platform/Flatpak/FlatpakRestart.h"
+#include "Platform/Flatpak/FlatpakUpdateSource.h"
 #include "Platform/Freedesktop/BusAnswer.h"
 #include "Platform/Freedesktop/CanberraSounds.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
 #include "Platform/Freedesktop/FreedesktopNotifications.h"
 #include "Platform/Freedesktop/SoundTheme.h"
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
-#include "Platform/Freedesktop/UninstalledUpdater.h"
+#include "Platform/Freedesktop/UninstalledUpdateSource.h"
 #include "Platform/Freedesktop/XdgAutostart.h"
+#include "Platform/PackageKit/PackageKitUpdateSource.h"
 #include "Platform/Portal/PortalLoginItem.h"
+#include "Platform/Qt/ExecRestart.h"
 #include "Platform/Qt/PanelStatusBar.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
@@ -119,6 +123,26 @@ std::unique_ptr<LoginItem> makeLoginItem(const DesktopPlatformOptions &options, 
                             options.iconName, options.executablePath});
 }
 
+/// The place where newer versions of this copy come from.
+std::unique_ptr<UpdateSource> makeUpdateSource(const DesktopPlatformOptions &options)
+{
+    if (isInFlatpak()) {
+        return std::make_unique<FlatpakUpdateSource>(options.applicationId);
+    }
+    if (!options.packageName.isEmpty()) {
+        return std::make_unique<PackageKitUpdateSource>(options.packageName);
+    }
+    return std::make_unique<UninstalledUpdateSource>();
+}
+
+std::unique_ptr<ProgramRestart> makeProgramRestart(const DesktopPlatformOptions &options)
+{
+    if (isInFlatpak()) {
+        return std::make_unique<FlatpakRestart>(options.executablePath);
+    }
+    return std::make_unique<ExecRestart>(options.executablePath);
+}
+
 } // namespace
 
 void prepareDesktopPlatform()
@@ -149,8 +173,9 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
                               options.iconName.toUtf8()},
         SoundTheme::userTheme);
     platform->loginItem = makeLoginItem(options, *platform->systemLog);
-    platform->updater = std::make_unique<UninstalledUpdater>(options.displayName);
+    platform->updateSource = makeUpdateSource(options);
     platform->applicationService =
         std::make_unique<FreedesktopApplicationService>(options.applicationId);
+    platform->programRestart = makeProgramRestart(options);
     return platform;
 }

@@ -27,6 +27,8 @@ struct DesktopPlatformOptions
     /// "hicolor/symbolic/apps/<application id>-<name>-symbolic.svg", dots of the name written
     /// as dashes; else "../share/icons" from the program.
     QString iconThemeFolder = {};
+    /// The name of the package that this copy came in; empty for a copy that came in none.
+    QString packageName = {};
 };
 
 /// A session in which the program cannot work. `what()` is a message for people: why, and what

@@ -10,13 +10,14 @@
 #include "Platform/OverlaySurface.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/PopupPlacement.h"
+#include "Platform/ProgramRestart.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
 #include "Platform/StatusItem.h"
 #include "Platform/SystemLog.h"
 #include "Platform/SystemSounds.h"
 #include "Platform/TextRecognizer.h"
-#include "Platform/Updater.h"
+#include "Platform/UpdateSource.h"
 #include "Platform/UserDefaults.h"
 
 #include <memory>
@@ -42,8 +43,9 @@ struct Platform
     std::unique_ptr<TextRecognizer> textRecognizer;
     std::unique_ptr<SystemSounds> systemSounds;
     std::unique_ptr<LoginItem> loginItem;
-    std::unique_ptr<Updater> updater;
+    std::unique_ptr<UpdateSource> updateSource;
     std::unique_ptr<ApplicationService> applicationService;
+    std::unique_ptr<ProgramRestart> programRestart;
 
     Platform();
     Platform(const Platform &) = delete;

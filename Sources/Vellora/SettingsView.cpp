@@ -7,10 +7,10 @@
 #include "PlainButton.h"
 #include "Platform/Platform.h"
 #include "Platform/SystemSymbol.h"
-#include "Platform/Updater.h"
 #include "SegmentedPicker.h"
 #include "Settings.h"
 #include "ToggleSwitch.h"
+#include "Updater.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

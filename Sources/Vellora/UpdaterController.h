@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Platform.h"
+#include "Updater.h"
 
 /// Owner of the program's updater, which it does not start by itself.
 class UpdaterController
 {
 public:
-    Updater &updater() const { return *Platform::current().updater; }
+    Updater &updater() { return m_updater; }
+
+private:
+    Updater m_updater;
 };

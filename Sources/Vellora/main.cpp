@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -66,12 +67,18 @@ int main(int argc, char *argv[])
     int status = 1;
     try {
         const TerminationSignals terminationSignals;
-        const auto platform =
+        auto platform =
             makeDesktopPlatform({.applicationId = Publisher::applicationId,
                                  .displayName = Publisher::applicationName,
                                  .comment = QCoreApplication::translate(
-                                     "main", "Turns any region of the screen into text")});
+                                     "main", "Turns any region of the screen into text"),
+                                 .packageName = QStringLiteral(VELLORA_PACKAGE_NAME)});
         status = run(*platform);
+        const auto restart = std::move(platform->programRestart);
+        platform.reset();
+        if (restart->isRequested()) {
+            restart->startSuccessor(argv);
+        }
     } catch (const std::exception &error) {
         std::fprintf(stderr, "vellora: %s\n", error.what());
     }

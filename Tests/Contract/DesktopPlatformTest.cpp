@@ -47,8 +47,9 @@ void DesktopPlatformTest::everyServiceIsThereOrTheReason()
     QVERIFY(platform->textRecognizer);
     QVERIFY(platform->systemSounds);
     QVERIFY(platform->loginItem);
-    QVERIFY(platform->updater);
+    QVERIFY(platform->updateSource);
     QVERIFY(platform->applicationService);
+    QVERIFY(platform->programRestart);
     const auto item = platform->statusBar->makeStatusItem();
     QVERIFY2(item->button(), "also without a panel");
 }

@@ -87,11 +87,11 @@ void LaunchTest::startsTheUpdaterAfterFiveSeconds()
 {
     m_delegate->applicationDidFinishLaunching();
     m_platform->mainQueue.advance(4999ms);
-    QCOMPARE(m_platform->updater.startCount, 0);
+    QCOMPARE(m_platform->updateSource.startCount, 0);
     m_platform->mainQueue.advance(1ms);
-    QCOMPARE(m_platform->updater.startCount, 1);
+    QCOMPARE(m_platform->updateSource.startCount, 1);
     m_platform->mainQueue.advance(60s);
-    QCOMPARE(m_platform->updater.startCount, 1);
+    QCOMPARE(m_platform->updateSource.startCount, 1);
 }
 
 void LaunchTest::neverStartsTheUpdaterWhenItQuitsBefore()
@@ -99,15 +99,15 @@ void LaunchTest::neverStartsTheUpdaterWhenItQuitsBefore()
     m_delegate->applicationDidFinishLaunching();
     m_delegate.reset();
     m_platform->mainQueue.advance(60s);
-    QCOMPARE(m_platform->updater.startCount, 0);
+    QCOMPARE(m_platform->updateSource.startCount, 0);
 }
 
 void LaunchTest::swallowsAnUpdaterThatDoesNotStart()
 {
-    m_platform->updater.starts = false;
+    m_platform->updateSource.starts = false;
     m_delegate->applicationDidFinishLaunching();
     m_platform->mainQueue.advance(60s);
-    QCOMPARE(m_platform->updater.startCount, 1);
+    QCOMPARE(m_platform->updateSource.startCount, 1);
     QVERIFY(m_platform->systemLog.lines.isEmpty());
 }
 
@@ -153,7 +153,7 @@ void LaunchTest::runsTheMenusCommands()
     menuAction(u"Capture Text"_s)->trigger();
     QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
     menuAction(u"Check for Updates…"_s)->trigger();
-    QCOMPARE(m_platform->updater.checkCount, 1);
+    QCOMPARE(m_platform->updateSource.looks, {UpdateSource::Look::ForUser});
     // Quitting asks the event loop to end; here that is only seen to be asked.
     QSignalSpy aboutToQuit(qApp, &QCoreApplication::aboutToQuit);
     QMetaObject::invokeMethod(menuAction(u"Quit Vellora"_s), &QAction::trigger,
@@ -168,7 +168,7 @@ void LaunchTest::doesWhatDesktopActionsAsk()
     m_delegate->performAction(u"capture"_s);
     QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
     m_delegate->performAction(u"check-for-updates"_s);
-    QCOMPARE(m_platform->updater.checkCount, 1);
+    QCOMPARE(m_platform->updateSource.looks, {UpdateSource::Look::ForUser});
     m_delegate->performAction(u"format-disk"_s);
     m_delegate->performAction(QString());
     QCOMPARE(m_platform->overlaySurface.shown.size(), 1);

@@ -260,7 +260,7 @@ void SettingsFormTest::togglesBySpaceAndByTheWholeRow()
 void SettingsFormTest::goesRoundByTab()
 {
     Settings::shared().setHotkeyEnabled(false);
-    show(&m_platform->updater);
+    show(m_updater.get());
     // The row that comes later takes its place in the order too.
     Settings::shared().setHotkeyEnabled(true);
     QTRY_VERIFY(recorder());
@@ -314,10 +314,10 @@ void SettingsFormTest::opensTheWebSite()
 
 void SettingsFormTest::checksForUpdates()
 {
-    show(&m_platform->updater);
+    show(m_updater.get());
     QTest::mouseClick(window()->findChildren<PlainButton *>().last(), Qt::LeftButton);
-    QCOMPARE(m_platform->updater.checkCount, 1);
-    QCOMPARE(m_platform->updater.startCount, 0);
+    QCOMPARE(m_platform->updateSource.looks, {UpdateSource::Look::ForUser});
+    QCOMPARE(m_platform->updateSource.startCount, 0);
 }
 
 void SettingsFormTest::leavesOutUpdatesWithoutAnUpdater()
@@ -330,7 +330,7 @@ void SettingsFormTest::leavesOutUpdatesWithoutAnUpdater()
 void SettingsFormTest::namesEveryControl()
 {
     Settings::shared().setHotkeyEnabled(true);
-    show(&m_platform->updater);
+    show(m_updater.get());
     QStringList controls;
     for (QWidget *widget : window()->findChildren<QWidget *>()) {
         if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {

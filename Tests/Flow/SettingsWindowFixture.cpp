@@ -19,6 +19,7 @@ void SettingsWindowFixture::initTestCase()
 void SettingsWindowFixture::init()
 {
     m_platform = std::make_unique<FakePlatform>();
+    m_updater = std::make_unique<Updater>();
     Settings::shared().setOutputMode(OutputMode::both);
     Settings::shared().setShutterSound(true);
     Settings::shared().setShowNotification(true);
@@ -32,6 +33,7 @@ void SettingsWindowFixture::cleanup()
 {
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     close();
+    m_updater.reset();
     m_platform.reset();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Support/FakePlatform.h"
+#include "Updater.h"
 
 #include <QCheckBox>
 #include <QRadioButton>
@@ -33,4 +34,5 @@ protected:
     static QString plain(QString text) { return text.remove(u'&'); }
 
     std::unique_ptr<FakePlatform> m_platform;
+    std::unique_ptr<Updater> m_updater;
 };

@@ -56,7 +56,7 @@ void SettingsWindowTest::opensInTheMiddle()
 
 void SettingsWindowTest::comesToTheFrontWhileOpen()
 {
-    const QPointer<QWidget> opened = show(&m_platform->updater);
+    const QPointer<QWidget> opened = show(m_updater.get());
     const QPointer<SettingsView> form = view();
     QWidget other;
     other.show();
@@ -186,7 +186,7 @@ void SettingsWindowTest::followsOnlyTheWindowInTheSlot()
 void SettingsWindowTest::scrollsWhenItIsSmall()
 {
     m_platform->userDefaults().set(frameKey, u"{{0, 0}, {320, 244}}"_s);
-    show(&m_platform->updater);
+    show(m_updater.get());
     QCOMPARE(window()->size(), QSize(320, 220));
     QVERIFY(view()->width() >= 320);
     QVERIFY(view()->height() >= 380);

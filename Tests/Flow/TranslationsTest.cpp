@@ -4,6 +4,7 @@
 #include "Settings.h"
 #include "SettingsView.h"
 #include "Support/FakePlatform.h"
+#include "Updater.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -87,7 +88,8 @@ void TranslationsTest::keepsMnemonicsApart()
 {
     QFETCH(const QString, locale);
     installTranslations(QLocale(locale));
-    const SettingsView view(Settings::shared(), &m_platform->updater);
+    Updater updater;
+    const SettingsView view(Settings::shared(), &updater);
     QStringList keys;
     const auto collect = [&keys](const QString &text) {
         const QKeySequence mnemonic = QKeySequence::mnemonic(text);
@@ -115,7 +117,8 @@ void TranslationsTest::fitsTheWindow()
 {
     QFETCH(const QString, locale);
     installTranslations(QLocale(locale));
-    SettingsView view(Settings::shared(), &m_platform->updater);
+    Updater updater;
+    SettingsView view(Settings::shared(), &updater);
     // What is left of 380 points beside a scroll bar.
     QVERIFY2(view.minimumSizeHint().width() <= 360,
              qPrintable(QString::number(view.minimumSizeHint().width())));

@@ -18,8 +18,9 @@ FakePlatform::FakePlatform()
     , textRecognizer(install<FakeTextRecognizer>(m_platform.textRecognizer))
     , systemSounds(install<FakeSystemSounds>(m_platform.systemSounds))
     , loginItem(install<FakeLoginItem>(m_platform.loginItem))
-    , updater(install<FakeUpdater>(m_platform.updater))
+    , updateSource(install<FakeUpdateSource>(m_platform.updateSource))
     , applicationService(install<FakeApplicationService>(m_platform.applicationService))
+    , programRestart(install<FakeProgramRestart>(m_platform.programRestart))
 {
     m_platform.userDefaults =
         std::make_unique<UserDefaults>(m_folder.filePath(QStringLiteral("vellora.ini")));

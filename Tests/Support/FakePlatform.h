@@ -41,8 +41,9 @@ public:
     FakeTextRecognizer &textRecognizer;
     FakeSystemSounds &systemSounds;
     FakeLoginItem &loginItem;
-    FakeUpdater &updater;
+    FakeUpdateSource &updateSource;
     FakeApplicationService &applicationService;
+    FakeProgramRestart &programRestart;
 
     /// Reads the file of the user defaults anew, as a restart does.
     void reloadUserDefaults();

@@ -27,7 +27,8 @@ const QList<Family> &families()
         {QRegularExpression(u"^(wayland-|qpa/|QtGui/(\\d[\\d.]*/)?.*qplatform)"_s),
          {u"Platform/Wayland"_s, u"Platform/X11"_s}},
         {QRegularExpression(u"^(QDBus|QtDBus|dbus/|gio/)"_s),
-         {u"Platform/Freedesktop"_s, u"Platform/KDE"_s, u"Platform/GNOME"_s, u"Platform/Portal"_s}},
+         {u"Platform/Freedesktop"_s, u"Platform/KDE"_s, u"Platform/GNOME"_s, u"Platform/Portal"_s,
+          u"Platform/PackageKit"_s, u"Platform/Flatpak"_s}},
         {QRegularExpression(u"^(canberra|pulse/|alsa/)"_s),
          {u"Platform/Freedesktop"_s, u"Platform/Canberra"_s}},
         // Models are read without it.
