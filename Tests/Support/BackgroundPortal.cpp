@@ -25,6 +25,11 @@ bool BackgroundPortal::start()
 void BackgroundPortal::end()
 {
     portalBus().unregisterService(service);
+    leavePlace();
+}
+
+void BackgroundPortal::leavePlace()
+{
     portalBus().unregisterObject(path);
 }
 

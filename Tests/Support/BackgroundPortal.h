@@ -25,6 +25,8 @@ public:
     bool start();
     /// Goes from the bus.
     static void end();
+    /// Goes from its place; its name stays, which keeps the bus from starting the desktop's own.
+    static void leavePlace();
 
 public Q_SLOTS:
     QDBusObjectPath RequestBackground(const QString &parent, const QVariantMap &options);
