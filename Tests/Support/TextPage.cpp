@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // A window with a known text in a known place, for programs that read the screen.
 //
-//   text-page --place X,Y,W,H [--pixel-size N] [--title T] TEXT|FILE.html
+//   text-page --place X,Y,W,H [--pixel-size N] [--title T] [--framed] TEXT|FILE.html
 //
-// Everything is in pixels. Says "shown X Y W H" on standard output whenever it has been drawn at a
-// new place, "active" when it gets the keyboard, "key K" for each key that reaches it, and
-// "click X Y" for each press of a button.
+// Everything is in pixels. Only with --framed the window manager gives it a title bar. Says "shown
+// X Y W H" on standard output whenever it has been drawn at a new place, "active" when it gets the
+// keyboard, "key K" for each key that reaches it, and "click X Y" for each press of a button.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -31,10 +31,12 @@ void say(const QString &line)
 class TextPage : public QWidget
 {
 public:
-    TextPage(const QString &text, int pixelSize)
+    TextPage(const QString &text, int pixelSize, bool isFramed)
     {
-        // Frameless, so that the page stands exactly where it was asked to.
-        setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        if (!isFramed) {
+            // So that the page stands exactly where it was asked to.
+            setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        }
         QFont font(u"DejaVu Sans"_s);
         font.setPixelSize(pixelSize);
         m_document.setDefaultFont(font);
@@ -109,7 +111,8 @@ int main(int argc, char **argv)
     const QCommandLineOption place(u"place"_s, {}, u"X,Y,W,H"_s, u"100,100,600,300"_s);
     const QCommandLineOption pixelSize(u"pixel-size"_s, {}, u"N"_s, u"40"_s);
     const QCommandLineOption title(u"title"_s, {}, u"T"_s, u"Text page"_s);
-    parser.addOptions({place, pixelSize, title});
+    const QCommandLineOption framed(u"framed"_s);
+    parser.addOptions({place, pixelSize, title, framed});
     parser.addPositionalArgument(u"text"_s, {});
     parser.process(app);
 
@@ -119,7 +122,7 @@ int main(int argc, char **argv)
         parser.showHelp(2);
     }
 
-    TextPage page(text, parser.value(pixelSize).toInt());
+    TextPage page(text, parser.value(pixelSize).toInt(), parser.isSet(framed));
     page.setWindowTitle(parser.value(title));
     page.setGeometry(sides[0].toInt(), sides[1].toInt(), sides[2].toInt(), sides[3].toInt());
     page.show();

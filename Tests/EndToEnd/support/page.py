@@ -14,12 +14,12 @@ from .waiting import TimedOut, wait_until
 class Page:
     """Use as a context manager; `box` is where it stands."""
 
-    def __init__(self, text, box=None, pixel_size=None):
+    def __init__(self, text, box=None, pixel_size=None, options=()):
         self._wanted = box or self.usual_box()
         unit = desktop.page_unit()
         self._command = [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size",
                          str(round((pixel_size or desktop.points(36)) / unit)), "--place",
-                         ",".join(str(round(side / unit)) for side in self._wanted), text]
+                         ",".join(str(round(side / unit)) for side in self._wanted), *options, text]
         self.lines = []
 
     @staticmethod
