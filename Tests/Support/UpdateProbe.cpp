@@ -7,6 +7,7 @@
 // Each line of standard input is a command: start, look, look-in-background, install (what was
 // found last, or the id that follows), cancel, drop (destroys the task), restart, quit. Everything
 // that the source tells is a line of JSON on standard output.
+#include "Platform/Flatpak/FlatpakRestart.h"
 #include "Platform/Flatpak/FlatpakUpdateSource.h"
 #include "Platform/PackageKit/PackageKitUpdateSource.h"
 
@@ -86,6 +87,8 @@ public:
         connect(&m_input, &QSocketNotifier::activated, this, &Probe::read);
     }
 
+    bool isRestartRequested() const { return m_restart.isRequested(); }
+
 private:
     void read()
     {
@@ -112,6 +115,8 @@ private:
         } else if (command == u"drop") {
             m_task.reset();
             say({{u"dropped"_s, true}});
+        } else if (command == u"restart") {
+            m_restart.restart();
         } else if (command == u"quit") {
             QCoreApplication::quit();
         }
@@ -141,6 +146,7 @@ private:
     QSocketNotifier m_input;
     std::unique_ptr<UpdateTask> m_task;
     Update m_update;
+    FlatpakRestart m_restart{u"/app/bin/vellora"_s};
 };
 
 std::unique_ptr<UpdateSource> makeSource(const QStringList &arguments)
@@ -159,6 +165,10 @@ std::unique_ptr<UpdateSource> makeSource(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    const Probe probe(makeSource(QCoreApplication::arguments()));
-    return QCoreApplication::exec();
+    Probe probe(makeSource(QCoreApplication::arguments()));
+    const int status = QCoreApplication::exec();
+    if (probe.isRestartRequested()) {
+        FlatpakRestart(u"/app/bin/vellora"_s).startSuccessor(argv);
+    }
+    return status;
 }

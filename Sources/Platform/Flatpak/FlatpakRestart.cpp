@@ -44,6 +44,7 @@ void FlatpakRestart::startSuccessor(char *arguments[])
     if (!bus) {
         return;
     }
+    qDBusRegisterMetaType<QByteArrayList>();
     qDBusRegisterMetaType<QMap<uint, QDBusUnixFileDescriptor>>();
     qDBusRegisterMetaType<QMap<QString, QString>>();
     QByteArrayList command{ended(QFile::encodeName(m_program))};

@@ -88,6 +88,11 @@ PackageKitTransaction::~PackageKitTransaction()
 
 void PackageKitTransaction::start()
 {
+    if (!QDBusConnection::systemBus().isConnected()) {
+        // Calls of a bus that is not there are never answered.
+        QTimer::singleShot(0, this, [this] { finish(End::NoService); });
+        return;
+    }
     if (m_request.longestSilence.count() > 0) {
         m_silence.start();
     }

@@ -20,7 +20,7 @@ import threading
 from contextlib import contextmanager
 from pathlib import Path
 
-from .waiting import wait_until
+from .waiting import is_listening, wait_until
 
 PACKAGE = "vellora"
 SERVICE = "/usr/libexec/packagekitd"
@@ -69,8 +69,9 @@ def skip_unless_possible():
 
 def run(*command, **options):
     """What the command wrote; with all of that in the error when it failed."""
-    result = subprocess.run([str(each) for each in command], text=True, stdin=subprocess.DEVNULL,
-                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
+    result = subprocess.run([str(each) for each in command], text=True,
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                            **{"input": "", **options})
     assert result.returncode == 0, f"{command}: {result.stdout}"
     return result.stdout
 
@@ -90,7 +91,7 @@ class PackageKit:
     def __enter__(self):
         for each in ("root/var/lib/dpkg/info", "root/var/lib/dpkg/updates", "root/tmp",
                      "root/var/lib/dpkg/triggers", "state/lists/partial", "services",
-                     "cache/archives/partial", "etc/sources.list.d", "etc/trusted"):
+                     "cache/archives/partial", "etc/sources.list.d", "etc/trusted", "etc/preferences.d"):
             (self.folder / each).mkdir(parents=True)
         for each in ("status", "available"):
             (self.folder / "root/var/lib/dpkg" / each).touch()
@@ -110,7 +111,7 @@ class PackageKit:
             env={**os.environ, **self.environment, "APT_CONFIG": str(self.folder / "apt.conf")},
             stdout=log, stderr=log, start_new_session=True)
         log.close()
-        wait_until("the private system bus", (self.folder / "bus").exists)
+        wait_until("the private system bus", lambda: is_listening(self.folder / "bus"))
         return self
 
     def __exit__(self, kind, *_):
@@ -141,6 +142,9 @@ class PackageKit:
     def installed_version(self, package=PACKAGE):
         return run("dpkg-query", f"--admindir={self.folder}/root/var/lib/dpkg",
                    "--showformat=${Version}", "--show", package)
+
+    def hold(self, package):
+        run("dpkg", *self._dpkg_options(), "--set-selections", input=f"{package} hold\n")
 
     def add_source(self, repository, trusted=True):
         key = repository.folder / "key.gpg" if trusted else repository.folder / "other.gpg"
@@ -182,6 +186,13 @@ class PackageKit:
 class _Handler(http.server.SimpleHTTPRequestHandler):
     def log_message(self, format, *arguments):
         pass
+
+    def handle(self):
+        try:
+            super().handle()
+        except ConnectionError:
+            # Whoever asked has been killed, or has changed their mind.
+            pass
 
     def do_GET(self):
         self.server.requests.append(self.path)
@@ -294,13 +305,14 @@ class Repository:
 
     def sign(self, owner="Vellora test archive"):
         www = self.folder / "www"
-        fields = {"Origin": "Vellora", "Label": "Vellora", "Suite": "stable",
-                  "Changelogs": f"{self.address}/changelogs/{PACKAGE}?@CHANGEPATH@"}
+        fields = {"Origin": "Vellora", "Label": "Vellora", "Suite": "stable"}
         options = [part for name, value in fields.items()
                    for part in ("-o", f"APT::FTPArchive::Release::{name}={value}")]
         for each in ("Release", "InRelease"):
             (www / each).unlink(missing_ok=True)
         text = run("apt-ftparchive", *options, "release", ".", cwd=www)
-        (www / "Release").write_text(text)
+        # A field that apt reads and apt-ftparchive does not write.
+        changelogs = f"Changelogs: {self.address}/changelogs/{PACKAGE}?@CHANGEPATH@\n"
+        (www / "Release").write_text(changelogs + text)
         self._gpg("--local-user", owner, "--output", www / "InRelease", "--clearsign",
                   www / "Release")

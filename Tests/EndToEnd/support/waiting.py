@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Waiting for conditions, never for time."""
 
+import socket
 import time
 
 
@@ -27,3 +28,13 @@ def holds_for(what, condition, seconds):
         if not condition():
             raise AssertionError(f"within {seconds} s: no longer {what}")
         time.sleep(0.01)
+
+
+def is_listening(path):
+    """Whether somebody accepts connections at this socket."""
+    with socket.socket(socket.AF_UNIX) as client:
+        try:
+            client.connect(str(path))
+        except OSError:
+            return False
+    return True
