@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 
@@ -65,6 +66,16 @@ QString ModelFolder::fileOf(const QString &model) const
 bool ModelFolder::has(const QString &model) const
 {
     return !fileOf(model).isEmpty();
+}
+
+std::optional<ModelFile> ModelFolder::file(const QString &model) const
+{
+    const QString path = fileOf(model);
+    if (path.isEmpty()) {
+        return std::nullopt;
+    }
+    const QFileInfo info(path);
+    return ModelFile{path, info.size(), info.lastModified()};
 }
 
 TrainedData ModelFolder::read(const QString &model, Dictionary dictionary) const
