@@ -156,6 +156,21 @@
     </message>
 </context>
 <context>
+    <name>OCRService</name>
+    <message>
+        <source>There is not enough memory to read the picture. Close some programs and try again.</source>
+        <translation>لا توجد ذاكرة كافية لقراءة الصورة. أغلق بعض البرامج وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The system cannot start any more work. Close some programs and try again.</source>
+        <translation>لا يستطيع النظام بدء عمل آخر. أغلق بعض البرامج وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Reading the picture failed unexpectedly.</source>
+        <translation>فشلت قراءة الصورة على نحو غير متوقع.</translation>
+    </message>
+</context>
+<context>
     <name>OutputMode</name>
     <message>
         <source>Clipboard Only</source>
@@ -260,6 +275,21 @@
     <message>
         <source>Vellora Settings</source>
         <translation>إعدادات Vellora</translation>
+    </message>
+</context>
+<context>
+    <name>TesseractTextRecognizer</name>
+    <message>
+        <source>No language models are installed for text recognition. Install a package such as tesseract-ocr-eng, or put trained data into %1.</source>
+        <translation>لا توجد نماذج لغوية مثبتة للتعرف على النصوص. ثبّت حزمة مثل tesseract-ocr-eng أو ضع بيانات مدرَّبة في %1.</translation>
+    </message>
+    <message>
+        <source>The language model “%1” is damaged. Install its package again.</source>
+        <translation>النموذج اللغوي «%1» تالف. أعد تثبيت حزمته.</translation>
+    </message>
+    <message>
+        <source>The language models %1 are damaged. Install their packages again.</source>
+        <translation>النماذج اللغوية %1 تالفة. أعد تثبيت حزمها.</translation>
     </message>
 </context>
 <context>

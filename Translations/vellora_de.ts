@@ -156,6 +156,21 @@
     </message>
 </context>
 <context>
+    <name>OCRService</name>
+    <message>
+        <source>There is not enough memory to read the picture. Close some programs and try again.</source>
+        <translation>Der Speicher reicht nicht aus, um das Bild zu lesen. Schließen Sie einige Programme und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>The system cannot start any more work. Close some programs and try again.</source>
+        <translation>Das System kann keine weitere Arbeit beginnen. Schließen Sie einige Programme und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>Reading the picture failed unexpectedly.</source>
+        <translation>Das Lesen des Bildes ist unerwartet fehlgeschlagen.</translation>
+    </message>
+</context>
+<context>
     <name>OutputMode</name>
     <message>
         <source>Clipboard Only</source>
@@ -260,6 +275,21 @@
     <message>
         <source>Vellora Settings</source>
         <translation>Vellora-Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>TesseractTextRecognizer</name>
+    <message>
+        <source>No language models are installed for text recognition. Install a package such as tesseract-ocr-eng, or put trained data into %1.</source>
+        <translation>Es sind keine Sprachmodelle für die Texterkennung installiert. Installieren Sie ein Paket wie tesseract-ocr-eng oder legen Sie trainierte Daten in %1 ab.</translation>
+    </message>
+    <message>
+        <source>The language model “%1” is damaged. Install its package again.</source>
+        <translation>Das Sprachmodell „%1“ ist beschädigt. Installieren Sie sein Paket erneut.</translation>
+    </message>
+    <message>
+        <source>The language models %1 are damaged. Install their packages again.</source>
+        <translation>Die Sprachmodelle %1 sind beschädigt. Installieren Sie ihre Pakete erneut.</translation>
     </message>
 </context>
 <context>

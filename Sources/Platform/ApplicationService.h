@@ -25,6 +25,9 @@ public:
     /// Takes the application's id in the session.
     virtual Claim claim() = 0;
 
+    /// Gives the id back and delivers nothing any more: we are about to end.
+    virtual void release() = 0;
+
     /// Asks the program that holds the id to do `action`. False when it did not answer.
     virtual bool forward(const QString &action) = 0;
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <stdexcept>
+#include <stop_token>
 
 /// Why a recognition could not be done, in words for the user.
 class RecognitionError : public std::runtime_error
@@ -59,6 +60,8 @@ struct TextRecognitionRequest
     bool automaticallyDetectsLanguage = false;
     /// Language tags, most preferred first; empty leaves the choice to the recognizer.
     QStringList recognitionLanguages;
+    /// Ends the recognition once a stop is requested, from any thread.
+    std::stop_token stop;
     /// Called by `perform`, on its thread, when the results are there or recognition failed.
     CompletionHandler completionHandler;
     /// The lines in reading order.
@@ -73,8 +76,8 @@ class TextRecognizer
 public:
     virtual ~TextRecognizer() = default;
 
-    /// Hints that a picture will follow within seconds, so that what is slow to load can be
-    /// loaded meanwhile. Returns at once.
+    /// Hints that a picture will follow within seconds, so that what is slow to load, and was
+    /// needed for the last one, can be loaded meanwhile. Returns at once.
     virtual void prepare() {}
 
     /// The language tags (such as "ar-SA", "zh-Hans") that can be read at the request's level.
@@ -82,7 +85,10 @@ public:
     virtual QStringList
     supportedRecognitionLanguages(const TextRecognitionRequest &request) const = 0;
 
-    /// Reads `image` and calls the request's completion handler before it returns.
-    /// Throws RecognitionError if the request could not be performed at all.
+    /// Reads `image` and calls the request's completion handler before it returns. A picture that
+    /// takes too long is read in part. If a stop is requested, it returns within 50 ms of
+    /// processor time and does not call the handler.
+    /// Throws RecognitionError if the request could not be performed at all, and std::exception if
+    /// the system has too little left of anything.
     virtual void perform(TextRecognitionRequest &request, const QImage &image) = 0;
 };

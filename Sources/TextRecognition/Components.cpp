@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Components.h"
 
+#include "Effort.h"
+
 #include <cstddef>
 
 namespace recognition {
@@ -45,6 +47,7 @@ std::vector<Component> connectedComponents(const std::vector<Run> &runs)
     std::size_t above = 0;
     std::size_t aboveEnd = 0;
     for (std::size_t begin = 0; begin < runs.size();) {
+        checkpoint();
         std::size_t end = begin;
         while (end < runs.size() && runs[end].y == runs[begin].y) {
             ++end;
@@ -74,6 +77,7 @@ std::vector<Component> connectedComponents(const std::vector<Run> &runs)
     std::vector<int> places(sets.size(), -1);
     std::vector<Component> components;
     for (std::size_t i = 0; i < runs.size(); ++i) {
+        checkpoint();
         const Run &run = runs[i];
         int &place = places[std::size_t(sets.find(names[i]))];
         const Box box{run.left, run.y, run.right, run.y + 1};

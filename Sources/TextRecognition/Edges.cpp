@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Edges.h"
 
+#include "Effort.h"
+
 #include <cstdlib>
 #include <cstring>
 
@@ -67,6 +69,7 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
     };
 
     for (int y = 0; y + 1 < height; ++y) {
+        checkAt(y);
         const std::uint8_t *line = image.row(y);
         const std::uint8_t *next = image.row(y + 1);
         int start = -1;
@@ -91,6 +94,7 @@ std::vector<std::uint8_t> straightRules(const GreyImage &image, int threshold)
     std::vector<VerticalEdge> sides;
     std::vector<int> starts(std::size_t(width), -1);
     for (int y = 0; y <= height; ++y) {
+        checkAt(y);
         for (int x = 0; x + 1 < width; ++x) {
             int &start = starts[std::size_t(x)];
             const std::uint8_t *line = y < height ? image.row(y) : nullptr;
@@ -129,6 +133,7 @@ GreyImage edgeStrength(const GreyImage &image)
 {
     GreyImage strength(image.width, image.height, 0);
     for (int y = 0; y < image.height; ++y) {
+        checkAt(y);
         const std::uint8_t *line = image.row(y);
         const std::uint8_t *next = y + 1 < image.height ? image.row(y + 1) : line;
         std::uint8_t *out = strength.row(y);
@@ -151,6 +156,7 @@ std::vector<Run> edgeRuns(const GreyImage &strength, int threshold)
 {
     std::vector<Run> runs;
     for (int y = 0; y < strength.height; ++y) {
+        checkAt(y);
         const std::uint8_t *line = strength.row(y);
         for (int x = 0; x < strength.width;) {
             while (x < strength.width && line[x] <= threshold) {

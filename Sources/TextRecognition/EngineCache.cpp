@@ -55,7 +55,33 @@ std::shared_ptr<const Engine> EngineCache::engine(const QString &model, Dictiona
     if (at != m_entries.end() && at->second == entry) {
         m_entries.erase(at);
     }
+    if (const std::optional<ModelFile> file = m_folder.file(model)) {
+        m_unreadable[model] = *file;
+        throw UnreadableModel(model);
+    }
     return nullptr;
+}
+
+QStringList EngineCache::readable() const
+{
+    QStringList models = m_folder.installed();
+    models.removeIf([this](const QString &model) { return !has(model); });
+    return models;
+}
+
+bool EngineCache::has(const QString &model) const
+{
+    const std::optional<ModelFile> file = m_folder.file(model);
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_unreadable.find(model);
+    return file && (found == m_unreadable.end() || found->second != *file);
+}
+
+QStringList EngineCache::unreadable() const
+{
+    QStringList models = m_folder.installed();
+    models.removeIf([this](const QString &model) { return has(model); });
+    return models;
 }
 
 bool EngineCache::Entry::isFree(Clock::time_point usedBefore) const

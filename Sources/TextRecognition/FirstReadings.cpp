@@ -94,21 +94,26 @@ private:
     /// read as is remembered, and the same as alone.
     void readAhead()
     {
+        const Script script = Languages::scriptOf(m_models.main);
+        std::map<QString, std::vector<LineTask *>> lines;
+        for (LineTask &task : m_tasks) {
+            if (!task.looksUnlike(script)) {
+                lines[m_models.main].push_back(&task);
+            }
+        }
+        // First, as they are what there is for sure if the others take all the time that is left.
+        readGroups(lines);
         std::vector<QString> models(m_tasks.size());
         m_workers.forEach(m_tasks.size(),
                           [&](std::size_t i) { models[i] = foreignLineModel(m_tasks[i]); });
-        const Script script = Languages::scriptOf(m_models.main);
-        std::map<QString, std::vector<LineTask *>> lines;
+        std::map<QString, std::vector<LineTask *>> foreign;
         for (std::size_t i = 0; i < m_tasks.size(); ++i) {
             if (!models[i].isEmpty()) {
-                lines[models[i]].push_back(&m_tasks[i]);
-            } else if (!m_tasks[i].looksUnlike(script)) {
-                lines[m_models.main].push_back(&m_tasks[i]);
+                foreign[models[i]].push_back(&m_tasks[i]);
             }
         }
-        LineGroups(lines, linesAtOnce, m_workers).forEach([this](const auto &group) {
-            LineTask::readOnce(group.tasks, m_engines, group.model);
-        });
+        readGroups(foreign);
+        lines.merge(foreign);
         std::erase_if(lines[m_models.main], [&](LineTask *task) {
             const Reading reading = task->readOnce(m_engines, m_models.main);
             const QString other = m_models.main == m_models.latin
@@ -123,6 +128,13 @@ private:
         LineGroups(lines, linesAtOnce / 2, m_workers).forEach([this](const auto &group) {
             LineTask::readOnce(group.tasks, m_engines, group.model);
             LineTask::read(group.tasks, m_engines, group.model);
+        });
+    }
+
+    void readGroups(const std::map<QString, std::vector<LineTask *>> &lines)
+    {
+        LineGroups(lines, linesAtOnce, m_workers).forEach([this](const auto &group) {
+            LineTask::readOnce(group.tasks, m_engines, group.model);
         });
     }
 

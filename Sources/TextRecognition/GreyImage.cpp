@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "GreyImage.h"
 
+#include "Effort.h"
+
 #include <QImage>
 
 #include <algorithm>
+#include <new>
 
 namespace recognition {
 
@@ -28,11 +31,12 @@ GreyImage greyImage(const QImage &image)
     }
     GreyImage grey(image.width(), image.height(), 255);
     for (int top = 0; top < grey.height; top += stripHeight) {
+        checkpoint();
         const int rows = std::min(stripHeight, grey.height - top);
         const QImage strip = image.copy(0, top, grey.width, rows)
                                  .convertToFormat(QImage::Format_ARGB32_Premultiplied);
         if (strip.isNull()) {
-            return {};
+            throw std::bad_alloc();
         }
         for (int y = 0; y < rows; ++y) {
             const auto *line = reinterpret_cast<const QRgb *>(strip.constScanLine(y));

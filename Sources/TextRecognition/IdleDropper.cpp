@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "IdleDropper.h"
 
+#include <system_error>
+
 namespace recognition {
 
 IdleDropper::IdleDropper(EngineCache &engines, std::chrono::milliseconds age)
@@ -30,8 +32,12 @@ void IdleDropper::restart()
     if (m_thread.joinable()) {
         m_thread.join();
     }
-    m_running = true;
-    m_thread = std::thread(&IdleDropper::run, this);
+    try {
+        m_thread = std::thread(&IdleDropper::run, this);
+        m_running = true;
+    } catch (const std::system_error &) {
+        // The system has no thread left: the engines stay until the next picture is read.
+    }
 }
 
 void IdleDropper::run()

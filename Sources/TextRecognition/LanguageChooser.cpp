@@ -107,7 +107,7 @@ QString latinModel(const std::vector<LineTask *> &tasks, const Languages &langua
         return first;
     }
     // It loses the accents, which tell the others apart.
-    if (engines.folder().has(u"Latin"_s)) {
+    if (engines.has(u"Latin"_s)) {
         scores = guessAmong(textOf(lines, u"Latin"_s, engines, workers), models);
     }
     if (scores[0].bits - scores[1].bits >= clearBits) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Languages.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -89,6 +90,30 @@ QStringList Languages::models(Script script) const
         }
     }
     return models;
+}
+
+QString Languages::firstModelFor(const QStringList &locales) const
+{
+    const auto isWritten = [this](const QString &locale, bool byScript) {
+        return [this, &locale, byScript](const Language &language) {
+            return m_models.contains(language.model) &&
+                   (byScript
+                        ? (locale + u'-').startsWith(language.tag + u'-')
+                        : locale.section(u'-', 0, 0) == QString(language.tag).section(u'-', 0, 0));
+        };
+    };
+    for (const QString &locale : locales) {
+        // Chinese by its form, where it is named.
+        for (const bool byScript : {true, false}) {
+            const auto found =
+                std::find_if(languages.begin(), languages.end(), isWritten(locale, byScript));
+            if (found != languages.end()) {
+                return models(found->script).first();
+            }
+        }
+    }
+    const QStringList latin = models(Script::Latin);
+    return latin.isEmpty() ? m_models.first() : latin.first();
 }
 
 Script Languages::scriptOf(const QString &model)

@@ -26,6 +26,9 @@ public:
     QList<Script> scripts() const;
     /// The models of a script: of Latin script one per language, else one. English first.
     QStringList models(Script script) const;
+    /// The model that is asked first of the script of the first of `locales` ("de-AT",
+    /// "zh-Hant-TW") that can be read, of Latin script if none can. There must be a language.
+    QString firstModelFor(const QStringList &locales) const;
     bool has(const QString &model) const { return m_models.contains(model); }
 
     /// The script a model reads.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LineImage.h"
 
+#include "Effort.h"
 #include "InkHeight.h"
 #include "LineIcons.h"
 #include "LineRules.h"
@@ -112,6 +113,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
     const std::optional<GreyImage> aliased = aliasedInk(page, box);
     GreyImage flat(box.width(), box.height(), 255);
     for (int x = box.left; x < box.right; ++x) {
+        checkAt(x);
         const Tones tones = tonesAt(stretches, x);
         if (tones.contrast() < leastContrast) {
             continue;
@@ -134,6 +136,7 @@ LineImage lineImage(const GreyImage &page, const TextLine &line)
         }
     }
 
+    checkpoint();
     int height = line.letterHeight;
     if (!line.isVertical) {
         removeRules(flat, line.letterHeight);

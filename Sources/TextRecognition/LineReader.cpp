@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "LineReader.h"
 
+#include "Effort.h"
 #include "FirstReadings.h"
 #include "ForeignScript.h"
 #include "HanChooser.h"
@@ -45,6 +46,7 @@ public:
         , m_languages(languages)
         , m_engines(engines)
         , m_workers(workers)
+        , m_isFinished(tasks.size(), false)
     {
         for (const Script script : languages.scripts()) {
             m_models.candidates.append(languages.models(script).first());
@@ -56,6 +58,19 @@ public:
     }
 
     void run()
+    {
+        try {
+            readAll();
+        } catch (const Spent &) {
+            for (std::size_t i = 0; i < m_tasks.size(); ++i) {
+                m_tasks[i].takeWhatIsRead();
+                finish(i);
+            }
+        }
+    }
+
+private:
+    void readAll()
     {
         m_models.main = mainModel(lines(), m_models.candidates, m_engines, m_workers);
         if (Languages::scriptOf(m_models.main) == Script::Latin) {
@@ -70,16 +85,25 @@ public:
             chooseLatin();
         }
         m_hasIndicNumbers = std::any_of(m_tasks.begin(), m_tasks.end(), hasIndicNumber);
-        forEachLine([this](LineTask &task) {
+        m_workers.forEach(m_tasks.size(), [this](std::size_t i) {
+            LineTask &task = m_tasks[i];
             if (task.script == Script::Latin) {
                 checkLanguage(task);
             }
             checkMixed(task);
-            task.best = withoutIcons(task);
+            finish(i);
         });
     }
 
-private:
+    /// Once nothing of the line will be read any more.
+    void finish(std::size_t line)
+    {
+        if (!m_isFinished[line]) {
+            m_tasks[line].best = withoutIcons(m_tasks[line]);
+            m_isFinished[line] = true;
+        }
+    }
+
     template <typename Work>
     void forEachLine(Work work)
     {
@@ -239,7 +263,7 @@ private:
             if (reading.confidence() + 1 > task.best.confidence()) {
                 task.take(reading);
             }
-        } else if (task.best.confidence() < 80 && m_engines.folder().has(u"Latin"_s)) {
+        } else if (task.best.confidence() < 80 && m_engines.has(u"Latin"_s)) {
             const Reading reading = task.read(m_engines, u"Latin"_s);
             if (reading.confidence() > task.best.confidence() + 4) {
                 task.take(reading);
@@ -288,6 +312,8 @@ private:
     EngineCache &m_engines;
     Workers &m_workers;
     PageModels m_models;
+    /// Bytes, as each line's is written by the thread that reads it.
+    std::vector<char> m_isFinished;
     /// Whether numbers on the page are surely in Arabic-Indic digits.
     bool m_hasIndicNumbers = false;
 };

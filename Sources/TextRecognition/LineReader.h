@@ -14,7 +14,8 @@ namespace recognition {
 ///
 /// The longest line decides what the others are tried with first; a line that this model does not
 /// read well is tried with the other scripts and languages, and word by word where they mix.
-/// `tasks` stand longest first.
+/// `tasks` stand longest first. When the budget of the thread's effort is spent, the rest stays as
+/// it was read by then, or unread.
 void readLines(std::vector<LineTask> &tasks, const Languages &languages, EngineCache &engines,
                Workers &workers);
 

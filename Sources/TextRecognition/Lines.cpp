@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Lines.h"
 
+#include "Effort.h"
 #include "RowSplit.h"
 
 #include <cstddef>
@@ -54,6 +55,7 @@ public:
     {
         for (const auto &[band, members] : m_bands) {
             for (std::size_t i = 0; i < members.size(); ++i) {
+                checkpoint();
                 const int limit = m_boxes[members[i]].right + reach(members[i]);
                 for (std::size_t k = i + 1; k < members.size(); ++k) {
                     if (m_boxes[members[k]].left > limit) {
@@ -153,6 +155,7 @@ void attach(std::vector<TextLine> &lines, const std::vector<Mark> &small)
     }
     std::vector<std::vector<Mark>> added(lines.size());
     for (const Mark &mark : small) {
+        checkpoint();
         const auto candidates = near.find(mark.box.centreY2() / 2 / band);
         if (candidates == near.end()) {
             continue;
@@ -196,6 +199,7 @@ void attach(std::vector<TextLine> &lines, const std::vector<Mark> &small)
 void dropTexture(std::vector<TextLine> &lines)
 {
     for (TextLine &line : lines) {
+        checkpoint();
         int strongest = 0;
         for (const Mark &mark : line.marks) {
             strongest = std::max(strongest, mark.strength);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Marks.h"
 
+#include "BoxGrid.h"
 #include "Components.h"
 #include "Controls.h"
 #include "Edges.h"
+#include "Effort.h"
 
 #include <algorithm>
 #include <array>
@@ -43,29 +45,44 @@ bool haveValley(const std::vector<Component> &parts, const Box &box)
 
 /// Removes what goes around other marks without being a plain outline: a button with a shadow, a
 /// badge of which only the ends stand out.
-void dropFrames(std::vector<Mark> &marks)
+void dropFrames(std::vector<Mark> &marks, const GreyImage &image)
 {
+    BoxGrid grid(image.width, image.height);
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        const Box &box = marks[i].box;
+        // One place is enough to find what a frame holds whole.
+        grid.add(i, {box.left, box.top, box.left, box.top});
+    }
     std::vector<std::size_t> frames;
     for (std::size_t i = 0; i < marks.size(); ++i) {
+        checkpoint();
         const Box &box = marks[i].box;
         if (box.height() < 14 || 10 * box.width() < 22 * box.height()) {
             continue;
         }
         int inside = 0;
-        for (const Mark &other : marks) {
-            const Box &o = other.box;
+        grid.forEachNear(box, [&](std::size_t k) {
+            const Box &o = marks[k].box;
             if (o.left > box.left && o.right < box.right && o.top > box.top &&
                 o.bottom < box.bottom && 3 * o.height() >= box.height()) {
                 inside += o.width();
             }
-        }
+        });
         if (4 * inside >= box.width()) {
             frames.push_back(i);
         }
     }
-    for (; !frames.empty(); frames.pop_back()) {
-        marks.erase(marks.begin() + std::ptrdiff_t(frames.back()));
+    std::vector<Mark> others;
+    others.reserve(marks.size());
+    auto frame = frames.begin();
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        if (frame != frames.end() && *frame == i) {
+            ++frame;
+        } else {
+            others.push_back(std::move(marks[i]));
+        }
     }
+    marks = std::move(others);
 }
 
 class MarkFinder
@@ -84,13 +101,14 @@ public:
         for (const Component &component : connectedComponents(runs)) {
             take(component, 0, false);
         }
-        dropFrames(m_marks);
+        dropFrames(m_marks, m_image);
         return std::move(m_marks);
     }
 
 private:
     void take(const Component &component, std::size_t level, bool textured)
     {
+        checkpoint();
         if (isOutline(component) || isSwitch(component, m_strength)) {
             return;
         }

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <array>
@@ -79,6 +80,16 @@ QString ModelFolder::fileOf(const QString &model) const
 bool ModelFolder::has(const QString &model) const
 {
     return !fileOf(model).isEmpty();
+}
+
+std::optional<ModelFile> ModelFolder::file(const QString &model) const
+{
+    const QString path = fileOf(model);
+    if (path.isEmpty()) {
+        return std::nullopt;
+    }
+    const QFileInfo info(path);
+    return ModelFile{path, info.size(), info.lastModified()};
 }
 
 TrainedData ModelFolder::read(const QString &model, Dictionary dictionary) const

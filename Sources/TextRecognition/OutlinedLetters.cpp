@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "OutlinedLetters.h"
 
+#include "Effort.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -25,6 +27,7 @@ std::vector<Run> brightRuns(const GreyImage &page)
 {
     std::vector<Run> runs;
     for (int y = 0; y < page.height; ++y) {
+        checkAt(y);
         const std::uint8_t *line = page.row(y);
         for (int x = 0; x < page.width;) {
             while (x < page.width && line[x] < darkestFill) {
@@ -105,6 +108,7 @@ std::vector<OutlinedLetter> outlinedLetters(const GreyImage &page)
 {
     std::vector<OutlinedLetter> letters;
     for (Component &shape : connectedComponents(brightRuns(page))) {
+        checkpoint();
         const Box &box = shape.box;
         if (box.height() < smallestDot || box.height() > tallest ||
             box.width() > 15 * box.height() + tallest) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "OutlinedText.h"
 
+#include "BoxGrid.h"
+#include "Effort.h"
 #include "OutlinedLetters.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <optional>
 
 namespace recognition {
 
@@ -46,30 +49,56 @@ bool standInOneRow(const Row &row, const Row &other)
            -horizontalOverlap(row.box, other.box) <= high;
 }
 
-std::vector<Row> rowsOf(const std::vector<OutlinedLetter> &letters)
+/// Joins a letter to the rows that it stands in, the earliest first: joined with one it may come
+/// within reach of others.
+std::vector<Row> joinedRows(const std::vector<OutlinedLetter> &letters, const GreyImage &page)
 {
-    std::vector<Row> rows;
+    std::vector<std::optional<Row>> rows;
+    BoxGrid grid(page.width, page.height);
     for (const OutlinedLetter &letter : letters) {
+        checkpoint();
         if (letter.shape.box.height() < smallestOutlined) {
             continue;
         }
         Row row{letter.shape.box, letter.fill, 1, letter.isSure, letter.isBare};
-        // Joining may bring it within reach of rows passed over before.
-        for (std::size_t i = 0; i < rows.size();) {
-            if (!standInOneRow(rows[i], row)) {
-                ++i;
-                continue;
+        while (true) {
+            // The higher of two in one row is less than three times as high as the lower.
+            const int reach = 3 * row.box.height();
+            std::size_t earliest = rows.size();
+            grid.forEachNear(
+                {row.box.left - reach, row.box.top, row.box.right + reach, row.box.bottom},
+                [&](std::size_t i) {
+                    if (i < earliest && standInOneRow(*rows[i], row)) {
+                        earliest = i;
+                    }
+                });
+            if (earliest == rows.size()) {
+                break;
             }
-            row.box.unite(rows[i].box);
-            row.fill = row.letters > rows[i].letters ? row.fill : rows[i].fill;
-            row.letters += rows[i].letters;
-            row.sure += rows[i].sure;
-            row.bare += rows[i].bare;
-            rows.erase(rows.begin() + std::ptrdiff_t(i));
-            i = 0;
+            const Row &other = *rows[earliest];
+            grid.remove(earliest, other.box);
+            row.box.unite(other.box);
+            row.fill = row.letters > other.letters ? row.fill : other.fill;
+            row.letters += other.letters;
+            row.sure += other.sure;
+            row.bare += other.bare;
+            rows[earliest].reset();
         }
-        rows.push_back(row);
+        grid.add(rows.size(), row.box);
+        rows.emplace_back(row);
     }
+    std::vector<Row> left;
+    for (const std::optional<Row> &row : rows) {
+        if (row) {
+            left.push_back(*row);
+        }
+    }
+    return left;
+}
+
+std::vector<Row> rowsOf(const std::vector<OutlinedLetter> &letters, const GreyImage &page)
+{
+    std::vector<Row> rows = joinedRows(letters, page);
     std::erase_if(rows, [](const Row &row) {
         // Letters that only have a shadow are better left as they are.
         return row.box.height() < lowestRow || 2 * row.sure < row.letters ||
@@ -79,12 +108,16 @@ std::vector<Row> rowsOf(const std::vector<OutlinedLetter> &letters)
     // Pieces of the scenery between two rows overlap them.
     std::sort(rows.begin(), rows.end(), [](const Row &a, const Row &b) { return a.sure > b.sure; });
     std::vector<Row> apart;
+    BoxGrid grid(page.width, page.height);
     for (const Row &row : rows) {
-        const bool overlaps = std::any_of(apart.begin(), apart.end(), [&row](const Row &other) {
-            return horizontalOverlap(row.box, other.box) > 0 &&
-                   4 * verticalOverlap(row.box, other.box) > row.box.height();
+        bool overlaps = false;
+        grid.forEachNear(row.box, [&](std::size_t i) {
+            const Box &other = apart[i].box;
+            overlaps = overlaps || (horizontalOverlap(row.box, other) > 0 &&
+                                    4 * verticalOverlap(row.box, other) > row.box.height());
         });
         if (!overlaps) {
+            grid.add(apart.size(), row.box);
             apart.push_back(row);
         }
     }
@@ -142,7 +175,14 @@ void paint(const GreyImage &page, const std::vector<const OutlinedLetter *> &let
 void findBright(const GreyImage &page, OutlinedText &found)
 {
     const std::vector<OutlinedLetter> letters = outlinedLetters(page);
-    for (const Row &row : rowsOf(letters)) {
+    BoxGrid grid(page.width, page.height);
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        const Box &box = letters[i].shape.box;
+        // One place is enough to find what a patch holds whole.
+        grid.add(i, {box.left, box.top, box.left, box.top});
+    }
+    for (const Row &row : rowsOf(letters, page)) {
+        checkpoint();
         Box patch = row.box;
         // Dots and accents above and below.
         patch.top -= row.box.height() / 3;
@@ -150,16 +190,17 @@ void findBright(const GreyImage &page, OutlinedText &found)
         patch = grown(patch, outlineAt + 1, page);
         std::vector<const OutlinedLetter *> members;
         std::vector<int> outlines;
-        for (const OutlinedLetter &letter : letters) {
+        grid.forEachNear(patch, [&](std::size_t i) {
+            const OutlinedLetter &letter = letters[i];
             if (letter.isBare || !patch.contains(letter.shape.box) ||
                 std::abs(letter.fill - row.fill) > mostFillStep) {
-                continue;
+                return;
             }
             members.push_back(&letter);
             if (letter.isSure && letter.shape.box.height() >= smallestOutlined) {
                 outlines.push_back(letter.outline);
             }
-        }
+        });
         const int outline = middleOf(std::move(outlines));
         if (!standsOnScenery(page, row.box, outline, row.fill)) {
             continue;

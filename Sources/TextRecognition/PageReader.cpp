@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PageReader.h"
 
+#include "Effort.h"
 #include "Indentation.h"
 #include "LineReader.h"
 #include "LineTask.h"
@@ -60,7 +61,8 @@ std::vector<LineTask> lineTasks(const GreyImage &page, std::vector<TextLine> lin
 /// One row as a line of the result.
 PageLine pageLine(const Row &row, const std::vector<LineTask> &tasks)
 {
-    PageLine line{tasks[row.front()].line().box, {}};
+    const LineTask &first = tasks[row.front()];
+    PageLine line{first.line().box, {}, first.best.model};
     LineReading best{{}, 1};
     for (const std::size_t i : row) {
         const LineTask &task = tasks[i];
@@ -131,6 +133,9 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         return {};
     }
     readLines(tasks, languages, engines, workers);
+    if (Effort *effort = Effort::current()) {
+        effort->liftBudget();
+    }
     dropNoise(tasks);
     dropScenery(tasks, outlined.rows);
 

@@ -28,10 +28,14 @@ struct PageLine
     Box box;
     /// Best first, at least one.
     QList<LineReading> readings;
+    /// What read it, or its first piece.
+    QString model;
 };
 
 /// Reads everything on `page`, in reading order, in whatever of `languages` it is written.
-/// Blocks; runs on this thread and on `workers`.
+/// Blocks; runs on this thread and on `workers`, for the effort that this thread works for. When
+/// its budget is spent, what was read by then is given; what is spent on finding the text counts
+/// too.
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
                                EngineCache &engines, Workers &workers);
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ReadingOrder.h"
 
-#include <cstdlib>
+#include "ColumnBand.h"
+#include "Effort.h"
+
+#include <algorithm>
 #include <numeric>
 
 namespace recognition {
@@ -9,14 +12,6 @@ namespace recognition {
 namespace {
 
 using Indices = std::vector<std::size_t>;
-
-/// An interval of columns.
-struct Gap
-{
-    int left = 0;
-    int right = 0;
-    int width() const { return right - left; }
-};
 
 class Order
 {
@@ -67,8 +62,9 @@ private:
     }
 
     /// Bands of pieces with nothing but background between one and the next.
-    std::vector<Indices> bands(Indices members) const
+    std::vector<ColumnBand> bands(Indices members) const
     {
+        const int wide = alignedProse * leastLetterHeight(members);
         std::sort(members.begin(), members.end(),
                   [this](std::size_t a, std::size_t b) { return box(a).top < box(b).top; });
         std::vector<Indices> all;
@@ -83,30 +79,21 @@ private:
             }
             bottom = all.back().size() == 1 ? box(i).bottom : std::max(bottom, box(i).bottom);
         }
-        return all;
+        std::vector<ColumnBand> bands;
+        bands.reserve(all.size());
+        for (Indices &band : all) {
+            bands.emplace_back(m_pieces, std::move(band), wide);
+        }
+        return bands;
     }
 
-    /// The columns between `members` where nothing stands.
-    std::vector<Gap> gaps(const Indices &members) const
+    int leastLetterHeight(const Indices &members) const
     {
-        std::vector<Gap> taken;
+        int least = m_pieces[members.front()].letterHeight;
         for (const std::size_t i : members) {
-            taken.push_back({box(i).left, box(i).right});
+            least = std::min(least, m_pieces[i].letterHeight);
         }
-        std::sort(taken.begin(), taken.end(),
-                  [](const Gap &a, const Gap &b) { return a.left < b.left; });
-        std::vector<Gap> free;
-        if (taken.empty()) {
-            return free;
-        }
-        int right = taken.front().right;
-        for (const Gap &gap : taken) {
-            if (gap.left > right) {
-                free.push_back({right, gap.left});
-            }
-            right = std::max(right, gap.right);
-        }
-        return free;
+        return std::max(1, least);
     }
 
     /// Whether text left and right of a gutter is read side after side, not row after row.
@@ -117,24 +104,57 @@ private:
         }
         const Indices &fewer = left.size() < right.size() ? left : right;
         const Indices &more = left.size() < right.size() ? right : left;
-        // Cells of one row stand on one line; the lines of two panes do not.
-        std::size_t matched = 0;
-        for (const std::size_t i : fewer) {
-            for (const std::size_t k : more) {
-                const int off = std::abs(box(i).centreY2() - box(k).centreY2());
-                if (off <= std::max(m_pieces[i].letterHeight, m_pieces[k].letterHeight) * 7 / 10) {
-                    ++matched;
-                    break;
-                }
-            }
-        }
-        const bool aligned = 10 * matched >= 7 * fewer.size();
+        const bool aligned = areAligned(countMatched(fewer, more), fewer.size());
         const bool severalLines = fewer.size() >= 2 && more.size() >= 3;
         if (aligned) {
             return severalLines && isProse(left, alignedProse) && isProse(right, alignedProse);
         }
         return fewer.size() >= 3 ||
                (severalLines && isProse(left, looseProse) && isProse(right, looseProse));
+    }
+
+    /// Cells of one row stand on one line; the lines of two panes do not.
+    static bool areAligned(std::size_t matched, std::size_t of) { return 10 * matched >= 7 * of; }
+
+    /// Those of `some` that stand on a line with one of `others`.
+    std::size_t countMatched(const Indices &some, Indices others) const
+    {
+        const auto middle = [this](std::size_t i) {
+            return box(i).centreY2();
+        };
+        std::sort(others.begin(), others.end(),
+                  [&](std::size_t a, std::size_t b) { return middle(a) < middle(b); });
+        int tallest = 0;
+        for (const std::size_t i : others) {
+            tallest = std::max(tallest, m_pieces[i].letterHeight);
+        }
+        std::size_t matched = 0;
+        for (const std::size_t i : some) {
+            const int reach = reachOnOneLine(std::max(tallest, m_pieces[i].letterHeight));
+            auto other = std::partition_point(others.begin(), others.end(), [&](std::size_t k) {
+                return middle(k) < middle(i) - reach;
+            });
+            while (other != others.end() && middle(*other) <= middle(i) + reach) {
+                if (areOnOneLine(m_pieces[i], m_pieces[*other])) {
+                    ++matched;
+                    break;
+                }
+                ++other;
+            }
+        }
+        return matched;
+    }
+
+    /// Whether `areColumns` is surely false: most pieces of the smaller side stand on a line with
+    /// one of the other, and few are as wide as prose. So it is of most gutters of a table.
+    static bool areSurelyCells(const GutterSide &left, const GutterSide &right)
+    {
+        const GutterSide &fewer = left.pieces < right.pieces ? left : right;
+        const auto isNarrow = [](const GutterSide &side) {
+            return side.wide < side.pieces - side.pieces / 2;
+        };
+        return fewer.pieces < 2 ||
+               (areAligned(fewer.matched, fewer.pieces) && (isNarrow(left) || isNarrow(right)));
     }
 
     /// How wide columns of prose are at least, in letter heights: dates and file names in the
@@ -160,7 +180,7 @@ private:
         if (members.empty()) {
             return;
         }
-        const std::vector<Indices> all = bands(std::move(members));
+        const std::vector<ColumnBand> all = bands(std::move(members));
         for (std::size_t first = 0; first < all.size();) {
             Indices left;
             Indices right;
@@ -175,7 +195,7 @@ private:
                 region(std::move(right), depth + 1);
                 first = last;
             } else {
-                addRows(all[first]);
+                addRows(all[first].members());
                 ++first;
             }
         }
@@ -183,56 +203,46 @@ private:
 
     /// The bands from `first` on that one gutter parts into columns, as the place after the last
     /// of them; `left` and `right` stay empty if there are none.
-    std::size_t columnsFrom(const std::vector<Indices> &all, std::size_t first, Indices &left,
+    std::size_t columnsFrom(const std::vector<ColumnBand> &all, std::size_t first, Indices &left,
                             Indices &right) const
     {
         std::size_t best = first;
-        for (const Gap &start : gaps(all[first])) {
-            const int least = 3 * letterHeight(all[first]) / 2;
+        const int least = 3 * letterHeight(all[first].members()) / 2;
+        for (const Gap &start : all[first].gaps()) {
             if (start.width() < least) {
                 continue;
             }
-            Gap gutter = start;
-            Indices lefts;
-            Indices rights;
-            std::size_t end = first;
-            for (; end < all.size(); ++end) {
-                const Gap narrowed = narrow(gutter, all[end]);
+            checkpoint();
+            // What stays of the gutter through each band.
+            std::vector<Gap> gutters;
+            GutterSide leftSide;
+            GutterSide rightSide;
+            for (std::size_t band = first; band < all.size(); ++band) {
+                const Gap narrowed = all[band].narrow(gutters.empty() ? start : gutters.back());
                 if (narrowed.width() < least) {
                     break;
                 }
-                gutter = narrowed;
-                for (const std::size_t i : all[end]) {
-                    (box(i).right <= gutter.left ? lefts : rights).push_back(i);
+                gutters.push_back(narrowed);
+                all[band].addSides(narrowed, leftSide, rightSide);
+            }
+            const std::size_t end = first + gutters.size();
+            if (end <= best || areSurelyCells(leftSide, rightSide)) {
+                continue;
+            }
+            Indices lefts;
+            Indices rights;
+            for (std::size_t band = first; band < end; ++band) {
+                for (const std::size_t i : all[band].members()) {
+                    (box(i).right <= gutters[band - first].left ? lefts : rights).push_back(i);
                 }
             }
-            if (end > best && areColumns(lefts, rights)) {
+            if (areColumns(lefts, rights)) {
                 best = end;
-                left = lefts;
-                right = rights;
+                left = std::move(lefts);
+                right = std::move(rights);
             }
         }
         return best;
-    }
-
-    /// What a band leaves of a gutter: nothing if something crosses it. Lines that fill their
-    /// column may reach far into what a short first line left free.
-    Gap narrow(Gap gutter, const Indices &band) const
-    {
-        for (const std::size_t i : band) {
-            const bool fromLeft = box(i).left <= gutter.left;
-            const bool fromRight = box(i).right >= gutter.right;
-            if (fromLeft && fromRight) {
-                return {};
-            }
-            const bool nearLeft = box(i).left - gutter.left < gutter.right - box(i).right;
-            if (fromLeft || (!fromRight && nearLeft)) {
-                gutter.left = std::max(gutter.left, box(i).right);
-            } else {
-                gutter.right = std::min(gutter.right, box(i).left);
-            }
-        }
-        return gutter;
     }
 
     void addRows(Indices members)
@@ -248,11 +258,14 @@ private:
             for (std::size_t r = 0; r < rows.size(); ++r) {
                 const int shared = verticalOverlap(boxes[r], box(i));
                 const int lower = std::min(boxes[r].height(), box(i).height());
-                bool free = true;
-                for (const std::size_t k : rows[r]) {
-                    free = free && horizontalOverlap(box(k), box(i)) <= 0;
+                if (2 * shared <= lower || shared <= most) {
+                    continue;
                 }
-                if (free && 2 * shared > lower && shared > most) {
+                const bool isFree =
+                    std::none_of(rows[r].begin(), rows[r].end(), [&](std::size_t k) {
+                        return horizontalOverlap(box(k), box(i)) > 0;
+                    });
+                if (isFree) {
                     most = shared;
                     best = r;
                 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Resample.h"
 
+#include "Effort.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -79,6 +81,7 @@ GreyImage resampled(const GreyImage &image, int width, int height)
     GreyImage result(width, height, 0);
     std::vector<float> sum(static_cast<std::size_t>(image.width));
     for (int y = 0; y < height; ++y) {
+        checkAt(y);
         std::fill(sum.begin(), sum.end(), 0.0F);
         for (int k = 0; k < down.most; ++k) {
             const std::uint8_t *line = image.row(down.firsts[std::size_t(y)] + k);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VerticalText.h"
 
+#include "Effort.h"
 #include "Glyph.h"
 #include "LineImage.h"
 #include "TextRepair.h"
@@ -96,6 +97,7 @@ bool isVertical(const std::vector<Mark> &marks)
     std::vector<int> below;
     std::size_t wide = 0;
     for (const Mark &mark : marks) {
+        checkpoint();
         const Box &box = mark.box;
         wide += box.width() > 2 * size || box.width() > 2 * box.height();
         if (box.height() * 2 < size && box.width() * 2 < size) {
@@ -136,7 +138,7 @@ bool isVertical(const std::vector<Mark> &marks)
 std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark> &marks,
                                    EngineCache &engines)
 {
-    if (!engines.folder().has(verticalModel)) {
+    if (!engines.has(verticalModel)) {
         return {};
     }
     TextLine whole;
@@ -160,7 +162,12 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
     double sureness = 0;
     int characters = 0;
     for (const Box &column : columnsOf(image.picture)) {
-        const Reading reading = engine->read(turnedLeft(cropped(image.picture, column)));
+        Reading reading;
+        try {
+            reading = engine->read(turnedLeft(cropped(image.picture, column)));
+        } catch (const Spent &) {
+            break;
+        }
         if (reading.isEmpty()) {
             continue;
         }
@@ -176,7 +183,8 @@ std::vector<PageLine> readVertical(const GreyImage &page, const std::vector<Mark
         lines.push_back(
             {{int(image.pageX(column.left)), int((top - image.offsetY) / image.scale),
               int(image.pageX(column.right)), int((bottom - image.offsetY) / image.scale)},
-             {{repairedText(reading, Script::Japanese), reading.confidence() / 100}}});
+             {{repairedText(reading, Script::Japanese), reading.confidence() / 100}},
+             verticalModel});
     }
     if (characters == 0 || sureness < leastConfidence * characters) {
         return {};

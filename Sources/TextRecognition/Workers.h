@@ -15,8 +15,9 @@ public:
     explicit Workers(int threads);
     int threads() const { return m_threads; }
 
-    /// Calls `work` for 0 to `count` - 1, in this order, on several threads; returns when all is
-    /// done. `work` throws nothing. Several may ask at once: every page has helpers of its own.
+    /// Calls `work` for 0 to `count` - 1, in this order, on several threads, which all work for the
+    /// asking one's effort; returns when all is done. What `work` throws ends the work of all, and
+    /// the first of it is thrown here. Several may ask at once: every page has helpers of its own.
     void forEach(std::size_t count, const std::function<void(std::size_t)> &work) const;
 
 private:

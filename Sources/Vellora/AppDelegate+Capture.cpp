@@ -57,12 +57,18 @@ void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
     if (Settings::shared().shutterSound()) {
         playShutterSound();
     }
-    OCRService::recognize(image,
-                          [self = QPointer(this), rect = *rect](const RecognitionOutcome &outcome) {
-                              if (self) {
-                                  self->recognitionDidFinish(outcome, rect);
-                              }
-                          });
+    // The user waits for this picture's text now: an older one must not arrive after it, or take
+    // its time.
+    recognition.request_stop();
+    recognition = std::stop_source();
+    OCRService::recognize(
+        image,
+        [self = QPointer(this), rect = *rect](const RecognitionOutcome &outcome) {
+            if (self) {
+                self->recognitionDidFinish(outcome, rect);
+            }
+        },
+        recognition.get_token());
 }
 
 void AppDelegate::recognitionDidFinish(const RecognitionOutcome &outcome,

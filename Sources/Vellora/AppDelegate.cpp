@@ -36,7 +36,10 @@ StatusItemImage statusItemImage()
 } // namespace
 
 AppDelegate::AppDelegate() = default;
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate()
+{
+    recognition.request_stop();
+}
 
 void AppDelegate::applicationDidFinishLaunching()
 {

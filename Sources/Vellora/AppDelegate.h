@@ -14,6 +14,7 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 /// Wires the program together at launch and conducts every capture. Main thread only.
 class AppDelegate : public QObject
@@ -66,6 +67,8 @@ private:
     std::unique_ptr<StatusItem> statusItem;
     std::shared_ptr<GlobalHotkey> globalHotkey;
     ResultPopup resultPopup;
+    /// Stops the recognition of the last picture, the only one under way that is still wanted.
+    std::stop_source recognition;
     /// The subscriptions to the two settings of the shortcut.
     QMetaObject::Connection hotkeyCancellable;
     QMetaObject::Connection hotkeyEnabledCancellable;

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "OCRService.h"
 
+#include "GlobalQueue.h"
 #include "Platform/Platform.h"
 
-#include <QThreadPool>
+#include <QCoreApplication>
+
+#include <new>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -45,44 +49,99 @@ QString joinedText(const QList<RecognizedTextObservation> &observations)
     return lines.join(u'\n');
 }
 
-void deliver(const OCRService::Completion &completion, RecognitionOutcome outcome)
+/// What the user is told of a failure that is not the recognizer's own.
+RecognitionError errorOf(const std::exception &failure)
 {
-    Platform::current().mainQueue->async(
-        [completion, outcome = std::move(outcome)] { completion(outcome); });
+    if (dynamic_cast<const std::bad_alloc *>(&failure)) {
+        return RecognitionError(QCoreApplication::translate(
+            "OCRService",
+            "There is not enough memory to read the picture. Close some programs and try again."));
+    }
+    if (dynamic_cast<const std::system_error *>(&failure)) {
+        return RecognitionError(QCoreApplication::translate(
+            "OCRService",
+            "The system cannot start any more work. Close some programs and try again."));
+    }
+    return RecognitionError(
+        QCoreApplication::translate("OCRService", "Reading the picture failed unexpectedly."));
 }
-} // namespace
 
-void OCRService::recognize(const QImage &image, const Completion &completion)
+/// One recognition: its request, and how its outcome gets back to the main thread.
+class Recognition
 {
-    auto request = std::make_shared<TextRecognitionRequest>();
-    request->completionHandler = [completion](const TextRecognitionRequest &performed,
-                                              const std::optional<RecognitionError> &error) {
-        if (error) {
-            deliver(completion, OCRError::vision(*error));
-            return;
-        }
-        const QString text = joinedText(performed.results);
-        deliver(completion,
-                text.isEmpty() ? RecognitionOutcome(OCRError::noText()) : RecognitionOutcome(text));
-    };
-    request->recognitionLevel = RecognitionLevel::Accurate;
-    request->usesLanguageCorrection = true;
-    request->automaticallyDetectsLanguage = true;
-
-    TextRecognizer &recognizer = *Platform::current().textRecognizer;
-    const QStringList languages = usableLanguages(recognizer, *request);
-    if (!languages.isEmpty()) {
-        request->recognitionLanguages = languages;
+public:
+    Recognition(OCRService::Completion completion, std::stop_token stop)
+        : m_completion(std::move(completion))
+        , m_stop(std::move(stop))
+    {
     }
 
-    QThreadPool::globalInstance()->start([request, image, completion, &recognizer] {
+    void deliver(RecognitionOutcome outcome) const
+    {
+        Platform::current().mainQueue->async(
+            [completion = m_completion, stop = m_stop, outcome = std::move(outcome)] {
+                // Here, as it may have been stopped while the outcome waited its turn.
+                if (!stop.stop_requested()) {
+                    completion(outcome);
+                }
+            });
+    }
+
+    void perform(TextRecognizer &recognizer, const QImage &image)
+    {
         try {
-            recognizer.perform(*request, image);
+            recognizer.perform(request, image);
         } catch (const RecognitionError &error) {
-            deliver(completion, OCRError::vision(error));
-        } catch (const std::exception &error) {
-            deliver(completion,
-                    OCRError::vision(RecognitionError(QString::fromUtf8(error.what()))));
+            deliver(OCRError::vision(error));
+        } catch (const std::exception &failure) {
+            deliver(OCRError::vision(errorOf(failure)));
         }
-    });
+    }
+
+    TextRecognitionRequest request;
+
+private:
+    const OCRService::Completion m_completion;
+    const std::stop_token m_stop;
+};
+} // namespace
+
+void OCRService::recognize(const QImage &image, const Completion &completion,
+                           const std::stop_token &stop)
+{
+    const auto recognition = std::make_shared<Recognition>(completion, stop);
+    TextRecognitionRequest &request = recognition->request;
+    request.completionHandler =
+        [recognition = recognition.get()](const TextRecognitionRequest &performed,
+                                          const std::optional<RecognitionError> &error) {
+            if (error) {
+                recognition->deliver(OCRError::vision(*error));
+                return;
+            }
+            const QString text = joinedText(performed.results);
+            recognition->deliver(text.isEmpty() ? RecognitionOutcome(OCRError::noText())
+                                                : RecognitionOutcome(text));
+        };
+    request.recognitionLevel = RecognitionLevel::Accurate;
+    request.usesLanguageCorrection = true;
+    request.automaticallyDetectsLanguage = true;
+    request.stop = stop;
+
+    TextRecognizer &recognizer = *Platform::current().textRecognizer;
+    const QStringList languages = usableLanguages(recognizer, request);
+    if (!languages.isEmpty()) {
+        request.recognitionLanguages = languages;
+    }
+
+    try {
+        GlobalQueue::shared().async(
+            [recognition, image, &recognizer] { recognition->perform(recognizer, image); });
+    } catch (const std::system_error &failure) {
+        recognition->deliver(OCRError::vision(errorOf(failure)));
+    }
+}
+
+void OCRService::waitForDone()
+{
+    GlobalQueue::shared().waitForDone();
 }

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <variant>
 
 /// Why an image gave no text.
@@ -54,6 +55,11 @@ using Completion = std::function<void(const RecognitionOutcome &)>;
 
 /// Reads `image` off the main thread and calls `completion` on it later, never from within this
 /// call: with the lines, in the recognizer's order, joined by line feeds, or with an error. A
-/// recognizer that fails in both of its ways at once is reported twice.
-void recognize(const QImage &image, const Completion &completion);
+/// recognizer that fails in both of its ways at once is reported twice. Once `stop` is requested,
+/// on the main thread, `completion` is no longer called, and the work ends soon. Main thread only.
+void recognize(const QImage &image, const Completion &completion, const std::stop_token &stop = {});
+
+/// Returns when no recognition is under way any more; the completions may still be to come. Main
+/// thread only.
+void waitForDone();
 } // namespace OCRService

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppDelegate.h"
+#include "OCRService.h"
 #include "Platform/DesktopPlatform.h"
 #include "Platform/Platform.h"
 #include "Platform/ProcessEnd.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 #include <QPointer>
-#include <QThreadPool>
 
 #include <cstdio>
 #include <exception>
@@ -40,10 +40,11 @@ int run(Platform &platform)
     platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
     const ExitGuard exitGuard([&platform] { platform.userDefaults->flush(); });
     const int status = QApplication::exec();
-    service.setActionHandler(nullptr);
+    // At once: a start from now on is the first again, not one that gets no answer.
+    service.release();
     delegate.reset();
-    // A recognition under way still uses the platform.
-    QThreadPool::globalInstance()->waitForDone();
+    // A recognition under way, which the delegate has stopped, still uses the platform.
+    OCRService::waitForDone();
     return status;
 }
 } // namespace

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "CaptureFixture.h"
 
+#include "OCRService.h"
 #include "OverlayPanel.h"
 #include "SelectorView.h"
 #include "Settings.h"
 
 #include <QTest>
-#include <QThreadPool>
 
 #include <chrono>
 
@@ -43,7 +43,7 @@ void CaptureFixture::cleanup()
 
 void CaptureFixture::cleanupTestCase()
 {
-    QThreadPool::globalInstance()->waitForDone();
+    OCRService::waitForDone();
 }
 
 void CaptureFixture::select()
@@ -57,7 +57,7 @@ void CaptureFixture::select()
 
 void CaptureFixture::settle()
 {
-    QThreadPool::globalInstance()->waitForDone();
+    OCRService::waitForDone();
     QCoreApplication::sendPostedEvents();
 }
 

@@ -28,7 +28,12 @@ private Q_SLOTS:
     void leavesTheClipboardAloneOnAnError();
     void readsTheModeWhenTheTextIsThere();
     void recognizesWhileAnotherSelectionIsOpen();
+    void aNewPictureSupersedesTheOneBeingRead();
+    void anOlderResultNeverComesAfterANewerOne();
+    void whatIsSeenIsNotSuperseded();
+    void aFailedGrabSupersedesNothing();
     void dropsTheResultWhenTheDelegateIsGone();
+    void stopsTheRecognitionWhenTheDelegateGoes();
     void dropsTheSelectionWhenTheDelegateIsGone();
     void preparesTheRecognizerWhileTheUserDrags();
 };
@@ -212,8 +217,79 @@ void CaptureFlowTest::recognizesWhileAnotherSelectionIsOpen()
     QCOMPARE(m_platform->pasteboard.clearCount, 2);
 }
 
+void CaptureFlowTest::aNewPictureSupersedesTheOneBeingRead()
+{
+    m_platform->textRecognizer.hold();
+    button().leftClick();
+    select();
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 1);
+    button().leftClick();
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"newer"_s)};
+    select();
+    QTRY_COMPARE(m_platform->textRecognizer.stopCount(), 1);
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 2);
+    m_platform->textRecognizer.release();
+    settle();
+    QCOMPARE(m_platform->pasteboard.text, u"newer"_s);
+    QCOMPARE(m_platform->pasteboard.clearCount, 1);
+    QVERIFY(m_platform->systemLog.lines.isEmpty());
+}
+
+void CaptureFlowTest::anOlderResultNeverComesAfterANewerOne()
+{
+    // Even if the older one cannot be stopped any more.
+    m_platform->textRecognizer.ignoresStop = true;
+    m_platform->textRecognizer.hold();
+    button().leftClick();
+    select();
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 1);
+    button().leftClick();
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"newer"_s)};
+    select();
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 2);
+    m_platform->textRecognizer.release(2);
+    QTRY_COMPARE(m_platform->pasteboard.text, u"newer"_s);
+    m_platform->textRecognizer.release(1);
+    settle();
+    QCOMPARE(m_platform->pasteboard.text, u"newer"_s);
+    QCOMPARE(m_platform->pasteboard.clearCount, 1);
+}
+
+void CaptureFlowTest::whatIsSeenIsNotSuperseded()
+{
+    capture();
+    capture();
+    QCOMPARE(m_platform->pasteboard.clearCount, 2);
+    QCOMPARE(m_platform->textRecognizer.stopCount(), 0);
+}
+
+void CaptureFlowTest::aFailedGrabSupersedesNothing()
+{
+    m_platform->textRecognizer.hold();
+    button().leftClick();
+    select();
+    m_platform->screenRecording.nextImage = QImage();
+    button().leftClick();
+    select();
+    m_platform->textRecognizer.release();
+    settle();
+    QCOMPARE(m_platform->pasteboard.text, u"Hello\nworld"_s);
+}
+
+void CaptureFlowTest::stopsTheRecognitionWhenTheDelegateGoes()
+{
+    m_platform->textRecognizer.hold();
+    button().leftClick();
+    select();
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 1);
+    m_delegate.reset();
+    settle();
+    QCOMPARE(m_platform->textRecognizer.stopCount(), 1);
+}
+
 void CaptureFlowTest::dropsTheResultWhenTheDelegateIsGone()
 {
+    m_platform->textRecognizer.ignoresStop = true;
     m_platform->textRecognizer.hold();
     button().leftClick();
     select();

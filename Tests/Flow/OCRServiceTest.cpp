@@ -5,7 +5,10 @@
 
 #include <QTest>
 #include <QThread>
-#include <QThreadPool>
+
+#include <pthread.h>
+#include <stdexcept>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -28,9 +31,14 @@ private Q_SLOTS:
     void reportsTheRecognizersErrors_data();
     void reportsTheRecognizersErrors();
     void runsSeveralAtOnce();
+    void tellsFailuresInSentences_data();
+    void tellsFailuresInSentences();
+    void tellsThatThereIsNoThread();
+    void endsWhenItIsStopped();
+    void answersNoMoreOnceItIsStopped();
 
 private:
-    void recognize();
+    void recognize(const std::stop_token &stop = {});
 
     std::unique_ptr<FakePlatform> m_platform;
     QList<RecognitionOutcome> m_outcomes;
@@ -42,10 +50,11 @@ void OCRServiceTest::init()
     m_outcomes.clear();
 }
 
-void OCRServiceTest::recognize()
+void OCRServiceTest::recognize(const std::stop_token &stop)
 {
-    OCRService::recognize(m_platform->screenRecording.nextImage,
-                          [this](const RecognitionOutcome &outcome) { m_outcomes << outcome; });
+    OCRService::recognize(
+        m_platform->screenRecording.nextImage,
+        [this](const RecognitionOutcome &outcome) { m_outcomes << outcome; }, stop);
 }
 
 void OCRServiceTest::joinsTheLinesInTheRecognizersOrder()
@@ -185,7 +194,7 @@ void OCRServiceTest::reportsTheRecognizersErrors()
     recognize();
     QTRY_COMPARE(m_outcomes.size(), reports);
     // Whatever else the worker would deliver is delivered by now.
-    QThreadPool::globalInstance()->waitForDone();
+    OCRService::waitForDone();
     QCoreApplication::sendPostedEvents();
     QCOMPARE(m_outcomes.size(), reports);
     for (const RecognitionOutcome &outcome : m_outcomes) {
@@ -206,6 +215,80 @@ void OCRServiceTest::runsSeveralAtOnce()
     m_platform->textRecognizer.release();
     m_platform->textRecognizer.release();
     QTRY_COMPARE(m_outcomes.size(), 2);
+}
+
+void OCRServiceTest::tellsFailuresInSentences_data()
+{
+    QTest::addColumn<std::function<void()>>("fail");
+    QTest::addColumn<QString>("sentence");
+    QTest::newRow("no memory") << std::function<void()>([] {
+        throw std::bad_alloc();
+    }) << u"There is not enough memory to read the picture. Close some programs and try again."_s;
+    QTest::newRow("no thread") << std::function<void()>([] {
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    }) << u"The system cannot start any more work. Close some programs and try again."_s;
+    QTest::newRow("anything else")
+        << std::function<void()>([] { throw std::logic_error("vector::_M_range_check"); })
+        << u"Reading the picture failed unexpectedly."_s;
+}
+
+void OCRServiceTest::tellsFailuresInSentences()
+{
+    QFETCH(std::function<void()>, fail);
+    QFETCH(QString, sentence);
+    m_platform->textRecognizer.throwFailure = fail;
+    recognize();
+    QTRY_COMPARE(m_outcomes.size(), 1);
+    const auto error = std::get<OCRError>(m_outcomes[0]);
+    QCOMPARE(error.value(), OCRError::Case::vision);
+    QCOMPARE(error.underlying()->localizedDescription(), sentence);
+}
+
+void OCRServiceTest::tellsThatThereIsNoThread()
+{
+    // No address space holds such a stack, so that no thread can be started.
+    pthread_attr_t usual;
+    QCOMPARE(pthread_getattr_default_np(&usual), 0);
+    pthread_attr_t endless = usual;
+    QCOMPARE(pthread_attr_setstacksize(&endless, std::size_t(1) << 50), 0);
+    QCOMPARE(pthread_setattr_default_np(&endless), 0);
+    recognize();
+    QCOMPARE(pthread_setattr_default_np(&usual), 0);
+    QVERIFY(m_outcomes.isEmpty());
+    QTRY_COMPARE(m_outcomes.size(), 1);
+    QCOMPARE(std::get<OCRError>(m_outcomes[0]).value(), OCRError::Case::vision);
+    QCOMPARE(m_platform->textRecognizer.performCount(), 0);
+    // Nothing is left that a quit would wait for, and the next one is read.
+    OCRService::waitForDone();
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"text"_s)};
+    recognize();
+    QTRY_COMPARE(m_outcomes.size(), 2);
+    QCOMPARE(std::get<QString>(m_outcomes[1]), u"text"_s);
+}
+
+void OCRServiceTest::endsWhenItIsStopped()
+{
+    m_platform->textRecognizer.hold();
+    std::stop_source source;
+    recognize(source.get_token());
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 1);
+    source.request_stop();
+    OCRService::waitForDone();
+    QCOMPARE(m_platform->textRecognizer.stopCount(), 1);
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(m_outcomes.isEmpty());
+}
+
+void OCRServiceTest::answersNoMoreOnceItIsStopped()
+{
+    std::stop_source source;
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"text"_s)};
+    recognize(source.get_token());
+    // Its outcome waits for the main thread's turn.
+    OCRService::waitForDone();
+    source.request_stop();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(m_outcomes.isEmpty());
 }
 
 QTEST_MAIN(OCRServiceTest)

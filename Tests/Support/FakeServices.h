@@ -6,11 +6,14 @@
 #include <QMenu>
 #include <QPointer>
 #include <QRectF>
-#include <QSemaphore>
 #include <QStringList>
 #include <QWidget>
 
+#include <atomic>
+#include <condition_variable>
+#include <functional>
 #include <mutex>
+#include <stop_token>
 
 /// Fakes of the desktop's services. Each answers what a test told it to and remembers what was
 /// asked of it; all fields are free to read and set.
@@ -288,10 +291,34 @@ public:
     std::optional<RecognitionError> nextError;
     /// Set: `perform` throws it.
     std::optional<RecognitionError> nextThrow;
+    /// Set: `perform` calls it in place of answering, so that it may throw anything.
+    std::function<void()> throwFailure;
 
-    /// Makes the recognitions from now on wait, each for one `release`.
+    /// Set: a request that is stopped goes on all the same.
+    bool ignoresStop = false;
+
+    /// Makes the recognitions from now on wait, each for one `release` or until it is stopped.
     void hold() { m_holds = true; }
-    void release() { m_gate.release(); }
+    /// Lets one go on, whichever.
+    void release()
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_releases;
+        m_released.notify_all();
+    }
+    /// Lets the one that was begun as the `number`th go on, from 1.
+    void release(int number)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_releasedNumbers << number;
+        m_released.notify_all();
+    }
+    /// Requests that ended because they were stopped.
+    int stopCount() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_stopCount;
+    }
 
     /// The last request as it was configured.
     TextRecognitionRequest lastRequest() const
@@ -315,16 +342,23 @@ public:
 
     void perform(TextRecognitionRequest &request, const QImage &) override
     {
+        QList<RecognizedTextObservation> results;
         {
-            const std::lock_guard lock(m_mutex);
+            std::unique_lock lock(m_mutex);
             m_lastRequest = request;
-            ++m_performCount;
+            const int number = ++m_performCount;
+            results = nextResults;
+            const bool isReleased = !m_holds || waitForRelease(lock, request.stop, number);
+            if (!isReleased) {
+                ++m_stopCount;
+                return;
+            }
         }
-        if (m_holds) {
-            m_gate.acquire();
+        if (throwFailure) {
+            throwFailure();
         }
         if (!nextThrow || nextError) {
-            request.results = nextResults;
+            request.results = results;
             request.completionHandler(request, nextError);
         }
         if (nextThrow) {
@@ -336,11 +370,29 @@ public:
     static RecognizedTextObservation line(const QString &text) { return {QRectF(), {{text, 0.9}}}; }
 
 private:
+    /// False if it was stopped before.
+    bool waitForRelease(std::unique_lock<std::mutex> &lock, const std::stop_token &stop, int number)
+    {
+        const auto isReleased = [this, number] {
+            return m_releases > 0 || m_releasedNumbers.contains(number);
+        };
+        if (!m_released.wait(lock, ignoresStop ? std::stop_token() : stop, isReleased)) {
+            return false;
+        }
+        if (!m_releasedNumbers.removeOne(number)) {
+            --m_releases;
+        }
+        return true;
+    }
+
     mutable std::mutex m_mutex;
+    std::condition_variable_any m_released;
     TextRecognitionRequest m_lastRequest;
     int m_performCount = 0;
+    int m_stopCount = 0;
+    int m_releases = 0;
+    QList<int> m_releasedNumbers;
     std::atomic<bool> m_holds = false;
-    QSemaphore m_gate;
 };
 
 class FakeSystemSounds : public SystemSounds
@@ -472,7 +524,10 @@ public:
     QStringList forwarded;
     ActionHandler handler;
 
+    bool isReleased = false;
+
     Claim claim() override { return answer; }
+    void release() override { isReleased = true; }
     bool forward(const QString &action) override
     {
         forwarded << action;

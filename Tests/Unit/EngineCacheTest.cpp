@@ -84,6 +84,34 @@ private Q_SLOTS:
         QVERIFY(engines.engine(u"eng"_s, Dictionary::Without));
     }
 
+    void unreadableModelsAreToldAndRemembered()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"eng.traineddata"_s);
+        const auto write = [&path](const QByteArray &bytes) {
+            QFile file(path);
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        };
+        QVERIFY(write(QByteArray(1000, 'x')));
+        EngineCache engines{ModelFolder(folder.path())};
+        // Nobody has asked for it.
+        QVERIFY(engines.has(u"eng"_s));
+        QVERIFY(engines.unreadable().isEmpty());
+        QVERIFY_THROWS_EXCEPTION(UnreadableModel, engines.engine(u"eng"_s, Dictionary::Without));
+        QVERIFY(!engines.has(u"eng"_s));
+        QVERIFY(engines.readable().isEmpty());
+        QCOMPARE(engines.unreadable(), QStringList{u"eng"_s});
+        QCOMPARE(engines.count(), std::size_t(0));
+
+        // Installed again, it is another file.
+        QFile whole(ModelFolder().path() + u"/eng.traineddata"_s);
+        QVERIFY(whole.open(QIODevice::ReadOnly));
+        QVERIFY(write(whole.readAll()));
+        QVERIFY(engines.has(u"eng"_s));
+        QVERIFY(engines.unreadable().isEmpty());
+        QVERIFY(engines.engine(u"eng"_s, Dictionary::Without));
+    }
+
     void missingModelsMayBeAskedForByManyAtOnce()
     {
         EngineCache engines{ModelFolder()};

@@ -4,6 +4,8 @@
 
 #include "TextRecognition/TesseractTextRecognizer.h"
 
+#include "TextRecognition/Effort.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFontDatabase>
@@ -15,9 +17,11 @@
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -84,6 +88,67 @@ bool hasModels(const QStringList &models)
     });
 }
 
+QString modelFile(const QString &model)
+{
+    return u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model);
+}
+
+bool install(const QTemporaryDir &folder, const QString &model)
+{
+    return QFile::link(modelFile(model), folder.filePath(model + u".traineddata"_s));
+}
+
+/// The first half of the model, as an installation that was broken off leaves it.
+bool installDamaged(const QTemporaryDir &folder, const QString &model)
+{
+    QFile whole(modelFile(u"eng"_s));
+    QFile damaged(folder.filePath(model + u".traineddata"_s));
+    if (!whole.open(QIODevice::ReadOnly) || !damaged.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    const QByteArray half = whole.read(whole.size() / 2);
+    return damaged.write(half) == half.size();
+}
+
+constexpr std::chrono::nanoseconds endless = std::chrono::hours(1'000);
+constexpr int never = -1;
+
+/// A clock that runs by one on each thread that asks for it, and may stop a recognition then.
+std::atomic<int> ticks = 0;
+std::atomic<int> stopAt = never;
+std::stop_source source;
+std::chrono::nanoseconds budget = endless;
+
+std::chrono::nanoseconds tickClock()
+{
+    thread_local int mine = 0;
+    if (++ticks == stopAt) {
+        source.request_stop();
+    }
+    return std::chrono::nanoseconds(++mine);
+}
+
+constexpr int fullPageLines = 12;
+
+QImage fullPage()
+{
+    QStringList lines;
+    for (int i = 0; i < fullPageLines; ++i) {
+        lines << u"The quick brown fox jumps over %1 lazy dogs"_s.arg(i + 10);
+    }
+    return page(lines);
+}
+
+/// How often reading the picture asks for the time.
+int ticksOf(const QImage &image)
+{
+    TesseractTextRecognizer recognizer(
+        {}, [](qint64) { return endless; }, &tickClock);
+    ticks = 0;
+    read(recognizer, image);
+    return ticks;
+}
+
 } // namespace
 
 class TesseractTextRecognizerTest : public QObject
@@ -125,29 +190,134 @@ private Q_SLOTS:
     void theSupportedListIsWhatIsInstalledNow()
     {
         const QTemporaryDir folder;
-        const auto install = [&folder](const QString &model) {
-            return QFile::link(u"/usr/share/tesseract-ocr/5/tessdata/%1.traineddata"_s.arg(model),
-                               folder.filePath(model + u".traineddata"_s));
-        };
         TesseractTextRecognizer recognizer(folder.path());
-        QVERIFY(install(u"eng"_s));
+        QVERIFY(install(folder, u"eng"_s));
         QCOMPARE(recognizer.supportedRecognitionLanguages({}), QStringList{u"en-US"_s});
-        QVERIFY(install(u"ara"_s));
+        QVERIFY(install(folder, u"ara"_s));
         QCOMPARE(recognizer.supportedRecognitionLanguages({}),
                  (QStringList{u"ar-SA"_s, u"ars-SA"_s, u"en-US"_s}));
     }
 
-    void aBrokenModelReadsNothing()
+    void aDamagedModelIsNamed_data()
     {
-        const QTemporaryDir folder;
-        QFile file(folder.filePath(u"eng.traineddata"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray(1000, 'x'));
-        file.close();
-        TesseractTextRecognizer recognizer(folder.path());
-        QVERIFY(read(recognizer, page({u"some text"_s})).isEmpty());
+        QTest::addColumn<QStringList>("damaged");
+        QTest::addColumn<QStringList>("whole");
+        QTest::newRow("the only one") << QStringList{u"eng"_s} << QStringList();
+        QTest::newRow("the only Latin one") << QStringList{u"eng"_s} << QStringList{u"ara"_s};
+        QTest::newRow("all of several") << QStringList{u"deu"_s, u"eng"_s} << QStringList();
     }
 
+    void aDamagedModelIsNamed()
+    {
+        QFETCH(QStringList, damaged);
+        QFETCH(QStringList, whole);
+        const QTemporaryDir folder;
+        for (const QString &model : damaged) {
+            QVERIFY(installDamaged(folder, model));
+        }
+        for (const QString &model : whole) {
+            QVERIFY(install(folder, model));
+        }
+        TesseractTextRecognizer recognizer(folder.path());
+        recognizer.prepare();
+        // Each time, not only when the damage is found.
+        for (int round = 0; round < 2; ++round) {
+            try {
+                const QStringList lines = read(recognizer, page({u"some text of words"_s}));
+                QFAIL(qPrintable(u"read: "_s + lines.join(u' ')));
+            } catch (const RecognitionError &error) {
+                const QString sentence = error.localizedDescription();
+                for (const QString &model : damaged) {
+                    QVERIFY2(sentence.contains(u'“' + model + u'”'), qPrintable(sentence));
+                }
+                QVERIFY2(sentence.endsWith(u"again."_s), qPrintable(sentence));
+            }
+        }
+    }
+
+    void theOthersGoOnWithoutADamagedModel()
+    {
+        if (!hasModels({u"deu"_s})) {
+            QSKIP("needs the German model");
+        }
+        const QTemporaryDir folder;
+        QVERIFY(installDamaged(folder, u"eng"_s));
+        QVERIFY(installDamaged(folder, u"Latin"_s));
+        QVERIFY(install(folder, u"deu"_s));
+        TesseractTextRecognizer recognizer(folder.path());
+        const QString text = u"Die Datei konnte nicht gelesen werden"_s;
+        QCOMPARE(read(recognizer, page({text})), QStringList{text});
+        QVERIFY(!recognizer.supportedRecognitionLanguages({}).contains(u"en-US"_s));
+    }
+
+    void aStoppedRequestEndsWithoutAnAnswer()
+    {
+        TesseractTextRecognizer recognizer;
+        TextRecognitionRequest request;
+        bool called = false;
+        request.completionHandler = [&called](const TextRecognitionRequest &,
+                                              const std::optional<RecognitionError> &) {
+            called = true;
+        };
+        std::stop_source source;
+        source.request_stop();
+        request.stop = source.get_token();
+        recognizer.perform(request, page({u"some text"_s}));
+        QVERIFY(!called);
+        QVERIFY(request.results.isEmpty());
+        // It is as good as before.
+        QCOMPARE(read(recognizer, page({u"some text"_s})), QStringList{u"some text"_s});
+    }
+
+    void aRequestIsStoppedAnywhere()
+    {
+        const QImage image = fullPage();
+        const int all = ticksOf(image);
+        for (const int tenths : {0, 1, 2, 4, 6, 8, 9}) {
+            TesseractTextRecognizer recognizer(
+                {}, [](qint64) { return budget; }, &tickClock);
+            TextRecognitionRequest request;
+            bool called = false;
+            request.completionHandler = [&called](const TextRecognitionRequest &,
+                                                  const std::optional<RecognitionError> &) {
+                called = true;
+            };
+            source = {};
+            request.stop = source.get_token();
+            ticks = 0;
+            stopAt = all * tenths / 10 + 1;
+            recognizer.perform(request, image);
+            const int late = ticks - stopAt;
+            stopAt = never;
+            QVERIFY(source.stop_requested());
+            QVERIFY(!called);
+            // Every thread meets it at its next checkpoint, before it asks for the time again; it
+            // does once more as it ends.
+            QVERIFY2(late <= 4, qPrintable(QString::number(late)));
+        }
+    }
+
+    void aSpentBudgetLeavesWhatWasRead()
+    {
+        const QImage image = fullPage();
+        const int all = ticksOf(image);
+        budget = std::chrono::nanoseconds(all * 2 / 3);
+        TesseractTextRecognizer bounded(
+            {}, [](qint64) { return budget; }, &tickClock);
+        ticks = 0;
+        const QStringList some = read(bounded, image);
+        // Hardly more than the budget.
+        QVERIFY2(ticks < all * 4 / 5, qPrintable(u"%1 of %2"_s.arg(ticks).arg(all)));
+        QVERIFY2(!some.isEmpty(), "nothing of it was read");
+        for (const QString &line : some) {
+            QVERIFY2(line.startsWith(u"The quick brown"_s), qPrintable(line));
+        }
+        // Without any, nothing is read, and the next picture is.
+        budget = 0ns;
+        QVERIFY(read(bounded, image).isEmpty());
+        budget = endless;
+        QCOMPARE(read(bounded, image).size(), fullPageLines);
+    }
     void linesComeInOrderWithTheirPlaces()
     {
         TesseractTextRecognizer recognizer;

@@ -32,13 +32,7 @@ FreedesktopApplicationService::FreedesktopApplicationService(QString application
 
 FreedesktopApplicationService::~FreedesktopApplicationService()
 {
-    if (!m_claimed) {
-        return;
-    }
-    if (auto bus = sessionBus()) {
-        bus->unregisterService(m_applicationId);
-        bus->unregisterObject(objectPath());
-    }
+    FreedesktopApplicationService::release();
 }
 
 QString FreedesktopApplicationService::objectPath() const
@@ -65,6 +59,18 @@ ApplicationService::Claim FreedesktopApplicationService::claim()
     }
     m_claimed = true;
     return Claim::First;
+}
+
+void FreedesktopApplicationService::release()
+{
+    m_handler = nullptr;
+    if (!std::exchange(m_claimed, false)) {
+        return;
+    }
+    if (auto bus = sessionBus()) {
+        bus->unregisterService(m_applicationId);
+        bus->unregisterObject(objectPath());
+    }
 }
 
 bool FreedesktopApplicationService::forward(const QString &action)

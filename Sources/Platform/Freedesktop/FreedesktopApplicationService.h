@@ -17,6 +17,7 @@ public:
     ~FreedesktopApplicationService() override;
 
     Claim claim() override;
+    void release() override;
     bool forward(const QString &action) override;
     void setActionHandler(ActionHandler handler) override;
 

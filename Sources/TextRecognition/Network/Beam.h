@@ -28,6 +28,8 @@ struct Node
     int prefix = 0;
     /// The node of the column before.
     int previous = nowhere;
+    /// The last node before it that completes a character.
+    int lastCharacter = nowhere;
     /// Places in the word lists, in the search's store.
     int places = nowhere;
     WordKind kind = WordKind::Unlisted;

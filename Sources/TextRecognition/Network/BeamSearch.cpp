@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "BeamSearch.h"
 
+#include "Effort.h"
+
 #include <algorithm>
 
 namespace recognition {
@@ -13,6 +15,9 @@ constexpr float unlistedFactor = 2.25F;
 
 /// What no listed word may be below in any column.
 constexpr float leastListed = -25.0F / 7;
+
+/// A column takes some hundredths of a millisecond.
+constexpr int columnsBetweenChecks = 16;
 
 /// By the number of codes that a character has so far.
 constexpr int widthOf(int length)
@@ -44,6 +49,7 @@ Node BeamSearch::after(const Kept *from, int code, int id, float certainty, bool
     node.previous = from ? from->node : nowhere;
     node.certainty = certainty;
     node.score = certainty + (previous ? previous->score : 0);
+    node.lastCharacter = from ? lastCharacter(from->node) : nowhere;
     node.isRepeat = isRepeat;
     node.hash = previous ? previous->hash : 0;
     if (!isRepeat && code != m_nothing) {
@@ -182,13 +188,15 @@ void BeamSearch::pushStart(Node node, Next next)
     }
 }
 
+/// The last node up to `node` that completes a character. Walking there over what completes none
+/// would take the longer, the longer the line.
 int BeamSearch::lastCharacter(int node) const
 {
-    while (node != nowhere && (m_nodes[std::size_t(node)].id == Alphabet::none ||
-                               m_nodes[std::size_t(node)].isRepeat)) {
-        node = m_nodes[std::size_t(node)].previous;
+    if (node == nowhere) {
+        return nowhere;
     }
-    return node;
+    const Node &at = m_nodes[std::size_t(node)];
+    return at.id == Alphabet::none || at.isRepeat ? at.lastCharacter : node;
 }
 
 void BeamSearch::pushListed(const BeamKey &key, int code, int id, float certainty, const Kept *from)
@@ -204,7 +212,7 @@ void BeamSearch::pushListed(const BeamKey &key, int code, int id, float certaint
     if (!listed.takes(node.score, widthOf(0)) && !unlisted.takes(node.score, widthOf(0))) {
         return;
     }
-    const int at = lastCharacter(node.previous);
+    const int at = node.lastCharacter;
     const Node *last = at == nowhere ? nullptr : &m_nodes[std::size_t(at)];
     if (id == Alphabet::space) {
         if (last && last->endsWord) {
@@ -309,6 +317,9 @@ int BeamSearch::bestEnd() const
 std::vector<const Node *> BeamSearch::run()
 {
     for (int column = 0; column < m_shares.columns; ++column) {
+        if (column % columnsBetweenChecks == 0) {
+            checkpoint();
+        }
         step(column);
     }
     std::vector<const Node *> path;

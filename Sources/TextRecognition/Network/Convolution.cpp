@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Convolution.h"
 
+#include "Effort.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -93,6 +95,7 @@ Activations Convolution::convolved(const Activations &input) const
 
 void Convolution::poolRow(const Activations &input, int row, Activations &output) const
 {
+    checkpoint();
     const ByteMatrix &matrix = m_weights->matrix();
     const int across = m_pool->across();
     const int first = row * m_pool->down();

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Engine.h"
 
+#include "Effort.h"
 #include "Glyph.h"
 #include "LineWords.h"
 #include "Resample.h"
+#include "TextEvidence.h"
 
 #include <algorithm>
 #include <array>
@@ -59,6 +61,7 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
     TrainedData data = folder.read(model, dictionary);
     ByteReader reader(data.part(TrainedData::Network));
     std::optional<Network> network = Network::read(reader);
+    checkpoint();
     std::optional<Alphabet> alphabet =
         Alphabet::read(data.part(TrainedData::Characters), data.part(TrainedData::Codes));
     // After the network: its description and how it was trained.
@@ -170,6 +173,9 @@ std::vector<Reading> Engine::readParts(const std::vector<Part> &parts) const
                          m_network.columnWidth() / part.scale(m_network.lineHeight()),
                          shares.columns, characters},
                         m_alphabet);
+        if (Effort *effort = Effort::current(); effort && isSurelyText(readings[inked[k]])) {
+            effort->foundText();
+        }
     }
     return readings;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Layers.h"
 
+#include "Effort.h"
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -41,6 +43,7 @@ Lines Series::forward(const Lines &inputs) const
 {
     Lines values = m_layers.front()->forward(inputs);
     for (std::size_t i = 1; i < m_layers.size(); ++i) {
+        checkpoint();
         values = m_layers[i]->forward(values);
     }
     return values;
@@ -90,6 +93,7 @@ Lines Parallel::forward(const Lines &inputs) const
     std::vector<Lines> parts;
     parts.reserve(m_layers.size());
     for (const auto &layer : m_layers) {
+        checkpoint();
         parts.push_back(layer->forward(inputs));
     }
     Lines outputs;
@@ -287,6 +291,7 @@ Activations FullyConnected::weighed(const Activations &input) const
     const int sumsSize = m_weights.sumsSize();
     std::vector<std::int32_t> sums(std::size_t(sumsSize) * std::size_t(input.width));
     for (int y = 0; y < input.height; ++y) {
+        checkpoint();
         m_weights.multiply(input.at(0, y), input.stride(), input.width, sums.data());
         for (int x = 0; x < input.width; ++x) {
             finish(sums.data() + std::ptrdiff_t(x) * sumsSize, output.at(x, y));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Effort.h"
 #include "Layers.h"
 
 #include <algorithm>
@@ -11,6 +12,9 @@ namespace {
 /// Points whose sums are kept at once: enough to use each weight many times, few enough to stay
 /// in the processor's cache.
 constexpr int pointsAtOnce = 64;
+
+/// A step of as many rows takes some hundredths of a millisecond.
+constexpr int stepsBetweenChecks = 16;
 
 /// The gates below each other, each of whole tiles.
 Weights stacked(const std::vector<Weights> &gates)
@@ -79,6 +83,9 @@ void Memory::readRows(const Activations &input, int firstRow, int rows, Activati
     std::vector<std::int8_t> outputs(states.size(), 0);
     const std::ptrdiff_t nextRow = std::ptrdiff_t(input.width) * input.stride();
     for (int x = 0; x < input.width; ++x) {
+        if (x % stepsBetweenChecks == 0) {
+            checkpoint();
+        }
         m_fromInput.multiply(input.at(x, firstRow), nextRow, rows, sums.data());
         step(sums.data(), rows, states, outputs);
         for (int row = 0; row < rows && (!m_isSummary || x + 1 == input.width); ++row) {
@@ -103,6 +110,7 @@ void Memory::readSingleRows(const Lines &inputs, const std::vector<std::size_t> 
     std::vector<float> states(std::size_t(paddedCells) * lines.size(), 0);
     std::vector<std::int8_t> rowOutputs(states.size(), 0);
     for (int x = 0;;) {
+        checkpoint();
         while (rows > 0 && inputs[lines[std::size_t(rows - 1)]].width <= x) {
             --rows;
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Network.h"
 
+#include "Effort.h"
 #include "NetworkReader.h"
 
 #include <algorithm>
@@ -95,6 +96,7 @@ CodeShares Network::shares(const Activations &line) const
     const int sumsSize = m_output.sumsSize();
     std::vector<std::int32_t> sums(std::size_t(sumsSize) * columnsAtOnce);
     for (int x = 0; x < result.columns; x += columnsAtOnce) {
+        checkpoint();
         const int columns = std::min(columnsAtOnce, result.columns - x);
         m_output.multiply(line.at(x, 0), line.stride(), columns, sums.data());
         for (int i = 0; i < columns; ++i) {

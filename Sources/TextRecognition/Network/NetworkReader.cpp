@@ -2,6 +2,7 @@
 #include "NetworkReader.h"
 
 #include "Convolution.h"
+#include "Effort.h"
 
 #include <array>
 #include <string_view>
@@ -48,6 +49,7 @@ Layers LayerReader::readParts(std::int32_t flags, int depth)
         reader.fail();
     }
     for (std::uint32_t i = 0; i < count && !reader.failed(); ++i) {
+        checkpoint();
         // The input and the last layer are no steps of their own here.
         if (std::unique_ptr<Layer> layer = read(depth + 1)) {
             layers.push_back(std::move(layer));

@@ -1,0 +1,96 @@
+# SPDX-License-Identifier: MIT
+"""A picture that takes long to read: it holds up neither the end of the program nor another one."""
+
+import os
+import random
+import signal
+import unittest
+from pathlib import Path
+
+from support import main
+from support.desktop import Box, Clipboard, points
+from support.page import Page
+from support.program import Program, activate_action, is_on_bus
+from support.waiting import holds_for, wait_until
+
+CLIPBOARD = {"outputMode": "clipboard"}
+TEXT = "Short and quick"
+QUICK_BOX = Box(points(60), points(600), points(520), points(100))
+SLOW_BOX = Box(points(20), points(20), points(1240), points(540))
+
+# Nonsense in several scripts: each line is tried with every model, and read surely by none.
+LETTERS = "жщыюфЯДЦضصثقغعهخحجسшбوлظ字語漢電話機動車国学校한글조선말日本АВЕКМНabcxyzQRS#%&@"
+
+
+def nonsense(count):
+    generator = random.Random(1)
+    return " ".join("".join(generator.choices(LETTERS, k=generator.randrange(2, 9)))
+                    for _ in range(count))
+
+
+def reading_time(program):
+    """Seconds of processor time that the threads beside the main one have taken."""
+    ticks = 0
+    for task in Path(f"/proc/{program.process.pid}/task").iterdir():
+        if int(task.name) == program.process.pid:
+            continue
+        try:
+            fields = (task / "stat").read_text().rpartition(")")[2].split()
+        except (FileNotFoundError, ProcessLookupError):
+            continue
+        ticks += int(fields[11]) + int(fields[12])
+    return ticks / os.sysconf("SC_CLK_TCK")
+
+
+class SlowTest(unittest.TestCase):
+    def begin_slow_capture(self, program, page):
+        Clipboard.put("before")
+        program.capture(page.box)
+        before = reading_time(program)
+        wait_until("the recognition", lambda: reading_time(program) > before + 0.3, 30)
+        self.assertEqual(Clipboard.text(), "before")
+
+    def assert_ends(self, ask):
+        with Page(nonsense(900), SLOW_BOX, points(12)) as page:
+            program = Program(CLIPBOARD)
+            program.start()
+            self.addCleanup(program.process.kill)
+            self.begin_slow_capture(program, page)
+            ask(program)
+            # Before it has ended, the next start is the first.
+            wait_until("the free name on the session bus", lambda: not is_on_bus(), 10)
+            with Program(CLIPBOARD) as second:
+                wait_until("the second start on the session bus", is_on_bus)
+                self.assertTrue(second.is_running())
+                program.wait_for_end(20)
+                program.check()
+            self.assertEqual(Clipboard.text(), "before")
+
+    def test_termination(self):
+        self.assert_ends(lambda program: program.process.send_signal(signal.SIGTERM))
+
+    def test_quit(self):
+        self.assert_ends(lambda _: activate_action("quit"))
+
+    def test_newer_capture(self):
+        with Page(nonsense(900), SLOW_BOX, points(12)) as slow, Page(TEXT, QUICK_BOX) as quick, \
+                Program(CLIPBOARD) as program:
+            self.begin_slow_capture(program, slow)
+            program.capture(quick.box)
+            wait_until("the newer text", lambda: Clipboard.text() == TEXT, 60)
+
+            def is_idle():
+                before = reading_time(program)
+                try:
+                    holds_for("idle", lambda: reading_time(program) <= before, 0.3)
+                except AssertionError:
+                    return False
+                return True
+
+            # Whatever the older one might still bring, it has brought by then.
+            wait_until("the end of all reading", is_idle, 60)
+            self.assertEqual(Clipboard.text(), TEXT)
+
+
+if __name__ == "__main__":
+    main()
