@@ -2,6 +2,7 @@
 #include "PageReader.h"
 
 #include "Effort.h"
+#include "GridReader.h"
 #include "Indentation.h"
 #include "LineReader.h"
 #include "LineTask.h"
@@ -12,6 +13,8 @@
 #include "VerticalText.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace recognition {
 
@@ -107,6 +110,88 @@ void indent(std::vector<PageLine> &lines)
     }
 }
 
+/// Puts what was read of lines in doubtful rows of blocks into them, in place of what the block's
+/// model read there, and takes them out of `tasks`.
+void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tasks)
+{
+    for (GridBlock &block : blocks) {
+        for (GridText &text : block.rows) {
+            const auto stands = [&](const LineTask &task) {
+                return block.holds(task.line().box) && GridBlock::holds(text.row, task.line().box);
+            };
+            Row row;
+            for (std::size_t i = 0; i < tasks.size(); ++i) {
+                if (stands(tasks[i])) {
+                    row.push_back(i);
+                }
+            }
+            if (row.empty()) {
+                continue;
+            }
+            std::ranges::sort(row, {}, [&](std::size_t i) { return tasks[i].line().box.left; });
+            const PageLine line = pageLine(row, tasks);
+            const double column = (line.box.left - block.grid.left) / block.grid.cellWidth;
+            text.text =
+                QString(std::max(0, int(std::lround(column))), u' ') + line.readings.first().text;
+            text.confidence = line.readings.first().confidence;
+            std::erase_if(tasks, stands);
+        }
+    }
+}
+
+std::vector<PageLine> linesOf(const GridBlock &block)
+{
+    std::vector<PageLine> lines;
+    for (const GridText &row : block.rows) {
+        lines.push_back({{block.grid.box.left, row.row.top, block.grid.box.right, row.row.bottom},
+                         {{row.text, row.confidence}},
+                         block.model});
+    }
+    return lines;
+}
+
+/// Everything in reading order. A block is read as a whole.
+std::vector<PageLine> inOrder(const std::vector<LineTask> &tasks,
+                              const std::vector<GridBlock> &blocks)
+{
+    std::vector<Piece> pieces;
+    pieces.reserve(tasks.size() + blocks.size());
+    for (const LineTask &task : tasks) {
+        pieces.push_back({task.line().box, task.line().letterHeight,
+                          countLetters(task.best.text(), Script::Arabic).own > 0});
+    }
+    for (const GridBlock &block : blocks) {
+        pieces.push_back({block.grid.box, int(std::lround(block.grid.cellWidth)), false});
+    }
+    std::vector<PageLine> result;
+    std::vector<PageLine> loose;
+    const auto finishLoose = [&] {
+        indent(loose);
+        std::ranges::move(loose, std::back_inserter(result));
+        loose.clear();
+    };
+    for (const Row &row : readingOrder(pieces)) {
+        Row cells;
+        for (const std::size_t i : row) {
+            if (i < tasks.size()) {
+                cells.push_back(i);
+                continue;
+            }
+            if (!cells.empty()) {
+                loose.push_back(pageLine(cells, tasks));
+                cells.clear();
+            }
+            finishLoose();
+            std::ranges::move(linesOf(blocks[i - tasks.size()]), std::back_inserter(result));
+        }
+        if (!cells.empty()) {
+            loose.push_back(pageLine(cells, tasks));
+        }
+    }
+    finishLoose();
+    return result;
+}
+
 } // namespace
 
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
@@ -132,25 +217,20 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     if (tasks.empty()) {
         return {};
     }
-    readLines(tasks, languages, engines, workers);
+    std::vector<GridBlock> blocks =
+        readGrids(outlined.rows.empty() ? page : outlined.page, tasks, languages, engines, workers);
+    if (!tasks.empty()) {
+        readLines(tasks, languages, engines, workers);
+    }
     if (Effort *effort = Effort::current()) {
         effort->liftBudget();
     }
-    dropNoise(tasks);
-    dropScenery(tasks, outlined.rows);
-
-    std::vector<Piece> pieces;
-    pieces.reserve(tasks.size());
-    for (const LineTask &task : tasks) {
-        pieces.push_back({task.line().box, task.line().letterHeight,
-                          countLetters(task.best.text(), Script::Arabic).own > 0});
+    if (!tasks.empty()) {
+        dropNoise(tasks);
+        dropScenery(tasks, outlined.rows);
     }
-    std::vector<PageLine> result;
-    for (const Row &row : readingOrder(pieces)) {
-        result.push_back(pageLine(row, tasks));
-    }
-    indent(result);
-    return result;
+    fillDoubtfulRows(blocks, tasks);
+    return inOrder(tasks, blocks);
 }
 
 } // namespace recognition

@@ -180,6 +180,28 @@ std::vector<Reading> Engine::readParts(const std::vector<Part> &parts) const
     return readings;
 }
 
+CellCharacters Engine::cellCharacters() const
+{
+    return CellCharacters(m_alphabet, m_network.codes(), m_nothing);
+}
+
+std::vector<DecodedCells> Engine::readCells(const std::vector<CellLine> &lines,
+                                            const CellCharacters &characters) const
+{
+    std::vector<GreyImage> pictures;
+    pictures.reserve(lines.size());
+    for (const CellLine &line : lines) {
+        pictures.push_back(line.picture);
+    }
+    const Lines values = m_network.read(pictures);
+    std::vector<DecodedCells> decoded;
+    decoded.reserve(lines.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        decoded.push_back(decodeCells(m_network.shares(values[i]), lines[i].cells, characters));
+    }
+    return decoded;
+}
+
 bool Engine::knows(const QString &word) const
 {
     const std::optional<std::vector<int>> ids = m_alphabet.split(word);

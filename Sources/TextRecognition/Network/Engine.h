@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "CellDecoder.h"
 #include "Decoder.h"
 #include "GreyImage.h"
 #include "Model.h"
@@ -11,6 +12,13 @@
 #include <vector>
 
 namespace recognition {
+
+/// A line of characters in cells, as high as the network's lines.
+struct CellLine
+{
+    GreyImage picture;
+    std::vector<CellPlace> cells;
+};
 
 /// One model, loaded: its network, its characters and its words. Immutable, so that threads share
 /// it.
@@ -33,6 +41,13 @@ public:
     Reading readAgain(const GreyImage &picture, Reading first) const;
     /// Whether `readAgain` would leave it as it is.
     static bool isSure(const Reading &reading);
+    /// The height of the lines that the network reads, and pixels of them per column of its result.
+    int lineHeight() const { return m_network.lineHeight(); }
+    int columnWidth() const { return m_network.columnWidth(); }
+    CellCharacters cellCharacters() const;
+    /// How likely each of `characters` is in each cell of `lines`, of about one length.
+    std::vector<DecodedCells> readCells(const std::vector<CellLine> &lines,
+                                        const CellCharacters &characters) const;
     /// Whether the model's dictionary has `word`; never without one.
     bool knows(const QString &word) const;
 
