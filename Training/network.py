@@ -15,6 +15,9 @@ NETWORK, CHARACTERS, CODES, VERSION = 17, 21, 22, 23
 PARTS = 24
 # The first characters of a file's list mean: a blank, letters joined, letters broken.
 NO_CHARACTERS = 3
+# What the weights of a character begin as that the file does not know, and how much less likely: e to the power of it.
+LOOKS_LIKE = {"^": "'", "`": "‘", "…": ".", "–": "—", "•": "*", "→": ">", "│": "|", "─": "—", "├": "|", "└": "L", "·": "."}
+LESS_LIKELY = 3
 
 
 class Reader:
@@ -158,11 +161,13 @@ class LineNet(nn.Module):
         self.text_of = {code: character for character, code in self.code_of.items()}
         self.last = nn.Linear(out.shape[1] - 1, out.shape[0] + len(self.added))
         with torch.no_grad():
-            # What is new begins unlikely, so that it does not disturb what is known.
-            self.last.weight.mul_(.5)
-            self.last.bias.fill_(-4)
             self.last.weight[:out.shape[0]] = out[:, :-1]
             self.last.bias[:out.shape[0]] = out[:, -1]
+            # What is new begins as what it looks like, a little less likely: any other row disturbs what is known.
+            for character in self.added:
+                like = self.code_of[LOOKS_LIKE.get(character, "-")]
+                self.last.weight[self.code_of[character]] = out[like, :-1]
+                self.last.bias[self.code_of[character]] = out[like, -1] - LESS_LIKELY
 
     def forward(self, ink):
         """ink: lines, 1, height, columns; 0 paper, 1 ink -> lines, columns / 3, codes (logarithms of likelihoods)."""
