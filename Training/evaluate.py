@@ -19,11 +19,11 @@ from train import load, texts_of
 TOLD = 24
 
 
-def main():
+def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("lines", nargs="+")
     parser.add_argument("--models", nargs="+", required=True)
-    options = parser.parse_args()
+    options = parser.parse_args(arguments)
     torch.set_num_threads(1)
     for path in options.lines:
         lines = load(path)

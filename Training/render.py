@@ -162,6 +162,14 @@ class Cutter:
     def __init__(self, program, height):
         self.process = subprocess.Popen([program, str(height)], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.stdin.close()
+        self.process.stdout.close()
+        self.process.wait()
+
     def cut(self, pixels, margin):
         """Lines: (left, top, right, bottom) on the page, column of the page's left edge, columns per pixel, picture."""
         height, width = pixels.shape[:2]
@@ -238,26 +246,26 @@ def lines(texts, part, seed, program, height):
     rng = random.Random(seed)
     writer = Writer(texts["train"] if part == "train" else {"code": texts["held-out"]["code"]}, ALPHABET, rng)
     families = faces.families(part)
-    cutter = Cutter(program, height)
-    while True:
-        page = Page(writer, families, rng)
-        drawn = page.draw()
-        if drawn is None:
-            continue
-        pixels, rows = page.damaged(*drawn)
-        if page.is_fixed and rng.random() < GRIDS:
-            for picture, text in grid_lines(pixels, rows, height):
-                yield picture, text, page.family
-            continue
-        margin = rng.choices(MARGINS, MARGIN_WEIGHTS)[0]
-        for box, offset, scale, picture in cutter.cut(pixels, margin):
-            text = text_of(box, offset, scale, picture, rows)
-            # More than a character in nine rows' width is no reading of what is there.
-            if text and picture.shape[1] >= 12 and picture.shape[1] >= height * len(text) / 9:
-                yield picture, text, page.family
+    with Cutter(program, height) as cutter:
+        while True:
+            page = Page(writer, families, rng)
+            drawn = page.draw()
+            if drawn is None:
+                continue
+            pixels, rows = page.damaged(*drawn)
+            if page.is_fixed and rng.random() < GRIDS:
+                for picture, text in grid_lines(pixels, rows, height):
+                    yield picture, text, page.family
+                continue
+            margin = rng.choices(MARGINS, MARGIN_WEIGHTS)[0]
+            for box, offset, scale, picture in cutter.cut(pixels, margin):
+                text = text_of(box, offset, scale, picture, rows)
+                # More than a character in nine rows' width is no reading of what is there.
+                if text and picture.shape[1] >= 12 and picture.shape[1] >= height * len(text) / 9:
+                    yield picture, text, page.family
 
 
-def main():
+def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("texts")
     parser.add_argument("folder")
@@ -267,7 +275,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--count", type=int, default=2000, help="lines a file")
     parser.add_argument("--files", type=int, default=1)
-    options = parser.parse_args()
+    options = parser.parse_args(arguments)
     os.makedirs(options.folder, exist_ok=True)
     texts = json.load(open(options.texts, encoding="utf-8"))
     for number in range(options.files):

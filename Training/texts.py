@@ -75,12 +75,12 @@ def excluded(manifests):
     return {line for line in lines if len(line) > 6}, runs
 
 
-def main():
+def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("folder")
     parser.add_argument("out")
     parser.add_argument("--without", nargs="*", default=[], metavar="MANIFEST")
-    options = parser.parse_args()
+    options = parser.parse_args(arguments)
     lines, runs = excluded(options.without)
     result = {"train": {}, "held-out": {}}
     for package, kind, pattern in kinds():

@@ -85,7 +85,7 @@ def batches(folder, columns, widest, used, rng):
         yield from groups
 
 
-def main():
+def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("shards")
     parser.add_argument("model")
@@ -99,7 +99,7 @@ def main():
     parser.add_argument("--threads", type=int, default=1)
     parser.add_argument("--every", type=float, default=2, help="minutes between checkpoints")
     parser.add_argument("--seed", type=int, default=1)
-    options = parser.parse_args()
+    options = parser.parse_args(arguments)
     torch.set_num_threads(options.threads)
     torch.manual_seed(options.seed)
     rng = random.Random(options.seed)

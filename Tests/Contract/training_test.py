@@ -21,6 +21,7 @@ try:
     import torch
     from PIL import Image
 
+    import export
     import faces
     import network
     import render
@@ -38,10 +39,6 @@ TEXTS = {"train": {"code": ["for line in lines:", "    return value[0] + 8", "if
          "held-out": {"code": ["puts 'held out'", "end"]}}
 
 
-def run(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True, cwd=TRAINING).stdout
-
-
 class TrainingTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -51,13 +48,13 @@ class TrainingTest(unittest.TestCase):
         cls.texts = os.path.join(cls.folder.name, "texts.json")
         with open(cls.texts, "w", encoding="utf-8") as file:
             json.dump(TEXTS, file)
-        run("./render.py", cls.texts, cls.shards, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "60")
+        render.main([cls.texts, cls.shards, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "60"])
         cls.lines = train.load(os.path.join(cls.shards, "s00010000.npz"))
 
     def trained(self, minutes, *more):
         """Trains for so many minutes of processor time; what was stored."""
         model = os.path.join(self.folder.name, "model.pt")
-        run("./train.py", self.shards, model, "--start", START, "--minutes", str(minutes), "--rate", "3e-4", *more)
+        train.main([self.shards, model, "--start", START, "--minutes", str(minutes), "--rate", "3e-4", *more])
         return model, torch.load(model, map_location="cpu")
 
     def read(self, model, pictures):
@@ -66,7 +63,7 @@ class TrainingTest(unittest.TestCase):
         for index, picture in enumerate(pictures):
             paths.append(os.path.join(self.folder.name, f"{index}.png"))
             Image.fromarray(picture).save(paths[-1])
-        printed = run(os.path.join(TOOLS, "read-lines"), self.folder.name, model, *paths)
+        printed = subprocess.run([os.path.join(TOOLS, "read-lines"), self.folder.name, model, *paths], check=True, capture_output=True, text=True).stdout
         return [json.loads(line)["text"] for line in printed.splitlines()]
 
     def test_lines_are_drawn_as_they_say(self):
@@ -78,7 +75,7 @@ class TrainingTest(unittest.TestCase):
 
     def test_the_same_seed_draws_the_same(self):
         again = os.path.join(self.folder.name, "again")
-        run("./render.py", self.texts, again, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "20")
+        render.main([self.texts, again, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "20"])
         for (picture, text, _), (other, other_text, _) in zip(self.lines, train.load(os.path.join(again, "s00010000.npz"))):
             self.assertEqual(text, other_text)
             self.assertTrue(np.array_equal(picture, other), text)
@@ -97,7 +94,7 @@ class TrainingTest(unittest.TestCase):
             curve = [json.loads(line) for line in file]
         self.assertEqual([line["lines"] for line in curve], sorted(line["lines"] for line in curve))
 
-        run("./export.py", model, os.path.join(self.folder.name, "own.traineddata"))
+        export.main(model, os.path.join(self.folder.name, "own.traineddata"))
         read = self.read("own", [picture for picture, _, _ in self.lines])
         truth = [text for _, text, _ in self.lines]
         right = sum(a == b for a, b in zip(read, truth))
