@@ -28,7 +28,7 @@ def main(arguments=None):
     for path in options.lines:
         lines = load(path)
         characters = sum(len(line[1]) for line in lines)
-        print(f"{os.path.basename(path)}: {len(lines)} lines, {characters} characters")
+        print(f"{os.path.basename(os.path.dirname(path))}: {len(lines)} lines, {characters} characters")
         for model in options.models:
             net = LineNet(model).eval()
             began = time.process_time()

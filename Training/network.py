@@ -39,7 +39,8 @@ class Reader:
 
 def read_parts(path):
     """The parts of a file by their number."""
-    data = open(path, "rb").read()
+    with open(path, "rb") as file:
+        data = file.read()
     count = struct.unpack_from("<I", data)[0]
     offsets = struct.unpack_from(f"<{count}q", data, 4)
     ends = sorted([offset for offset in offsets if offset >= 0] + [len(data)])

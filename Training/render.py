@@ -277,7 +277,8 @@ def main(arguments=None):
     parser.add_argument("--files", type=int, default=1)
     options = parser.parse_args(arguments)
     os.makedirs(options.folder, exist_ok=True)
-    texts = json.load(open(options.texts, encoding="utf-8"))
+    with open(options.texts, encoding="utf-8") as file:
+        texts = json.load(file)
     for number in range(options.files):
         seed = options.seed * 10000 + number
         path = os.path.join(options.folder, f"s{seed:08}.npz")

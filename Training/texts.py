@@ -23,10 +23,11 @@ LONGEST = 400
 
 
 def kinds():
-    for line in open(os.path.join(HERE, "texts.txt"), encoding="utf-8"):
-        fields = line.split("#")[0].split()
-        if fields:
-            yield fields
+    with open(os.path.join(HERE, "texts.txt"), encoding="utf-8") as file:
+        for line in file:
+            fields = line.split("#")[0].split()
+            if fields:
+                yield fields
 
 
 def content(path):
@@ -66,11 +67,11 @@ def excluded(manifests):
     """The lines of pictures to measure with, and their runs of four words."""
     lines, runs = set(), set()
     for manifest in manifests:
-        for entry in json.load(open(manifest, encoding="utf-8")):
-            for line in entry["lines"]:
-                words = line.split()
-                lines.add(" ".join(words))
-                runs.update(" ".join(words[i:i + 4]) for i in range(len(words) - 3))
+        with open(manifest, encoding="utf-8") as file:
+            entries = json.load(file)
+        for words in (line.split() for entry in entries for line in entry["lines"]):
+            lines.add(" ".join(words))
+            runs.update(" ".join(words[i:i + 4]) for i in range(len(words) - 3))
     # A line of two characters says nothing, and is everywhere.
     return {line for line in lines if len(line) > 6}, runs
 
@@ -101,7 +102,8 @@ def main(arguments=None):
         part, pool = ("held-out", "code") if kind == "held-out" else ("train", kind)
         result[part].setdefault(pool, []).extend(kept[:MOST_LINES])
         print(f"{package}: {len(paths)} files, {len(kept[:MOST_LINES])} lines", flush=True)
-    json.dump(result, open(options.out, "w", encoding="utf-8"), ensure_ascii=False)
+    with open(options.out, "w", encoding="utf-8") as file:
+        json.dump(result, file, ensure_ascii=False)
 
 
 if __name__ == "__main__":

@@ -12,6 +12,8 @@ import json
 import math
 import os
 import random
+import signal
+import threading
 import time
 
 import numpy as np
@@ -28,9 +30,9 @@ VALID_LINES = 150
 
 
 def load(path):
-    data = np.load(path)
-    ends, pixels = data["ends"], data["pixels"]
-    return [(pixels[:, start:end], str(text), str(face)) for start, end, text, face in zip(np.r_[0, ends[:-1]], ends, data["texts"], data["faces"])]
+    with np.load(path) as data:
+        ends, pixels, texts, faces = data["ends"], data["pixels"], data["texts"], data["faces"]
+    return [(pixels[:, start:end], str(text), str(face)) for start, end, text, face in zip(np.r_[0, ends[:-1]], ends, texts, faces)]
 
 
 def batch_of(lines, rng=None):
@@ -66,12 +68,12 @@ def errors(net, lines, device):
     return round(100 * wrong / sum(len(line[1]) for line in lines), 2), round(100 * sum(text == line[1] for text, line in zip(texts, lines)) / len(lines), 1)
 
 
-def batches(folder, columns, widest, used, rng):
-    """Without end: lines of like widths, about `columns` columns together, out of the file that was used least."""
-    while True:
+def batches(folder, columns, widest, used, rng, ends):
+    """Until `ends` is set: lines of like widths, about `columns` columns together, out of the file that was used least."""
+    while not ends.is_set():
         paths = sorted(glob.glob(os.path.join(folder, "s*.npz")), key=lambda path: (used.get(os.path.basename(path), 0), path))
         if not paths:
-            time.sleep(5)      # The renderer has not written its first file yet.
+            ends.wait(5)      # The renderer has not written its first file yet.
             continue
         name = os.path.basename(paths[0])
         used[name] = used.get(name, 0) + 1
@@ -92,12 +94,12 @@ def main(arguments=None):
     parser.add_argument("--start", required=True, metavar="FILE.traineddata")
     parser.add_argument("--minutes", type=float, required=True, help="of processor time where there is no GPU: the curve is the same on a busy machine")
     parser.add_argument("--resume", action="store_true")
-    parser.add_argument("--valid", nargs="*", default=[], metavar="FILE.npz")
+    parser.add_argument("--valid", nargs="*", default=[], metavar="FILE.npz", help="told by the name of its folder")
     parser.add_argument("--rate", type=float, default=1e-3)
     parser.add_argument("--columns", type=int, default=6000)
     parser.add_argument("--widest", type=int, default=1300)
     parser.add_argument("--threads", type=int, default=1)
-    parser.add_argument("--every", type=float, default=2, help="minutes between checkpoints")
+    parser.add_argument("--every", type=float, default=2, help="minutes between checkpoints, as --minutes; it stores, too, when it is asked to end")
     parser.add_argument("--seed", type=int, default=1)
     options = parser.parse_args(arguments)
     torch.set_num_threads(options.threads)
@@ -112,7 +114,10 @@ def main(arguments=None):
         net.load_state_dict(stored["net"])
         optimizer.load_state_dict(stored["optimizer"])
         state = stored["state"]
-    valid = [(os.path.splitext(os.path.basename(path))[0], load(path)[:VALID_LINES]) for path in options.valid]
+    valid = [(os.path.basename(os.path.dirname(path)), load(path)[:VALID_LINES]) for path in options.valid]
+    ends = threading.Event()
+    for asked in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(asked, lambda *_: ends.set())
     clock = time.time if device == "cuda" else time.process_time
     began, told, losses = clock() - state["spent"], None, []
 
@@ -125,7 +130,7 @@ def main(arguments=None):
             file.write(json.dumps(line) + "\n")
         print(json.dumps(line), flush=True)
 
-    for group in batches(options.shards, options.columns, options.widest, state["used"], rng):
+    for group in batches(options.shards, options.columns, options.widest, state["used"], rng, ends):
         if told is None or clock() - told > 60 * options.every:
             before = clock()
             store()
@@ -133,7 +138,7 @@ def main(arguments=None):
             told = clock()
         state["spent"] = clock() - began
         part = state["spent"] / (60 * options.minutes)
-        if part >= 1:
+        if part >= 1 or ends.is_set():
             break
         for settings in optimizer.param_groups:
             settings["lr"] = options.rate * min(1, (state["step"] + 1) / WARM_UP) * (.5 + .5 * math.cos(math.pi * part))
