@@ -2,14 +2,11 @@
 #include "Engine.h"
 
 #include "Effort.h"
-#include "Glyph.h"
+#include "LinePart.h"
 #include "LineWords.h"
-#include "Resample.h"
 #include "TextEvidence.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace recognition {
 
@@ -28,19 +25,6 @@ constexpr double sure = 94;
 /// Of 637 lines between both, another reading would
 /// have been taken for one.
 constexpr double sureWord = 90;
-
-/// The part of `picture` in `box`, which may reach out into the white around it.
-GreyImage withWhite(const GreyImage &picture, const Box &box)
-{
-    GreyImage result(box.width(), box.height(), 255);
-    const Box inside{std::max(box.left, 0), std::max(box.top, 0),
-                     std::min(box.right, picture.width), std::min(box.bottom, picture.height)};
-    for (int y = inside.top; y < inside.bottom; ++y) {
-        std::copy(picture.row(y) + inside.left, picture.row(y) + inside.right,
-                  result.row(y - box.top) + inside.left - box.left);
-    }
-    return result;
-}
 
 } // namespace
 
@@ -79,33 +63,9 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
         new Engine(model, std::move(data), std::move(*network), std::move(*alphabet), nothing));
 }
 
-/// What is read of a picture: its ink, and white around it.
-struct Engine::Part
-{
-    Part(const GreyImage &whole, int margin)
-        : picture(whole)
-        , inked(inkIn(whole, {0, 0, whole.width, whole.height}))
-        , box{inked.left - margin, inked.top - margin, inked.right + margin, inked.bottom + margin}
-    {
-    }
-    double scale(int lineHeight) const { return double(lineHeight) / box.height(); }
-    /// As the network reads it.
-    GreyImage line(const Network &network) const
-    {
-        const int height = network.lineHeight();
-        const int width =
-            std::max(int(std::lround(box.width() * scale(height))), network.columnWidth());
-        return resampled(withWhite(picture, box), width, height);
-    }
-
-    const GreyImage &picture;
-    Box inked;
-    Box box;
-};
-
 std::vector<Reading> Engine::read(const Pictures &pictures) const
 {
-    std::vector<Part> parts;
+    std::vector<LinePart> parts;
     parts.reserve(pictures.size());
     for (const GreyImage *picture : pictures) {
         parts.emplace_back(*picture, usualMargin);
@@ -125,7 +85,7 @@ bool Engine::isSure(const Reading &reading)
 
 std::vector<Reading> Engine::readAgain(const Pictures &pictures, std::vector<Reading> first) const
 {
-    std::vector<Part> parts;
+    std::vector<LinePart> parts;
     std::vector<std::size_t> lines;
     for (std::size_t line = 0; line < pictures.size(); ++line) {
         for (const int margin : otherMargins) {
@@ -151,20 +111,20 @@ Reading Engine::readAgain(const GreyImage &picture, Reading first) const
     return readAgain(Pictures{&picture}, std::vector{std::move(first)}).front();
 }
 
-std::vector<Reading> Engine::readParts(const std::vector<Part> &parts) const
+std::vector<Reading> Engine::readParts(const std::vector<LinePart> &parts) const
 {
     std::vector<Reading> readings(parts.size(), Reading{m_model, {}});
     std::vector<GreyImage> lines;
     std::vector<std::size_t> inked;
     for (std::size_t i = 0; i < parts.size(); ++i) {
         if (!parts[i].inked.isEmpty()) {
-            lines.push_back(parts[i].line(m_network));
+            lines.push_back(parts[i].line(m_network.lineHeight(), m_network.columnWidth()));
             inked.push_back(i);
         }
     }
     const Lines values = m_network.read(lines);
     for (std::size_t k = 0; k < values.size(); ++k) {
-        const Part &part = parts[inked[k]];
+        const LinePart &part = parts[inked[k]];
         const CodeShares shares = m_network.shares(values[k]);
         const std::vector<DecodedCharacter> characters =
             decode(shares, m_nothing, m_alphabet, m_lists);

@@ -20,6 +20,8 @@ struct CellLine
     std::vector<CellPlace> cells;
 };
 
+struct LinePart;
+
 /// One model, loaded: its network, its characters and its words. Immutable, so that threads share
 /// it.
 class Engine
@@ -52,8 +54,7 @@ public:
     bool knows(const QString &word) const;
 
 private:
-    struct Part;
-    std::vector<Reading> readParts(const std::vector<Part> &parts) const;
+    std::vector<Reading> readParts(const std::vector<LinePart> &parts) const;
     Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing);
 
     const QString m_model;
