@@ -18,6 +18,7 @@ private Q_SLOTS:
     void prefersTheResourceFolder();
     void takesTheOneNextToTheProgram();
     void passesOverWhatIsNoFolder();
+    void findsItInTheDataFolders();
     void fallsBackToTheBuildTree();
     void endsTheProgramWhenThereIsNone();
 
@@ -83,6 +84,17 @@ void BundleLookupTest::passesOverWhatIsNoFolder()
     makeBundle(path(u"bin"_s));
     run();
     QCOMPARE(m_output.value(0), path(u"bin"_s) + m_bundle);
+}
+
+void BundleLookupTest::findsItInTheDataFolders()
+{
+    QVERIFY(QDir(path(u"share"_s)).removeRecursively());
+    makeBundle(path(u"data/vellora"_s));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(path(u"data"_s)));
+    run();
+    qunsetenv("XDG_DATA_HOME");
+    QCOMPARE(m_output.value(0), path(u"data/vellora"_s) + m_bundle);
+    QVERIFY(m_ended);
 }
 
 void BundleLookupTest::fallsBackToTheBuildTree()

@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -322,6 +323,28 @@ private Q_SLOTS:
         QVERIFY(models.has(u"eng"_s));
         QVERIFY(models.read(u"eng"_s, Dictionary::Without).part(TrainedData::Network).empty());
         QVERIFY(models.read(u"deu"_s, Dictionary::With).part(TrainedData::Network).empty());
+    }
+
+    void modelsOfTheUserComeFirst()
+    {
+        const QTemporaryDir home;
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+        const auto restore = qScopeGuard([] { qunsetenv("XDG_DATA_HOME"); });
+        const QString own = QCoreApplication::applicationDirPath() + u"/../share/vellora/models"_s;
+        const QString users = home.filePath(u"vellora/models"_s);
+        QCOMPARE(ModelFolder().path(), users);
+
+        const auto put = [](const QString &folder) {
+            const QString path = folder + u"/invented.traineddata"_s;
+            QFile file(path);
+            return QDir().mkpath(folder) && file.open(QIODevice::WriteOnly) ? path : QString();
+        };
+        const QString inPrefix = put(QDir::cleanPath(own));
+        const auto remove = qScopeGuard([&inPrefix] { QFile::remove(inPrefix); });
+        QCOMPARE(ModelFolder().fileOf(u"invented"_s), inPrefix);
+        const QString inHome = put(users);
+        QCOMPARE(ModelFolder().fileOf(u"invented"_s), inHome);
+        QCOMPARE(ModelFolder().installed().count(u"invented"_s), 1);
     }
 
     void dictionariesAreLeftOut()
