@@ -21,6 +21,14 @@ OLD, NEW = "0.1.0-1", "0.2.0-1"
 BUTTON, LABEL, BAR = "push button", "label", "progress bar"
 
 
+def installed_files(binary):
+    """What a package of the program holds: the installed tree, with this version of it."""
+    installed = Path(os.environ["VELLORA_INSTALLED"])
+    shared = [each for each in (installed / "share/vellora").rglob("*") if each.is_file()]
+    return {"/usr/bin/vellora": binary,
+            **{f"/usr/{each.relative_to(installed)}": each for each in shared}}
+
+
 def says(text, seconds=60):
     """Waits until the window shows this text as one of its lines."""
     wait_until(f"{text!r} in the window", lambda: has_control_now(LABEL, text), seconds)
@@ -53,8 +61,8 @@ class UpdateTest(unittest.TestCase):
                                                                    dir="/tmp"))
         cls.repository = Repository(folder)
         cls.enterClassContext(cls.repository)
-        cls.old = cls.repository.build(OLD, files={"/usr/bin/vellora": OLD_BINARY})
-        cls.new = cls.repository.build(NEW, files={"/usr/bin/vellora": NEW_BINARY},
+        cls.old = cls.repository.build(OLD, files=installed_files(OLD_BINARY))
+        cls.new = cls.repository.build(NEW, files=installed_files(NEW_BINARY),
                                        notes="Reads <b>faster</b>.")
 
     def setUp(self):
