@@ -532,6 +532,21 @@
     </message>
 </context>
 <context>
+    <name>Updater</name>
+    <message>
+        <source>A new version of Vellora is available</source>
+        <translation>يتوفر إصدار جديد من Vellora</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is available</source>
+        <translation>يتوفر Vellora %1</translation>
+    </message>
+    <message>
+        <source>Choose “Check for Updates…” to see what is new and to install it.</source>
+        <translation>اختر «التحقق من وجود تحديثات…» لترى الجديد ولتثبيته.</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Turns any region of the screen into text</source>

@@ -296,7 +296,7 @@
     <name>UpdateTexts</name>
     <message>
         <source>Looking for updates</source>
-        <translation>Suche nach Aktualisierungen</translation>
+        <translation>Suche nach Updates</translation>
     </message>
     <message>
         <source>Vellora is up to date</source>
@@ -328,11 +328,11 @@
     </message>
     <message>
         <source>Vellora cannot look for updates.</source>
-        <translation>Vellora kann nicht nach Aktualisierungen suchen.</translation>
+        <translation>Vellora kann nicht nach Updates suchen.</translation>
     </message>
     <message>
         <source>The update was not installed</source>
-        <translation>Die Aktualisierung wurde nicht installiert</translation>
+        <translation>Das Update wurde nicht installiert</translation>
     </message>
     <message>
         <source>You have version %1, and the package sources offer no newer one.</source>
@@ -472,7 +472,7 @@
     <name>UpdateWindow</name>
     <message>
         <source>Vellora Update</source>
-        <translation>Vellora-Aktualisierung</translation>
+        <translation>Vellora-Update</translation>
     </message>
     <message>
         <source>Progress</source>
@@ -525,6 +525,21 @@
     <message>
         <source>In a terminal, this command does the same:</source>
         <translation>In einem Terminal tut dieser Befehl dasselbe:</translation>
+    </message>
+</context>
+<context>
+    <name>Updater</name>
+    <message>
+        <source>A new version of Vellora is available</source>
+        <translation>Eine neue Version von Vellora ist verfügbar</translation>
+    </message>
+    <message>
+        <source>Vellora %1 is available</source>
+        <translation>Vellora %1 ist verfügbar</translation>
+    </message>
+    <message>
+        <source>Choose “Check for Updates…” to see what is new and to install it.</source>
+        <translation>Mit „Nach Updates suchen …“ sehen Sie, was neu ist, und installieren sie.</translation>
     </message>
 </context>
 <context>

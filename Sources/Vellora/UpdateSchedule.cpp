@@ -50,7 +50,7 @@ void UpdateSchedule::rememberVersion(const QString &version)
 void UpdateSchedule::sourceDidChange()
 {
     // One plan is enough, however often the source changes until then.
-    if (!m_task && !std::exchange(m_isPlanned, true)) {
+    if (!std::exchange(m_isPlanned, true)) {
         lookWhenDue();
     }
 }

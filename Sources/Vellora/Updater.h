@@ -26,11 +26,9 @@ public:
     /// Opens the window of the update, or brings it to the front, and looks.
     void checkForUpdates();
 
-Q_SIGNALS:
-    /// The background work found a version, the first time.
-    void newVersion(const QString &version);
-
 private:
+    void tellOf(const QString &version);
+
     SoftwareUpdate m_update;
     UpdateSchedule m_schedule;
     std::unique_ptr<UpdateWindow> m_window;

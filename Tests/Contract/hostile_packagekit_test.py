@@ -115,6 +115,18 @@ class HostilePackageKitTest(unittest.TestCase):
                          [("preparing", -1), ("downloading", -1), ("downloading", -1),
                           ("downloading", 30)])
 
+    def test_phases_of_an_installation(self):
+        waiting, asking, downloading, updating = 30, 31, 8, 10
+        self.asked({"UpdatePackages": [
+            properties(Status=V("u", asking)), properties(Status=V("u", waiting)),
+            properties(Status=V("u", downloading), Percentage=V("u", 20)),
+            properties(Status=V("u", updating), AllowCancel=V("b", False)), finished()]},
+            ("look", "install"))
+        self.assertEqual(
+            [(step["progress"], step["percentage"], step["canCancel"]) for step in self.steps],
+            [("waiting for authentication", -1, True), ("waiting for others", -1, True),
+             ("downloading", 20, True), ("installing", 20, False)])
+
     def test_never_finishing(self):
         for method in ("RefreshCache", "Resolve", "GetUpdates"):
             with self.subTest(method=method):

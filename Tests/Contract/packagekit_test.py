@@ -25,11 +25,11 @@ class PackageKitTest(unittest.TestCase):
         self.probe = self.enterContext(UpdateProbe("packagekit", PACKAGE,
                                             environment=self.packagekit.environment))
 
-    def install_old(self, **options):
+    def install_old(self):
         """The old version, installed from a source that has it."""
         old = self.repository.build(OLD)
         self.repository.publish(old)
-        self.packagekit.add_source(self.repository, **options)
+        self.packagekit.add_source(self.repository)
         self.packagekit.install(old)
 
     def publish_new(self, **options):

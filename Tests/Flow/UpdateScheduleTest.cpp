@@ -28,6 +28,7 @@ private Q_SLOTS:
     void isNotMisledByTheClock();
     void tellsOfAVersionOnce();
     void tellsOfAVersionWithoutAName();
+    void notifiesOnce();
     void doesNotTellWhatTheUserSaw();
     void keepsFailuresToItself();
     void doesNothingWithoutASource();
@@ -161,6 +162,23 @@ void UpdateScheduleTest::tellsOfAVersionWithoutAName()
     source().answer(available(Update()));
     QCOMPARE(told.size(), 1);
     QCOMPARE(told.first().first().toString(), QString());
+}
+
+void UpdateScheduleTest::notifiesOnce()
+{
+    FakeNotifications &notifications = m_platform->notifications;
+    m_updater->startUpdater();
+    source().answer(available());
+    QCOMPARE(notifications.posted.size(), 1);
+    QCOMPARE(notifications.posted.first().title, u"Vellora 0.2.0 is available"_s);
+    QVERIFY(!notifications.posted.first().isTransient);
+    QVERIFY(!window());
+    notifications.click(u"update"_s);
+    QVERIFY(window());
+    QCOMPARE(source().looks.last(), UpdateSource::Look::ForUser);
+    // A click after the end of the program's part of it.
+    m_updater.reset();
+    notifications.posted.first().action();
 }
 
 void UpdateScheduleTest::doesNotTellWhatTheUserSaw()

@@ -146,15 +146,15 @@ class PackageKit:
     def hold(self, package):
         run("dpkg", *self._dpkg_options(), "--set-selections", input=f"{package} hold\n")
 
-    def add_source(self, repository, trusted=True):
-        key = repository.folder / "key.gpg" if trusted else repository.folder / "other.gpg"
+    def add_source(self, repository):
         self._write("etc/sources.list.d/vellora.sources",
-                    f"Types: deb\nURIs: {repository.address}\nSuites: ./\nSigned-By: {key}\n")
+                    f"Types: deb\nURIs: {repository.address}\nSuites: ./\n"
+                    f"Signed-By: {repository.folder}/key.gpg\n")
 
-    def apt_get(self, *arguments):
-        """Does what another program does with the same packages."""
-        run("apt-get", *arguments,
-            env={**os.environ, "APT_CONFIG": str(self.folder / "apt.conf")})
+    def break_source(self):
+        """Where the source was, nobody is any more."""
+        self._write("etc/sources.list.d/vellora.sources",
+                    "Types: deb\nURIs: file:/nonexistent\nSuites: ./\nTrusted: yes\n")
 
     def call(self, path, method, *arguments):
         """An answer of the bus itself or of a service on it."""
@@ -288,6 +288,12 @@ class Repository:
             f"{package} ({version}) stable; urgency=medium\n\n  * {notes or 'Notes.'}\n\n"
             " -- Vellora test archive <archive@example.org>  Sun, 22 Nov 2026 10:00:00 +0000\n"
             for version, notes in reversed(versions))
+
+    def withdraw_all(self):
+        """Offers nothing any more, and has never offered anything."""
+        self._versions.clear()
+        for file in (self.folder / "www/pool").iterdir():
+            file.unlink()
 
     def publish(self, *files, notes=None, signed_by="Vellora test archive"):
         """Offers these package files besides those that were published before."""
