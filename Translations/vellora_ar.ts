@@ -156,6 +156,17 @@
     </message>
 </context>
 <context>
+    <name>MissingStatusItem</name>
+    <message>
+        <source>This desktop shows no status item of %1. Start %1 again to capture, or turn on the shortcut below. “Settings…” in the launcher’s menu opens this window.</source>
+        <translation>لا يعرض سطح المكتب هذا رمز حالة %1. شغّل %1 مرة أخرى للالتقاط، أو فعّل الاختصار أدناه. يفتح «الإعدادات…» في قائمة المُشغّل هذه النافذة.</translation>
+    </message>
+    <message>
+        <source>The GNOME extension “%1” shows it.</source>
+        <translation>تعرضه إضافة جنوم «%1».</translation>
+    </message>
+</context>
+<context>
     <name>OCRService</name>
     <message>
         <source>There is not enough memory to read the picture. Close some programs and try again.</source>
@@ -186,6 +197,29 @@
     </message>
 </context>
 <context>
+    <name>PermissionWindow</name>
+    <message>
+        <source>%1 reads the screen only when you capture.</source>
+        <translation>لا يقرأ %1 الشاشة إلا عندما تلتقط.</translation>
+    </message>
+    <message>
+        <source>&amp;Ask Again</source>
+        <translation>اسأل مرة أخرى</translation>
+    </message>
+    <message>
+        <source>&amp;Not Now</source>
+        <translation>ليس الآن</translation>
+    </message>
+    <message>
+        <source>Your desktop now asks whether %1 may take pictures of the screen. You can change your answer in its settings.</source>
+        <translation>يسألك سطح المكتب الآن إن كان يجوز لـ %1 التقاط صور للشاشة. يمكنك تغيير إجابتك في إعداداته.</translation>
+    </message>
+    <message>
+        <source>Your desktop took no answer.</source>
+        <translation>لم يقبل سطح المكتب أي إجابة.</translation>
+    </message>
+</context>
+<context>
     <name>Publisher</name>
     <message>
         <source>Developed by the Vellora Project</source>
@@ -213,6 +247,28 @@
     <message>
         <source>Copied!</source>
         <translation>نُسخ!</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenshotPermission</name>
+    <message>
+        <source>It was denied; the desktop’s settings change that.</source>
+        <translation>لقد رُفض؛ تغيّر إعدادات سطح المكتب ذلك.</translation>
+    </message>
+    <message>
+        <source>It was denied to all programs that the desktop did not start. Start %1 from the list of applications.</source>
+        <translation>لقد رُفض لكل البرامج التي لم يشغّلها سطح المكتب. شغّل %1 من قائمة التطبيقات.</translation>
+    </message>
+    <message>
+        <source>It was denied; this changes it: Settings, Applications, %1, Screenshots.</source>
+        <translation>لقد رُفض؛ غيّره هنا: الإعدادات، التطبيقات، %1، لقطات الشاشة.</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenshotQuestion</name>
+    <message>
+        <source>It asks only for programs that it has started itself: start %1 from the list of applications.</source>
+        <translation>لا يسأل إلا عن البرامج التي شغّلها بنفسه: شغّل %1 من قائمة التطبيقات.</translation>
     </message>
 </context>
 <context>
@@ -268,6 +324,10 @@
     <message>
         <source>The desktop listens to: %1</source>
         <translation>يستمع سطح المكتب إلى: %1</translation>
+    </message>
+    <message>
+        <source>Status Item</source>
+        <translation>رمز الحالة</translation>
     </message>
 </context>
 <context>

@@ -156,6 +156,17 @@
     </message>
 </context>
 <context>
+    <name>MissingStatusItem</name>
+    <message>
+        <source>This desktop shows no status item of %1. Start %1 again to capture, or turn on the shortcut below. “Settings…” in the launcher’s menu opens this window.</source>
+        <translation>Diese Arbeitsumgebung zeigt kein Statussymbol von %1. Starten Sie %1 noch einmal, um Text aufzunehmen, oder schalten Sie unten das Tastenkürzel ein. „Einstellungen …“ im Menü des Starters öffnet dieses Fenster.</translation>
+    </message>
+    <message>
+        <source>The GNOME extension “%1” shows it.</source>
+        <translation>Die GNOME-Erweiterung „%1“ zeigt es.</translation>
+    </message>
+</context>
+<context>
     <name>OCRService</name>
     <message>
         <source>There is not enough memory to read the picture. Close some programs and try again.</source>
@@ -186,6 +197,29 @@
     </message>
 </context>
 <context>
+    <name>PermissionWindow</name>
+    <message>
+        <source>%1 reads the screen only when you capture.</source>
+        <translation>%1 liest den Bildschirm nur, wenn Sie etwas aufnehmen.</translation>
+    </message>
+    <message>
+        <source>&amp;Ask Again</source>
+        <translation>Noch einmal &amp;fragen</translation>
+    </message>
+    <message>
+        <source>&amp;Not Now</source>
+        <translation>&amp;Nicht jetzt</translation>
+    </message>
+    <message>
+        <source>Your desktop now asks whether %1 may take pictures of the screen. You can change your answer in its settings.</source>
+        <translation>Ihre Arbeitsumgebung fragt jetzt, ob %1 Bilder des Bildschirms aufnehmen darf. Ihre Antwort können Sie in deren Einstellungen ändern.</translation>
+    </message>
+    <message>
+        <source>Your desktop took no answer.</source>
+        <translation>Ihre Arbeitsumgebung hat keine Antwort angenommen.</translation>
+    </message>
+</context>
+<context>
     <name>Publisher</name>
     <message>
         <source>Developed by the Vellora Project</source>
@@ -213,6 +247,28 @@
     <message>
         <source>Copied!</source>
         <translation>Kopiert!</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenshotPermission</name>
+    <message>
+        <source>It was denied; the desktop’s settings change that.</source>
+        <translation>Sie wurde verweigert; die Einstellungen der Arbeitsumgebung ändern das.</translation>
+    </message>
+    <message>
+        <source>It was denied to all programs that the desktop did not start. Start %1 from the list of applications.</source>
+        <translation>Sie wurde allen Programmen verweigert, die nicht die Arbeitsumgebung gestartet hat. Starten Sie %1 aus der Liste der Anwendungen.</translation>
+    </message>
+    <message>
+        <source>It was denied; this changes it: Settings, Applications, %1, Screenshots.</source>
+        <translation>Sie wurde verweigert; hier ändern Sie das: Einstellungen, Anwendungen, %1, Bildschirmfotos.</translation>
+    </message>
+</context>
+<context>
+    <name>ScreenshotQuestion</name>
+    <message>
+        <source>It asks only for programs that it has started itself: start %1 from the list of applications.</source>
+        <translation>Sie fragt nur für Programme, die sie selbst gestartet hat: Starten Sie %1 aus der Liste der Anwendungen.</translation>
     </message>
 </context>
 <context>
@@ -268,6 +324,10 @@
     <message>
         <source>The desktop listens to: %1</source>
         <translation>Der Desktop hört auf: %1</translation>
+    </message>
+    <message>
+        <source>Status Item</source>
+        <translation>Statussymbol</translation>
     </message>
 </context>
 <context>

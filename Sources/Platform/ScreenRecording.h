@@ -3,6 +3,18 @@
 
 #include <QImage>
 #include <QRectF>
+#include <QString>
+
+#include <optional>
+
+/// Why the screen may not be grabbed, and what the user can do about it: whole sentences.
+struct ScreenRecordingRefusal
+{
+    /// In the user's language.
+    QString message;
+    /// In English.
+    QString logText;
+};
 
 /// Grabbing what the screens show, and the permission for it. Main thread only.
 class ScreenRecording
@@ -15,6 +27,10 @@ public:
 
     /// Lets the desktop ask the user, if it has to. Whether the screen may be grabbed now.
     virtual bool requestAccess() = 0;
+
+    /// Why the last look or request found no access. Absent where there is access, and as long as
+    /// the user may still give it by answering a question that the desktop asks.
+    virtual std::optional<ScreenRecordingRefusal> refusal() const { return std::nullopt; }
 
     /// What one display shows in `rect`, without any overlay of ours that was ordered out before.
     ///

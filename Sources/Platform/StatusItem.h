@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/StatusItemExposure.h"
+
 #include <QByteArray>
 #include <QPoint>
 #include <QString>
@@ -73,4 +75,7 @@ public:
 
     /// Makes a status item of variable length; it goes away when it is destroyed.
     virtual std::unique_ptr<StatusItem> makeStatusItem() = 0;
+
+    /// How much of the item the user gets to see now.
+    virtual const StatusItemExposure &exposure() const = 0;
 };

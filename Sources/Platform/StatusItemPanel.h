@@ -31,6 +31,12 @@ public:
 
     virtual Presence presence() const = 0;
 
+    /// Whether users of the panel that is present get to see tooltips.
+    virtual bool showsToolTips() const { return true; }
+    /// While it is absent: the name of what would bring this kind of panel to the desktop; empty
+    /// where nothing is known.
+    virtual QString missingExtension() const { return {}; }
+
     /// Shows the item, or changes what it shows. Called while the panel is present; a panel that
     /// is restarted gets the item again without another call.
     virtual void show(const Content &content) = 0;

@@ -19,10 +19,12 @@ constexpr auto captureDelay = 500ms;
 
 void AppDelegate::requestScreenPermission()
 {
+    permissionRefusalShown = false;
     if (Platform::current().screenRecording->requestAccess()) {
         startCapture();
     } else {
         startPermissionPolling();
+        showPermissionRefusal();
     }
 }
 
@@ -49,6 +51,8 @@ void AppDelegate::startPermissionPolling()
 void AppDelegate::checkPermission(RepeatingTimer &timer)
 {
     if (!Platform::current().screenRecording->preflightAccess()) {
+        // The desktop may have answered meanwhile, and not as hoped.
+        showPermissionRefusal();
         return;
     }
     timer.invalidate();
@@ -68,10 +72,30 @@ void AppDelegate::permissionPollingDidTimeOut()
     }
     permissionCheckTimer->invalidate();
     permissionCheckTimer.reset();
-    if (const auto button = statusItemButton()) {
-        show(StatusMark{u"lock.shield"_s, tr("Permission needed"),
-                        tr("Screen Recording permission not granted — left-click to try again"),
-                        3000ms},
-             button);
+    showPermissionNeeded();
+}
+
+void AppDelegate::showPermissionRefusal()
+{
+    const auto refusal = Platform::current().screenRecording->refusal();
+    if (permissionRefusalShown || !refusal) {
+        return;
     }
+    permissionRefusalShown = true;
+    Platform::current().systemLog->logVerbatim(
+        u"Vellora: Screen Recording permission not granted: "_s + refusal->logText);
+    showPermissionNeeded();
+}
+
+void AppDelegate::showPermissionNeeded()
+{
+    const auto button = statusItemButton();
+    if (!button) {
+        return;
+    }
+    QString text = tr("Screen Recording permission not granted — left-click to try again");
+    if (const auto refusal = Platform::current().screenRecording->refusal()) {
+        text += u'\n' + refusal->message;
+    }
+    show(StatusMark{u"lock.shield"_s, tr("Permission needed"), text, 3000ms}, button);
 }

@@ -3,6 +3,7 @@
 
 #include "BundleExtension.h"
 #include "MainMenu.h"
+#include "MissingStatusItem.h"
 #include "Platform/Platform.h"
 #include "Platform/SystemSymbol.h"
 #include "Settings.h"
@@ -20,6 +21,9 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+/// The panels of a session that starts programs while it comes up are there within this.
+constexpr auto panelPatience = 10s;
+
 /// The program's own icon, or the symbol that stands in for it when it cannot be read.
 StatusItemImage statusItemImage()
 {
@@ -59,6 +63,21 @@ void AppDelegate::applicationDidFinishLaunching()
         if (self) {
             // A refusal concerns nobody until the user asks for updates.
             self->updaterController.updater().startUpdater();
+        }
+    });
+    watchForPanels();
+}
+
+void AppDelegate::watchForPanels()
+{
+    const auto look = [this] {
+        statusItemWasSeen = statusItemWasSeen || !MissingStatusItem::isMissing();
+    };
+    look();
+    connect(&Platform::current().statusBar->exposure(), &StatusItemExposure::changed, this, look);
+    Platform::current().mainQueue->asyncAfter(panelPatience, [self = QPointer(this)] {
+        if (self && !self->statusItemWasSeen && !MissingStatusItem::wasDismissed()) {
+            self->openSettings();
         }
     });
 }

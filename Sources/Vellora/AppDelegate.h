@@ -44,6 +44,8 @@ private:
     void setupGlobalHotkey();
     /// What the user chose holds until the program ends; that it ends there is told once.
     void settingsWriteDidFail();
+    /// Says in the settings how to use the program, if no panel shows the status item in time.
+    void watchForPanels();
     void hotkeyStringWillChange(const QString &hotkeyString);
     void hotkeyEnabledWillChange(bool enabled);
     void handleClick(const StatusItemEvent &event);
@@ -61,10 +63,15 @@ private:
     void startPermissionPolling();
     void checkPermission(RepeatingTimer &timer);
     void permissionPollingDidTimeOut();
+    /// The mark at once, and a line in the log, if the desktop tells why; once per request.
+    void showPermissionRefusal();
+    void showPermissionNeeded();
 
     std::shared_ptr<StatusItemButton> statusItemButton() const;
 
     std::unique_ptr<StatusItem> statusItem;
+    /// Whether a panel has ever shown the status item; one that goes comes back.
+    bool statusItemWasSeen = false;
     std::shared_ptr<GlobalHotkey> globalHotkey;
     ResultPopup resultPopup;
     /// Stops the recognition of the last picture, the only one under way that is still wanted.
@@ -74,4 +81,5 @@ private:
     QMetaObject::Connection hotkeyEnabledCancellable;
     UpdaterController updaterController;
     std::shared_ptr<RepeatingTimer> permissionCheckTimer;
+    bool permissionRefusalShown = false;
 };

@@ -3,6 +3,7 @@
 
 #include "AboutBlock.h"
 #include "FormSection.h"
+#include "MissingStatusItem.h"
 #include "PickerRow.h"
 #include "PlainButton.h"
 #include "Platform/Platform.h"
@@ -28,7 +29,7 @@ constexpr int sectionSpacing = 16;
 constexpr QSize recorderSize(160, 24);
 constexpr int updateTextSize = 12;
 constexpr int updatePadding = 4;
-constexpr int givenKeysPadding = 8;
+constexpr int textPadding = 8;
 } // namespace
 
 SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent)
@@ -43,6 +44,7 @@ SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent
     auto *sections = new QVBoxLayout(this);
     sections->setContentsMargins(margin, margin, margin, margin);
     sections->setSpacing(sectionSpacing);
+    addMissingStatusItem();
     addOutput();
     addCapture();
     addKeyboardShortcut();
@@ -52,6 +54,8 @@ SettingsView::SettingsView(Settings &settings, Updater *updater, QWidget *parent
     connect(&m_settings, &Settings::objectWillChange, this, &SettingsView::settingsWillChange);
     connect(&Platform::current().keyTap->givenKeys(), &GivenKeys::changed, this,
             &SettingsView::showGivenKeys);
+    connect(&Platform::current().statusBar->exposure(), &StatusItemExposure::changed, this,
+            &SettingsView::showMissingStatusItem);
     rebuild();
 }
 
@@ -60,6 +64,20 @@ FormSection *SettingsView::addSection(const QString &header)
     auto *section = new FormSection(header, this);
     static_cast<QVBoxLayout *>(layout())->addWidget(section);
     return section;
+}
+
+void SettingsView::addMissingStatusItem()
+{
+    m_missingSection = addSection(tr("Status Item"));
+    m_missingText = makeTextRow(m_missingSection);
+    m_missingSection->addRow(m_missingText);
+    showMissingStatusItem();
+}
+
+void SettingsView::showMissingStatusItem()
+{
+    m_missingSection->setVisible(MissingStatusItem::isMissing());
+    m_missingText->setText(MissingStatusItem::message());
 }
 
 template <bool (Settings::*value)() const, void (Settings::*assign)(bool)>
@@ -122,14 +140,13 @@ QWidget *SettingsView::makeShortcutRow()
     return row;
 }
 
-QLabel *SettingsView::makeGivenKeysRow()
+QLabel *SettingsView::makeTextRow(FormSection *section)
 {
-    auto *row = new QLabel(m_shortcutSection);
+    auto *row = new QLabel(section);
     // What the desktop says is no markup, though it may look like some.
     row->setTextFormat(Qt::PlainText);
     row->setWordWrap(true);
-    row->setContentsMargins(FormSection::rowInset, givenKeysPadding, FormSection::rowInset,
-                            givenKeysPadding);
+    row->setContentsMargins(FormSection::rowInset, textPadding, FormSection::rowInset, textPadding);
     return row;
 }
 
@@ -144,7 +161,7 @@ void SettingsView::showGivenKeys()
         return;
     }
     if (!m_givenKeysRow) {
-        m_givenKeysRow = makeGivenKeysRow();
+        m_givenKeysRow = makeTextRow(m_shortcutSection);
         m_shortcutSection->addRow(m_givenKeysRow);
     }
     m_givenKeysRow->setText(tr("The desktop listens to: %1").arg(keys));

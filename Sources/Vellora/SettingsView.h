@@ -33,6 +33,8 @@ public:
 
 private:
     FormSection *addSection(const QString &header);
+    void addMissingStatusItem();
+    void showMissingStatusItem();
     /// Ties a switch to a setting, which it writes when it is toggled.
     template <bool (Settings::*value)() const, void (Settings::*assign)(bool)>
     void bind(ToggleSwitch *control);
@@ -42,7 +44,7 @@ private:
     void addGeneral();
     void addAbout();
     QWidget *makeShortcutRow();
-    QLabel *makeGivenKeysRow();
+    static QLabel *makeTextRow(FormSection *section);
     void showGivenKeys();
 
     void settingsWillChange();
@@ -51,6 +53,9 @@ private:
 
     Settings &m_settings;
     Updater *m_updater;
+    /// Seen only while no panel shows the status item.
+    FormSection *m_missingSection = nullptr;
+    QLabel *m_missingText = nullptr;
     SegmentedPicker *m_outputMode = nullptr;
     ToggleSwitch *m_shutterSound = nullptr;
     ToggleSwitch *m_showNotification = nullptr;

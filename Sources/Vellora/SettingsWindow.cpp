@@ -2,6 +2,7 @@
 #include "SettingsWindow.h"
 
 #include "AppIcon.h"
+#include "MissingStatusItem.h"
 #include "Platform/Platform.h"
 #include "Settings.h"
 #include "SettingsView.h"
@@ -149,6 +150,10 @@ bool SettingsWindowController::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::WindowActivate && !m_appeared) {
         m_appeared = true;
         windowDidAppear();
+    }
+    // By the user; quitting closes windows too.
+    if (event->type() == QEvent::Close && event->spontaneous() && MissingStatusItem::isMissing()) {
+        MissingStatusItem::dismiss();
     }
     // Until then the window is moved and sized only by being placed, by us and by the window
     // manager: nothing to be remembered.

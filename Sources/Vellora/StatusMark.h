@@ -22,5 +22,6 @@ struct StatusMark
 QString defaultToolTip();
 
 /// Shows `mark`, then puts back the image that was there when it began, which may be that of
-/// another mark, and the default tooltip if the mark had one of its own.
+/// another mark, and the default tooltip if the mark had one of its own. What the desktop's panel
+/// does not show of it, its text or all, is posted as a passing notification too.
 void show(const StatusMark &mark, const std::shared_ptr<StatusItemButton> &button);

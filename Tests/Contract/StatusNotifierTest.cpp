@@ -155,6 +155,9 @@ private Q_SLOTS:
     void watcherThatStartsLaterGetsTheItem();
     void hostThatStartsLaterGetsTheItem();
     void restartedWatcherGetsTheItemAgain();
+    void hostsShowToolTips();
+    void shellOfGnomeShowsNoToolTips();
+    void shellOfGnomeLacksAnExtension();
     void itemLeavesTheBus();
     void menuIsExported();
     void menuEntriesAreChosen();
@@ -165,6 +168,7 @@ private:
     void makeItem();
     void addMenu();
 
+    std::unique_ptr<PanelStatusBar> m_bar;
     std::unique_ptr<StatusItem> m_item;
     std::shared_ptr<StatusItemButton> m_button;
     std::shared_ptr<PanelMenu> m_panelMenu = std::make_shared<PanelMenu>();
@@ -190,14 +194,14 @@ void StatusNotifierTest::cleanup()
 
 void StatusNotifierTest::makeItem()
 {
-    PanelStatusBar bar([this] {
+    m_bar = std::make_unique<PanelStatusBar>([this] {
         PanelStatusBar::Panels panels;
         panels.push_back(std::make_unique<StatusNotifierPanel>(
             StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s},
             StatusItemArtwork(u"/nowhere"_s), m_panelMenu));
         return panels;
     });
-    m_item = bar.makeStatusItem();
+    m_item = m_bar->makeStatusItem();
     m_button = m_item->button();
     m_button->setImage(normal);
     m_button->setToolTip(u"tip <b>&"_s);
@@ -324,6 +328,34 @@ void StatusNotifierTest::restartedWatcherGetsTheItemAgain()
         QTRY_COMPARE(watcher->items().size(), 1);
         QCOMPARE(watcher->property(u"Title"_s).toString(), u"Test"_s);
     }
+}
+
+void StatusNotifierTest::hostsShowToolTips()
+{
+    const Watcher watcher;
+    makeItem();
+    QTRY_COMPARE(m_bar->exposure().extent(), StatusItemExposure::Extent::ImageAndToolTip);
+}
+
+void StatusNotifierTest::shellOfGnomeShowsNoToolTips()
+{
+    const Watcher watcher;
+    // Its extension is a part of it.
+    QVERIFY(watcher.bus().registerService(u"org.gnome.Shell"_s));
+    makeItem();
+    QTRY_COMPARE(m_bar->exposure().extent(), StatusItemExposure::Extent::Image);
+}
+
+void StatusNotifierTest::shellOfGnomeLacksAnExtension()
+{
+    QDBusConnection shell = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"shell"_s);
+    QVERIFY(shell.registerService(u"org.gnome.Shell"_s));
+    makeItem();
+    QTRY_COMPARE(m_bar->exposure().missingExtension(),
+                 u"AppIndicator and KStatusNotifierItem Support"_s);
+    QCOMPARE(m_bar->exposure().extent(), StatusItemExposure::Extent::Nothing);
+    shell.unregisterService(u"org.gnome.Shell"_s);
+    QDBusConnection::disconnectFromBus(u"shell"_s);
 }
 
 void StatusNotifierTest::itemLeavesTheBus()

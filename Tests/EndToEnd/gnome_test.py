@@ -8,7 +8,7 @@ from pathlib import Path
 
 from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
-from support.gnome import ask, set_permission
+from support.gnome import answer, grabbed_keys, set_permission
 from support.page import Page
 from support.pressing import QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
@@ -16,35 +16,6 @@ from support.waiting import holds_for, wait_until
 from support.wayland_tests import TEXT, ClipboardTests
 
 PICTURES = Path(os.environ["HOME"]) / "Pictures"
-
-# The buttons of the shell's own dialog, by what stands on them.
-BUTTON = """(() => {{
-    const all = actor => [actor, ...actor.get_children().flatMap(all)];
-    const button = all(imports.ui.main.layoutManager.modalDialogGroup)
-        .find(actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
-    return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
-}})()"""
-
-
-def dialog_button(name):
-    sides = ask(BUTTON.format(name=name))
-    return Box(*(round(side) for side in sides)) if sides and None not in sides else None
-
-
-def answer(name):
-    """A click on the dialog's button, once it stands still."""
-    def is_steady():
-        box = dialog_button(name)
-        return box if box and box == dialog_button(name) else None
-
-    Pointer.click(*wait_until(f"the button {name!r}", is_steady).middle)
-    wait_until("the dialog's end", lambda: dialog_button(name) is None)
-
-
-def grabbed_keys():
-    """How many the shell keeps for the settings daemon."""
-    return ask("imports.ui.main.shellDBusService._grabbedAccelerators.size")
-
 
 def drawn_box(window, before, least_height):
     """Where the window is, once the screens show the whole of it; all of it differs from what was
@@ -79,6 +50,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             activate_action("capture")
             answer("Deny")
             wait_until("the screen of before", lambda: is_unchanged(before))
+            program.logged("Vellora: Screen Recording permission not granted: It was denied .*")
             # Longer than a look at what the user may have changed.
             holds_for("without an overlay", lambda: is_unchanged(before), 2)
             # The settings allow it later: the program sees that by itself.

@@ -22,6 +22,9 @@ private Q_SLOTS:
     void isSilentAboutErrorsWithoutAButton();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
+    void postsWhatThePanelDoesNotShow_data();
+    void postsWhatThePanelDoesNotShow();
+    void neverPostsRecognizedText();
 };
 
 void MarksTest::marksACopyForAMomentIfWanted()
@@ -126,6 +129,63 @@ void MarksTest::saysOnceThatSettingsCannotBeSaved()
     Settings::shared().setShutterSound(true);
     QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
+}
+
+void MarksTest::postsWhatThePanelDoesNotShow_data()
+{
+    QTest::addColumn<StatusItemExposure::Extent>("extent");
+    QTest::addColumn<QStringList>("error");
+    QTest::addColumn<QStringList>("copy");
+    using Extent = StatusItemExposure::Extent;
+    QTest::newRow("all is shown") << Extent::ImageAndToolTip << QStringList() << QStringList();
+    QTest::newRow("no tooltip") << Extent::Image << QStringList{u"No text found"_s}
+                                << QStringList();
+    QTest::newRow("nothing") << Extent::Nothing << QStringList{u"No text found"_s}
+                             << QStringList{u"Copied"_s};
+}
+
+void MarksTest::postsWhatThePanelDoesNotShow()
+{
+    QFETCH(const StatusItemExposure::Extent, extent);
+    m_platform->statusBar.shown.set(extent);
+    const auto posted = [this] {
+        QStringList bodies;
+        for (const Notification &each : std::exchange(m_platform->notifications.posted, {})) {
+            bodies << each.body;
+            // Gone by itself, and no way to a capture by mistake.
+            if (!each.isTransient || each.title != u"Vellora" || !each.action) {
+                bodies << u"not as it should be"_s;
+            }
+        }
+        return bodies;
+    };
+    capture();
+    QTEST(posted(), "copy");
+    m_platform->textRecognizer.nextResults.clear();
+    capture();
+    QTEST(posted(), "error");
+    // The mark itself is as ever.
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    QCOMPARE(button().currentToolTip, u"No text found"_s);
+}
+
+void MarksTest::neverPostsRecognizedText()
+{
+    m_platform->statusBar.shown.set(StatusItemExposure::Extent::Nothing);
+    for (const OutputMode mode : allOutputModes) {
+        Settings::shared().setOutputMode(mode);
+        capture();
+    }
+    for (const Notification &each : m_platform->notifications.posted) {
+        QVERIFY(!each.title.contains(u"Hello"_s));
+        QVERIFY(!each.body.contains(u"Hello"_s));
+    }
+    // None for the result window alone, and none where the user wants none.
+    QCOMPARE(m_platform->notifications.posted.size(), 2);
+    Settings::shared().setShowNotification(false);
+    Settings::shared().setOutputMode(OutputMode::clipboardOnly);
+    capture();
+    QCOMPARE(m_platform->notifications.posted.size(), 2);
 }
 
 QTEST_MAIN(MarksTest)

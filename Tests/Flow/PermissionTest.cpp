@@ -12,6 +12,8 @@ using namespace std::chrono_literals;
 namespace {
 const QString defaultText = u"Left-click to capture text · Right-click for menu"_s;
 const QString neededText = u"Screen Recording permission not granted — left-click to try again"_s;
+const ScreenRecordingRefusal refusal{u"Bitte installieren."_s, u"Please install."_s};
+const QString refusalLine = u"Vellora: Screen Recording permission not granted: Please install."_s;
 } // namespace
 
 /// Asking for the permission to record the screen, and waiting for it.
@@ -29,6 +31,9 @@ private Q_SLOTS:
     void sharesTheTimeOutBetweenTwoRequests();
     void doesNothingWhenGrantedAfterTheTimeOut();
     void staysQuietAtTheTimeOutOnceGranted();
+    void tellsARefusalAtOnce();
+    void tellsARefusalThatComesLater();
+    void capturesAfterARefusal();
     void managesWithoutAButton();
     void stopsWhenTheDelegateIsGone();
     void stopsWhenTheDelegateGoesBetweenGrantAndCapture();
@@ -167,6 +172,55 @@ void PermissionTest::staysQuietAtTheTimeOutOnceGranted()
     m_platform->mainQueue.advance(10min);
     QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
     QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
+}
+
+void PermissionTest::tellsARefusalAtOnce()
+{
+    m_platform->screenRecording.refused = refusal;
+    button().leftClick();
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    QCOMPARE(button().currentToolTip, neededText + u"\nBitte installieren."_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{refusalLine});
+    m_platform->mainQueue.advance(2999ms);
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    m_platform->mainQueue.advance(1ms);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    QCOMPARE(button().currentToolTip, defaultText);
+    // Once is enough, until the user asks again or the wait is over.
+    m_platform->mainQueue.advance(116999ms);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    m_platform->mainQueue.advance(1ms);
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    QCOMPARE(m_platform->systemLog.lines.size(), 1);
+    m_platform->mainQueue.advance(10s);
+    button().leftClick();
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList(2, refusalLine));
+}
+
+void PermissionTest::tellsARefusalThatComesLater()
+{
+    button().leftClick();
+    m_platform->mainQueue.advance(2s);
+    m_platform->screenRecording.refused = refusal;
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    m_platform->mainQueue.advance(1s);
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{refusalLine});
+    m_platform->mainQueue.advance(30s);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    QCOMPARE(m_platform->systemLog.lines.size(), 1);
+}
+
+void PermissionTest::capturesAfterARefusal()
+{
+    m_platform->screenRecording.refused = refusal;
+    button().leftClick();
+    m_platform->mainQueue.advance(10s);
+    m_platform->screenRecording.preflight = true;
+    m_platform->screenRecording.refused.reset();
+    m_platform->mainQueue.advance(2s);
+    QVERIFY(isCapturing());
 }
 
 void PermissionTest::managesWithoutAButton()

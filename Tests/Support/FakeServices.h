@@ -52,6 +52,7 @@ class FakeScreenRecording : public ScreenRecording
 public:
     bool preflight = true;
     bool request = false;
+    std::optional<ScreenRecordingRefusal> refused;
     QImage nextImage;
     mutable int preflightCount = 0;
     int requestCount = 0;
@@ -72,6 +73,7 @@ public:
         ++requestCount;
         return request;
     }
+    std::optional<ScreenRecordingRefusal> refusal() const override { return refused; }
     QImage createImage(quint32 display, const QRectF &rect) override
     {
         grabs << Grab{display, rect};
@@ -239,7 +241,12 @@ public:
     /// Reset: status items have no button.
     std::shared_ptr<FakeStatusItemButton> button = std::make_shared<FakeStatusItemButton>();
 
+    StatusItemExposure shown;
+
+    FakeStatusBar() { shown.set(StatusItemExposure::Extent::ImageAndToolTip); }
+
     std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<Item>(button); }
+    const StatusItemExposure &exposure() const override { return shown; }
 
 private:
     struct Item : StatusItem

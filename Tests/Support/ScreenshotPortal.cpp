@@ -33,6 +33,19 @@ void ScreenshotPortal::leavePlace()
     portalBus().unregisterObject(path);
 }
 
+QDBusMessage ScreenshotPortal::answerAt(const QString &request) const
+{
+    QDBusMessage answer =
+        QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+    answer << response << QVariantMap{{u"uri"_s, uri}};
+    return answer;
+}
+
+void ScreenshotPortal::answer(qsizetype number) const
+{
+    portalBus().send(answerAt(requests.at(number)));
+}
+
 QDBusObjectPath ScreenshotPortal::Screenshot(const QString &parent, const QVariantMap &given)
 {
     parentWindow = parent;
@@ -40,9 +53,8 @@ QDBusObjectPath ScreenshotPortal::Screenshot(const QString &parent, const QVaria
     QString sender = message().service().mid(1);
     const QString token = ignoresTokens ? u"made_up"_s : given.value(u"handle_token"_s).toString();
     const QString request = u"%1/request/%2/%3"_s.arg(path, sender.replace(u'.', u'_'), token);
-    QDBusMessage answer =
-        QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-    answer << response << QVariantMap{{u"uri"_s, uri}};
+    requests << request;
+    const QDBusMessage answer = answerAt(request);
     if (!laterUris.isEmpty()) {
         uri = laterUris.takeFirst();
     }

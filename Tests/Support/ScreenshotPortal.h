@@ -3,6 +3,7 @@
 
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QObject>
 #include <QStringList>
@@ -28,6 +29,11 @@ public:
     bool ignoresTokens = false;
     QString parentWindow;
     QVariantMap options;
+    /// Where the answers to all calls go, in their order.
+    QStringList requests;
+
+    /// Answers one of the calls, which were left unanswered.
+    void answer(qsizetype number) const;
 
     /// Whether the bus has it now.
     bool start();
@@ -38,4 +44,7 @@ public:
 
 public Q_SLOTS:
     QDBusObjectPath Screenshot(const QString &parent, const QVariantMap &given);
+
+private:
+    QDBusMessage answerAt(const QString &request) const;
 };

@@ -29,7 +29,11 @@ public:
         ++hidden;
     }
     std::unique_ptr<QMenu> menu() const { return makeMenu(); }
+    bool showsToolTips() const override { return toolTips; }
+    QString missingExtension() const override { return extension; }
 
+    bool toolTips = true;
+    QString extension;
     std::vector<Content> shown;
     int hidden = 0;
 
@@ -50,7 +54,7 @@ private Q_SLOTS:
     void init()
     {
         m_first = m_second = nullptr;
-        PanelStatusBar bar([this] {
+        m_bar = std::make_unique<PanelStatusBar>([this] {
             PanelStatusBar::Panels panels;
             auto first = std::make_unique<FakePanel>();
             auto second = std::make_unique<FakePanel>();
@@ -60,7 +64,7 @@ private Q_SLOTS:
             panels.push_back(std::move(second));
             return panels;
         });
-        m_item = bar.makeStatusItem();
+        m_item = m_bar->makeStatusItem();
         m_button = m_item->button();
     }
 
@@ -73,10 +77,14 @@ private Q_SLOTS:
     void clicksReachTheAction();
     void actionMayReplaceItself();
     void panelGetsTheMenuOfARightClick();
+    void exposureFollowsThePanels();
+    void exposureIsToldOnce();
     void buttonOutlivesItsItem();
+    void itemOutlivesItsBar();
     void poppedUpMenuIsDeletedOnceClosed();
 
 private:
+    std::unique_ptr<PanelStatusBar> m_bar;
     std::unique_ptr<StatusItem> m_item;
     std::shared_ptr<StatusItemButton> m_button;
     FakePanel *m_first = nullptr;
@@ -188,6 +196,43 @@ void PanelStatusBarTest::panelGetsTheMenuOfARightClick()
     QCOMPARE(menu->actions().size(), 1);
     QVERIFY2(!menu->isVisible(), "the panel shows it, not we");
     QVERIFY2(m_second->menu(), "each time a new one");
+}
+
+void PanelStatusBarTest::exposureFollowsThePanels()
+{
+    using Extent = StatusItemExposure::Extent;
+    const StatusItemExposure &exposure = m_bar->exposure();
+    QCOMPARE(exposure.extent(), Extent::Nothing);
+    m_second->setPresence(Presence::Present);
+    QCOMPARE(exposure.extent(), Extent::ImageAndToolTip);
+    m_first->toolTips = false;
+    m_first->setPresence(Presence::Present);
+    QCOMPARE(exposure.extent(), Extent::Image);
+    m_first->extension = u"Extension"_s;
+    m_first->setPresence(Presence::Absent);
+    QCOMPARE(exposure.extent(), Extent::ImageAndToolTip);
+    QCOMPARE(exposure.missingExtension(), QString());
+    m_second->setPresence(Presence::Absent);
+    QCOMPARE(exposure.extent(), Extent::Nothing);
+    QCOMPARE(exposure.missingExtension(), u"Extension"_s);
+}
+
+void PanelStatusBarTest::exposureIsToldOnce()
+{
+    QSignalSpy changes(&m_bar->exposure(), &StatusItemExposure::changed);
+    m_second->setPresence(Presence::Present);
+    m_second->setPresence(Presence::Present);
+    QCOMPARE(changes.count(), 1);
+    m_second->setPresence(Presence::Absent);
+    QCOMPARE(changes.count(), 2);
+}
+
+void PanelStatusBarTest::itemOutlivesItsBar()
+{
+    m_bar.reset();
+    m_second->setPresence(Presence::Present);
+    m_button->setImage(normal);
+    QCOMPARE(m_second->shown.size(), 1U);
 }
 
 void PanelStatusBarTest::buttonOutlivesItsItem()

@@ -30,6 +30,16 @@ constexpr int timeoutMilliseconds = 2000;
 /// Usual sizes of panel icons, once and twice; hosts scale the nearest one.
 constexpr int pixmapExtents[] = {16, 22, 24, 32, 44, 48, 64};
 
+/// GNOME's shell, whose extensions run inside it.
+const QString gnomeShell = u"org.gnome.Shell"_s;
+
+/// The connection that owns a name; empty where none does.
+QString owner(const QString &name)
+{
+    const auto bus = sessionBus();
+    return bus ? bus->interface()->serviceOwner(name).value() : QString();
+}
+
 QDBusMessage watcherCall(const QString &interface, const QString &method)
 {
     QDBusMessage call =
@@ -104,6 +114,18 @@ void StatusNotifierPanel::askForHost()
                 }
                 setPresence(present ? Presence::Present : Presence::Absent);
             });
+}
+
+bool StatusNotifierPanel::showsToolTips() const
+{
+    const QString watcher = owner(watcherService);
+    return watcher.isEmpty() || watcher != owner(gnomeShell);
+}
+
+QString StatusNotifierPanel::missingExtension() const
+{
+    return owner(gnomeShell).isEmpty() ? QString()
+                                       : u"AppIndicator and KStatusNotifierItem Support"_s;
 }
 
 bool StatusNotifierPanel::openItemConnection()

@@ -30,6 +30,10 @@ public:
     ~StatusNotifierPanel() override;
 
     Presence presence() const override { return m_presence; }
+    /// Not in GNOME's shell, whose extension reads none.
+    bool showsToolTips() const override;
+    /// The name of that extension, on GNOME.
+    QString missingExtension() const override;
     void show(const Content &content) override;
     void hide() override;
 

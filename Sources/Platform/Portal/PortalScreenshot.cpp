@@ -1,55 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Portal/PortalScreenshot.h"
 
-#include "Platform/Freedesktop/SessionBus.h"
 #include "Platform/Portal/PortalApplication.h"
+#include "Platform/Portal/ScreenshotPermission.h"
 #include "Platform/ScreenImage.h"
 
-#include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDeadlineTimer>
-#include <QMap>
 #include <QTimer>
 
 #include <future>
 #include <utility>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-/// The store answers from memory.
-constexpr int storeTimeLimit = 1000;
-
-enum class Stored {
-    Yes,
-    No,
-    Nothing,
-};
-
-/// What the user once answered.
-Stored storedPermission()
-{
-    const auto bus = sessionBus();
-    if (!bus) {
-        return Stored::Nothing;
-    }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        u"org.freedesktop.impl.portal.PermissionStore"_s,
-        u"/org/freedesktop/impl/portal/PermissionStore"_s,
-        u"org.freedesktop.impl.portal.PermissionStore"_s, u"Lookup"_s);
-    call << u"screenshot"_s << u"screenshot"_s;
-    const QDBusMessage reply = bus->call(call, QDBus::Block, storeTimeLimit);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-        return Stored::Nothing;
-    }
-    const auto permissions = qdbus_cast<QMap<QString, QStringList>>(reply.arguments().constFirst());
-    const QString answer = permissions.value(portalApplicationId()).value(0);
-    if (answer == u"yes") {
-        return Stored::Yes;
-    }
-    return answer == u"no" ? Stored::No : Stored::Nothing;
-}
-} // namespace
 
 PortalScreenshot::PortalScreenshot(const Screens &screens, SystemLog &log,
                                    std::shared_ptr<PanelMenu> panelMenu, Limits limits)
@@ -74,8 +36,9 @@ bool PortalScreenshot::isOffered()
 
 bool PortalScreenshot::preflightAccess() const
 {
-    const Stored stored = storedPermission();
-    return stored == Stored::Yes || (stored == Stored::Nothing && m_wasGranted);
+    const ScreenshotPermission stored = storedScreenshotPermission();
+    return stored == ScreenshotPermission::Yes ||
+           (stored == ScreenshotPermission::Unanswered && m_wasGranted);
 }
 
 bool PortalScreenshot::requestAccess()
@@ -83,15 +46,29 @@ bool PortalScreenshot::requestAccess()
     if (preflightAccess()) {
         return true;
     }
-    if (!m_question) {
-        m_question =
-            std::make_unique<ScreenshotRequest>([this](const QImage &image, const QString &) {
-                m_wasGranted = !image.isNull();
-                m_question.release()->deleteLater();
-            });
-        m_question->start();
+    if (storedScreenshotPermission() == ScreenshotPermission::No) {
+        // The portal would refuse without asking.
+        m_question.reset();
+        return false;
     }
+    if (!m_question) {
+        m_question = std::make_unique<ScreenshotQuestion>(
+            [this](bool isGranted) {
+                m_wasGranted = isGranted;
+                m_question.release()->deleteLater();
+            },
+            m_limits.question);
+    }
+    m_question->ask();
     return false;
+}
+
+std::optional<ScreenRecordingRefusal> PortalScreenshot::refusal() const
+{
+    if (storedScreenshotPermission() != ScreenshotPermission::No) {
+        return std::nullopt;
+    }
+    return screenshotRefusal();
 }
 
 QImage PortalScreenshot::takePicture()

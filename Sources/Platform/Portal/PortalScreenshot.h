@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Platform/PanelMenu.h"
-#include "Platform/Portal/ScreenshotRequest.h"
+#include "Platform/Portal/ScreenshotQuestion.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
 #include "Platform/SystemLog.h"
@@ -25,6 +25,7 @@ public:
         /// A screen that does not come to rest is taken as it is: GNOME's menus fade for 150 ms,
         /// and other things may never stand still.
         std::chrono::milliseconds rest = std::chrono::milliseconds(1500);
+        ScreenshotQuestion::Limits question = {};
     };
 
     /// `screens` and `log` outlive the object.
@@ -37,9 +38,10 @@ public:
 
     /// By the permission that is stored, which a portal without any replaces by its first picture.
     bool preflightAccess() const override;
-    /// Asks the portal for a picture, and with that the user; the answer comes later. False until
-    /// then.
+    /// Has the user asked, and asked anew where an earlier question has no answer yet; the answer
+    /// comes later. False until then.
     bool requestAccess() override;
+    std::optional<ScreenRecordingRefusal> refusal() const override;
     /// Waits for the portal. Grabs of one event are cut from one picture. The log says why there is
     /// none.
     QImage createImage(quint32 display, const QRectF &rect) override;
@@ -56,7 +58,7 @@ private:
     Limits m_limits;
     /// Where answers are awaited while the main thread waits.
     QThread m_thread;
-    std::unique_ptr<ScreenshotRequest> m_question;
+    std::unique_ptr<ScreenshotQuestion> m_question;
     bool m_wasGranted = false;
     QImage m_picture;
 };

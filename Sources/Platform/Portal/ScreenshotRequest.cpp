@@ -10,9 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// There was no window of ours that the question could belong to.
-const QString noParentWindow;
-
 /// Takes the picture out of the portal's file, which is ours to delete.
 void take(const QString &uri, const ScreenshotRequest::PictureHandler &handler)
 {
@@ -30,9 +27,9 @@ void take(const QString &uri, const ScreenshotRequest::PictureHandler &handler)
 }
 } // namespace
 
-ScreenshotRequest::ScreenshotRequest(PictureHandler handler)
+ScreenshotRequest::ScreenshotRequest(PictureHandler handler, const QString &parentWindow)
     : PortalRequest(
-          {u"Screenshot"_s, u"Screenshot"_s, {noParentWindow}, {{u"interactive"_s, false}}},
+          {u"Screenshot"_s, u"Screenshot"_s, {parentWindow}, {{u"interactive"_s, false}}},
           [handler = std::move(handler)](PortalAnswer answer, const QVariantMap &results) {
               if (answer == PortalAnswer::Granted) {
                   take(results.value(u"uri"_s).toString(), handler);

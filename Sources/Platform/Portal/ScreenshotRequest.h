@@ -16,5 +16,7 @@ public:
     /// and then the reason, as a sentence for the log.
     using PictureHandler = std::function<void(const QImage &, const QString &problem)>;
 
-    explicit ScreenshotRequest(PictureHandler handler);
+    /// A question belongs to the window that `parentWindow` names, as `ForeignWindow` does; empty
+    /// for none.
+    explicit ScreenshotRequest(PictureHandler handler, const QString &parentWindow = {});
 };

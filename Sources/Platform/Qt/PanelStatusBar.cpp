@@ -90,9 +90,10 @@ private:
 class PanelStatusItem : public StatusItem
 {
 public:
-    explicit PanelStatusItem(PanelStatusBar::Panels panels)
+    PanelStatusItem(PanelStatusBar::Panels panels, std::shared_ptr<StatusItemExposure> exposure)
         : m_button(std::make_shared<PanelStatusItemButton>([this] { update(); }))
         , m_panels(std::move(panels))
+        , m_exposure(std::move(exposure))
     {
         for (const auto &panel : m_panels) {
             QObject::connect(panel.get(), &StatusItemPanel::presenceChanged, &m_context,
@@ -128,14 +129,30 @@ private:
                 break;
             }
         }
-        if (best == m_shown) {
+        if (best != m_shown) {
+            if (m_shown) {
+                m_shown->hide();
+            }
+            m_shown = best;
+            update();
+        }
+        tellExposure();
+    }
+
+    void tellExposure() const
+    {
+        using Extent = StatusItemExposure::Extent;
+        if (m_shown) {
+            m_exposure->set(m_shown->showsToolTips() ? Extent::ImageAndToolTip : Extent::Image);
             return;
         }
-        if (m_shown) {
-            m_shown->hide();
+        QString missing;
+        for (const auto &panel : m_panels) {
+            if (missing.isEmpty()) {
+                missing = panel->missingExtension();
+            }
         }
-        m_shown = best;
-        update();
+        m_exposure->set(Extent::Nothing, missing);
     }
 
     void update()
@@ -148,6 +165,7 @@ private:
 
     std::shared_ptr<PanelStatusItemButton> m_button;
     PanelStatusBar::Panels m_panels;
+    std::shared_ptr<StatusItemExposure> m_exposure;
     StatusItemPanel *m_shown = nullptr;
     QObject m_context;
 };
@@ -161,5 +179,5 @@ PanelStatusBar::PanelStatusBar(std::function<Panels()> makePanels)
 
 std::unique_ptr<StatusItem> PanelStatusBar::makeStatusItem()
 {
-    return std::make_unique<PanelStatusItem>(m_makePanels());
+    return std::make_unique<PanelStatusItem>(m_makePanels(), m_exposure);
 }

@@ -18,7 +18,11 @@ public:
     explicit PanelStatusBar(std::function<Panels()> makePanels);
 
     std::unique_ptr<StatusItem> makeStatusItem() override;
+    /// That of the item made last.
+    const StatusItemExposure &exposure() const override { return *m_exposure; }
 
 private:
     std::function<Panels()> m_makePanels;
+    /// Items may be the last to go.
+    std::shared_ptr<StatusItemExposure> m_exposure = std::make_shared<StatusItemExposure>();
 };

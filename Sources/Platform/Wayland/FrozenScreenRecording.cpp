@@ -22,6 +22,11 @@ bool FrozenScreenRecording::requestAccess()
     return m_recording->requestAccess();
 }
 
+std::optional<ScreenRecordingRefusal> FrozenScreenRecording::refusal() const
+{
+    return m_recording->refusal();
+}
+
 QImage FrozenScreenRecording::createImage(quint32 display, const QRectF &rect)
 {
     if (m_pictures.isEmpty()) {

@@ -18,6 +18,7 @@ public:
 
     bool preflightAccess() const override;
     bool requestAccess() override;
+    std::optional<ScreenRecordingRefusal> refusal() const override;
     QImage createImage(quint32 display, const QRectF &rect) override;
 
     /// Takes pictures of all screens, unless they are frozen. Grabs come from these until `thaw`.

@@ -25,6 +25,9 @@ public:
     ~XEmbedTray() override;
 
     Presence presence() const override;
+    /// The protocol has none, and the trays here show no balloons in their place. The tooltip is
+    /// only seen by who waits on the icon: it is a window of ours.
+    bool showsToolTips() const override { return false; }
     void show(const Content &content) override;
     void hide() override;
 

@@ -152,17 +152,66 @@ class Clipboard:
         wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
 
 
+# Programs that the desktop did not start have no id.
+_IDS = ("", "org.vellora.Vellora")
+
+
 def set_permission(answer):
-    """What the user once answered to the question for pictures of the screen; None for nothing."""
+    """What the user once answered to the question for pictures of the screen; None for nothing, a
+    list for these very words."""
     if answer is None:
         try:
             _permissions.Delete("screenshot", "screenshot", signature="ss")
         except dbus.DBusException as error:
             assert "NotFound" in error.get_dbus_name(), error
-    else:
-        # The id of programs that were not started by the desktop.
-        _permissions.SetPermission("screenshot", True, "screenshot", "",
-                                   dbus.Array([answer], signature="s"), signature="sbssas")
+        return
+    words = [answer] if isinstance(answer, str) else answer
+    for name in _IDS:
+        _permissions.SetPermission("screenshot", True, "screenshot", name,
+                                   dbus.Array(words, signature="s"), signature="sbssas")
+
+
+def stored_permission():
+    """What is kept of all answers to that question: {id of a program: words}."""
+    try:
+        kept, _ = _permissions.Lookup("screenshot", "screenshot", signature="ss")
+    except dbus.DBusException as error:
+        assert "NotFound" in error.get_dbus_name(), error
+        return {}
+    return {str(name): [str(word) for word in words] for name, words in kept.items()}
+
+
+# The buttons of the shell's own dialog, by what stands on them.
+_BUTTON = """(() => {{
+    const all = actor => [actor, ...actor.get_children().flatMap(all)];
+    const button = all(imports.ui.main.layoutManager.modalDialogGroup)
+        .find(actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
+    return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
+}})()"""
+
+
+def dialog_button(name):
+    """Where the button is, while the shell's dialog is there."""
+    sides = ask(_BUTTON.format(name=name))
+    return Box(*(round(side) for side in sides)) if sides and None not in sides else None
+
+
+def answer(name):
+    """A click on the dialog's button, once it stands still."""
+    def is_steady():
+        box = dialog_button(name)
+        return box if box and box == dialog_button(name) else None
+
+    move, press, release = Device.move, Device.press, Device.release
+    move(*wait_until(f"the button {name!r}", is_steady, 30).middle)
+    press()
+    release()
+    wait_until("the dialog's end", lambda: dialog_button(name) is None)
+
+
+def grabbed_keys():
+    """How many the shell keeps for the settings daemon."""
+    return ask("imports.ui.main.shellDBusService._grabbedAccelerators.size")
 
 
 def set_animations(are_wanted):

@@ -14,6 +14,8 @@ def _item():
                         dbus_interface=PROPERTIES)
     assert len(items) == 1, f"one status item was expected: {items}"
     service, _, path = items[0].partition("/")
+    # GNOME's watcher parts them by another sign.
+    service = service.rstrip("@")
     return service, bus.get_object(service, "/" + (path or "StatusNotifierItem"))
 
 

@@ -1,0 +1,188 @@
+# SPDX-License-Identifier: MIT
+"""GNOME's question whether the program may take pictures of the screen, asked by the shell's own
+dialog of a program that the desktop has started: one with an id, of which a window has to be in
+front for the shell to ask at all."""
+
+import os
+import unittest
+from pathlib import Path
+
+from support import desktop, main
+from support.desktop import key, screenshot
+from support.gnome import answer, dialog_button, grabbed_keys, set_permission, stored_permission
+from support.page import Page
+from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus, is_unchanged,
+                             settled_screenshot)
+from support.scope import Unit
+from support.status_notifier import read
+from support.waiting import holds_for, wait_until
+from support.wayland_tests import TEXT
+
+ID = "org.vellora.Vellora"
+MENU = f"app-gnome-{ID}-%d.scope"
+AUTOSTART = f"app-{ID}@autostart.service"
+WINDOW = "Vellora"
+DENIED = ("Vellora: Screen Recording permission not granted: It was denied; this changes it: "
+          "Settings, Applications, Vellora, Screenshots.")
+
+
+def keep(name):
+    """A picture for people."""
+    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
+    folder.mkdir(parents=True, exist_ok=True)
+    desktop.save(screenshot(), folder / f"{name}.png")
+
+
+def windows():
+    return list(desktop.listed_windows().values())
+
+
+def portal_has_given_up():
+    """Whether the portal has stopped waiting for the dialog, which it tells nobody but its log."""
+    log = Path(os.environ["VELLORA_DESKTOP_LOGS"]) / "dbus-daemon.log"
+    return "Failed to show access dialog: Timeout" in log.read_text(errors="replace")
+
+
+class GnomePermissionTest(unittest.TestCase):
+    def setUp(self):
+        set_permission(None)
+
+    def tearDown(self):
+        set_permission("yes")
+
+    def start(self, unit=MENU, **settings):
+        """The program as the desktop starts it, ready to be asked."""
+        started = self.enterContext(Unit(unit)) if unit else None
+        program = self.enterContext(Program(
+            {"outputMode": "clipboard", **settings},
+            command=started.command(binary()) if started else None))
+        wait_until("the program on the session bus", is_on_bus)
+        program.status_item()
+        return program
+
+    def enterContext(self, context):
+        """As Python has it from 3.11 on."""
+        entered = context.__enter__()
+        self.addCleanup(lambda: context.__exit__(None, None, None))
+        return entered
+
+    def assert_captures(self, before):
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        key("Escape")
+        wait_until("the overlay's end", lambda: is_unchanged(before))
+        self.assertNotIn(WINDOW, windows())
+
+    def test_allow_with_nothing_in_front(self):
+        self.start()
+        before = screenshot()
+        activate_action("capture")
+        wait_until("the question", lambda: dialog_button("Allow"))
+        self.assertEqual(windows(), [WINDOW])
+        settled_screenshot()
+        keep("gnome-permission-question")
+        answer("Allow")
+        self.assert_captures(before)
+        self.assertEqual(stored_permission(), {ID: ["yes"]})
+
+    def test_allow_with_another_window_in_front(self):
+        with Page(TEXT):
+            self.start(AUTOSTART, hotkeyEnabled="true")
+            before = screenshot()
+            activate_action("capture")
+            answer("Allow")
+            self.assert_captures(before)
+            self.assertEqual(stored_permission(), {ID: ["yes"]})
+
+    def test_without_an_id(self):
+        with Page(TEXT):
+            self.start(None)
+            before = screenshot()
+            activate_action("capture")
+            answer("Allow")
+            self.assert_captures(before)
+            self.assertEqual(stored_permission(), {"": ["yes"]})
+
+    def test_denial(self):
+        program = self.start()
+        before = screenshot()
+        activate_action("capture")
+        answer("Deny")
+        wait_until("what was there before", lambda: is_unchanged(before))
+        self.assertEqual(stored_permission(), {ID: ["no"]})
+        program.logged(DENIED)
+        # The shell would not ask again, and neither do we.
+        activate_action("capture")
+        program.logged(DENIED)
+        wait_until("the mark", lambda: "Permission needed" in read("Title"))
+        holds_for("without a window", lambda: WINDOW not in windows(), 1)
+        keep("gnome-permission-denied")
+        # The user changes it in the settings.
+        set_permission("yes")
+        self.assert_captures(before)
+        self.assertTrue(program.is_running())
+
+    def test_dismissal_by_key(self):
+        program = self.start()
+        before = screenshot()
+        activate_action("capture")
+        wait_until("the question", lambda: dialog_button("Deny"))
+        key("Escape")
+        wait_until("what was there before", lambda: is_unchanged(before))
+        self.assertEqual(stored_permission(), {ID: ["no"]})
+        program.logged(DENIED)
+
+    def test_answer_that_comes_too_late_for_the_portal(self):
+        self.start()
+        before = screenshot()
+        activate_action("capture")
+        wait_until("the question", lambda: dialog_button("Allow"))
+        wait_until("the portal's patience to end", portal_has_given_up, 45)
+        answer("Allow")
+        # That has led to nothing: it is asked once more, by itself.
+        wait_until("the question", lambda: dialog_button("Allow"), 30)
+        self.assertEqual(stored_permission(), {})
+        answer("Allow")
+        self.assert_captures(before)
+        self.assertEqual(stored_permission(), {ID: ["yes"]})
+
+    def test_question_that_the_shell_refuses(self):
+        # As from a terminal that has an id and gives it to what it starts.
+        self.start("app-gnome-org.example.Terminal-%d.scope")
+        before = screenshot()
+        activate_action("capture")
+        wait_until("the window", lambda: windows() == [WINDOW])
+        first = settled_screenshot()
+        wait_until("another text", lambda: not is_unchanged(first), 30)
+        keep("gnome-permission-refused")
+        self.assertIsNone(dialog_button("Allow"))
+        # The next click asks anew.
+        activate_action("capture")
+        wait_until("the first text", lambda: is_unchanged(first))
+        key("Escape")
+        wait_until("what was there before", lambda: is_unchanged(before))
+
+    def test_permission_that_is_neither(self):
+        for stored in (["maybe"], ["yes", "no"], []):
+            with self.subTest(stored=stored):
+                set_permission(stored)
+                with Program({"outputMode": "clipboard"}) as program:
+                    wait_until("the program on the session bus", is_on_bus)
+                    before = settled_screenshot()
+                    activate_action("capture")
+                    answer("Deny")
+                    wait_until("what was there before", lambda: is_unchanged(before))
+                    program.logged("Vellora: Screen Recording permission not granted: .*")
+
+    def test_shortcut(self):
+        with Page(TEXT):
+            others = grabbed_keys()
+            self.start(hotkeyEnabled="true")
+            wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
+            before = screenshot()
+            key("super+shift+o")
+            answer("Allow")
+            self.assert_captures(before)
+
+
+if __name__ == "__main__":
+    main()
