@@ -167,7 +167,6 @@ void UpdateWindow::render()
     renderProgress();
     showText(m_details, isFailure ? m_update.failure().details : QString());
     m_command->setText(isFailure ? m_update.failure().command : QString());
-    m_command->setCursorPosition(0);
     m_commandRow->setVisible(!m_command->text().isEmpty());
     if (m_notes->toPlainText() != update.notes) {
         m_notes->setPlainText(update.notes);
@@ -175,6 +174,9 @@ void UpdateWindow::render()
     m_notes->setVisible(isOffer && !update.notes.isEmpty());
     showText(m_changes, isOffer ? UpdateTexts::otherChanges(update) : QString());
     renderButtons();
+    // Its beginning is what tells commands apart. When a button that had the focus went, Qt gave
+    // the focus to the next in the order and selected its text up to the end.
+    m_command->setCursorPosition(0);
     m_shownStage = stage;
 }
 

@@ -299,8 +299,11 @@ void UpdateWindowTest::isUsedByKeyboard()
     QCOMPARE(QApplication::focusWidget(), button(u"Install"_s));
     QTest::keyClick(window(), Qt::Key_Return);
     QCOMPARE(source().installs.size(), 1);
-    source().answer(failed(UpdateProblem::Busy));
+    source().answer(failed(UpdateProblem::Busy, {}, u"sudo do-it"_s));
     QCOMPARE(QApplication::focusWidget(), button(u"Try Again"_s));
+    // The command is seen from its beginning, whatever had the focus in between.
+    QCOMPARE(window()->findChild<QLineEdit *>()->cursorPosition(), 0);
+    QVERIFY(!window()->findChild<QLineEdit *>()->hasSelectedText());
     QTest::keyClick(window(), Qt::Key_Escape);
     QVERIFY(!window());
 }
