@@ -52,6 +52,7 @@ public:
     std::chrono::nanoseconds taken() const { return std::chrono::nanoseconds(m_taken); }
     /// There is text for sure: from now on the work may take the whole budget.
     void foundText() { m_hasText = true; }
+    bool hasText() const { return m_hasText; }
     /// From now on only a stop ends the work: what is left to do is little.
     void liftBudget() { m_isLifted = true; }
 

@@ -104,7 +104,7 @@ private Q_SLOTS:
         QCOMPARE(engines.count(), std::size_t(0));
 
         // Installed again, it is another file.
-        QFile whole(ModelFolder().path() + u"/eng.traineddata"_s);
+        QFile whole(ModelFolder().file(u"eng"_s)->path);
         QVERIFY(whole.open(QIODevice::ReadOnly));
         QVERIFY(write(whole.readAll()));
         QVERIFY(engines.has(u"eng"_s));
