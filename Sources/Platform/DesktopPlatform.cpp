@@ -54,7 +54,7 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
 
 /// Screens, their pictures and everything else that depends on the window system.
 void addWindowSystem(Platform &platform, const QString &displayName,
-                     std::shared_ptr<PanelMenu> panelMenu)
+                     const std::shared_ptr<PanelMenu> &panelMenu)
 {
     // What the Wayland desktop offers by D-Bus it offers to X11 programs too.
     const bool isXwayland = isXwaylandDesktop();
@@ -70,7 +70,7 @@ void addWindowSystem(Platform &platform, const QString &displayName,
         }
         platform.screens =
             std::make_unique<QtScreens>(isXwayland ? x11PixelGeometry() : waylandPixelGeometry());
-        const QStringList missing = addWaylandServices(platform, std::move(panelMenu));
+        const QStringList missing = addWaylandServices(platform, panelMenu);
         if (isXwayland) {
             platform.popupPlacement = makeX11PopupPlacement(*platform.screens);
         }
