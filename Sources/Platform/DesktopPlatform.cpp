@@ -7,6 +7,7 @@
 #include "Platform/Freedesktop/CanberraSounds.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
 #include "Platform/Freedesktop/FreedesktopNotifications.h"
+#include "Platform/Freedesktop/SessionLaunch.h"
 #include "Platform/Freedesktop/SoundTheme.h"
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/UninstalledUpdateSource.h"
@@ -18,6 +19,7 @@
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtScreens.h"
+#include "Platform/Qt/SessionRestore.h"
 #include "Platform/Qt/StandardErrorLog.h"
 #include "Platform/Wayland/WaylandOutputs.h"
 #include "Platform/Wayland/WaylandSocket.h"
@@ -116,7 +118,7 @@ std::unique_ptr<LoginItem> makeLoginItem(const DesktopPlatformOptions &options, 
 {
     if (PortalLoginItem::isNeeded()) {
         return std::make_unique<PortalLoginItem>(log, options.comment,
-                                                 QStringList{options.executablePath});
+                                                 commandAtLogin(options.executablePath));
     }
     return std::make_unique<XdgAutostart>(
         XdgAutostart::Entry{options.applicationId, options.displayName, options.comment,
@@ -156,6 +158,7 @@ void prepareDesktopPlatform()
 std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given)
 {
     const DesktopPlatformOptions options = completed(given);
+    stayOutOfRestoredSessions();
     auto platform = std::make_unique<Platform>();
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->systemLog = std::make_unique<StandardErrorLog>();

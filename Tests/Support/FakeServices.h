@@ -428,6 +428,7 @@ public:
 class FakeLoginItem : public LoginItem
 {
 public:
+    bool launched = false;
     std::optional<QString> error;
     QStringList requests;
 
@@ -441,6 +442,7 @@ public:
         requests << QStringLiteral("unregister");
         return error;
     }
+    bool launchedProgram() const override { return launched; }
 };
 
 class FakeUpdateSource : public UpdateSource
