@@ -11,8 +11,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QGuiApplication>
-#include <QPalette>
+#include <QTimer>
 
 #include <chrono>
 #include <utility>
@@ -198,10 +197,9 @@ void StatusNotifierPanel::show(const Content &content)
                       : u"%1: %2"_s.arg(m_identity.title, description);
     shown.iconName = m_artwork.iconName(content.image);
     shown.iconThemePath = m_artwork.iconThemeFolder();
-    // Nobody tints these: the colour of the user's own text is the best guess there is.
-    const QColor colour = QGuiApplication::palette().color(QPalette::WindowText);
+    // Nobody tints these, and nobody tells the panel's colour.
     for (const int extent : pixmapExtents) {
-        const QImage image = m_artwork.render(content.image, extent, colour);
+        const QImage image = m_artwork.renderEdged(content.image, extent);
         if (!image.isNull()) {
             shown.iconPixmap.append(StatusNotifierPixmap::fromImage(image));
         }
