@@ -21,6 +21,7 @@
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/Qt/SessionRestore.h"
 #include "Platform/Qt/StandardErrorLog.h"
+#include "Platform/Qt/WatchedProgramFile.h"
 #include "Platform/Wayland/WaylandOutputs.h"
 #include "Platform/Wayland/WaylandSocket.h"
 #include "Platform/WaylandDesktop.h"
@@ -179,6 +180,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->updateSource = makeUpdateSource(options);
     platform->applicationService =
         std::make_unique<FreedesktopApplicationService>(options.applicationId);
+    platform->programFile = std::make_unique<WatchedProgramFile>(options.executablePath);
     platform->programRestart = makeProgramRestart(options);
     return platform;
 }
