@@ -83,6 +83,17 @@
     </message>
 </context>
 <context>
+    <name>GlobalHotkey</name>
+    <message>
+        <source>This shortcut does not work here: another program or the desktop has it. Choose another one.</source>
+        <translation>لا يعمل هذا الاختصار هنا: يستخدمه برنامج آخر أو سطح المكتب. اختر اختصارًا آخر.</translation>
+    </message>
+    <message>
+        <source>The desktop no longer listens to this shortcut. Switch it off and on again, or choose another one.</source>
+        <translation>لم يعد سطح المكتب يستمع إلى هذا الاختصار. أوقفه ثم شغّله من جديد، أو اختر اختصارًا آخر.</translation>
+    </message>
+</context>
+<context>
     <name>HotkeyRecorderField</name>
     <message>
         <source>Shortcut</source>
@@ -122,6 +133,13 @@
     <message>
         <source>Option</source>
         <translation>الخيار</translation>
+    </message>
+</context>
+<context>
+    <name>KWinScreenShot</name>
+    <message>
+        <source>KWin shows the screen to programs with a desktop entry alone, and none names %1. Install Vellora, or start it with Scripts/run, which makes the entry.</source>
+        <translation>لا يعرض KWin الشاشة إلا للبرامج التي لها مدخل سطح مكتب، ولا مدخل يذكر %1. ثبّت Vellora أو شغّله بالأمر Scripts/run الذي ينشئ المدخل.</translation>
     </message>
 </context>
 <context>
@@ -350,6 +368,13 @@
     <message>
         <source>The language models %1 are damaged. Install their packages again.</source>
         <translation>النماذج اللغوية %1 تالفة. أعد تثبيت حزمها.</translation>
+    </message>
+</context>
+<context>
+    <name>UnboundKeyTap</name>
+    <message>
+        <source>This desktop lets programs bind no keys. Bind one yourself, in its settings, to: %1</source>
+        <translation>لا يسمح سطح المكتب هذا للبرامج بربط المفاتيح. اربط مفتاحًا بنفسك من إعداداته بالأمر: %1</translation>
     </message>
 </context>
 <context>

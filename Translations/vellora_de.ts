@@ -83,6 +83,17 @@
     </message>
 </context>
 <context>
+    <name>GlobalHotkey</name>
+    <message>
+        <source>This shortcut does not work here: another program or the desktop has it. Choose another one.</source>
+        <translation>Dieses Kürzel geht hier nicht: Ein anderes Programm oder der Desktop hat es. Wählen Sie ein anderes.</translation>
+    </message>
+    <message>
+        <source>The desktop no longer listens to this shortcut. Switch it off and on again, or choose another one.</source>
+        <translation>Der Desktop hört nicht mehr auf dieses Kürzel. Schalten Sie es aus und wieder ein, oder wählen Sie ein anderes.</translation>
+    </message>
+</context>
+<context>
     <name>HotkeyRecorderField</name>
     <message>
         <source>Shortcut</source>
@@ -122,6 +133,13 @@
     <message>
         <source>Option</source>
         <translation>Option</translation>
+    </message>
+</context>
+<context>
+    <name>KWinScreenShot</name>
+    <message>
+        <source>KWin shows the screen to programs with a desktop entry alone, and none names %1. Install Vellora, or start it with Scripts/run, which makes the entry.</source>
+        <translation>KWin zeigt den Bildschirm nur Programmen mit einem Startereintrag, und keiner nennt %1. Installieren Sie Vellora, oder starten Sie es mit Scripts/run, das den Eintrag anlegt.</translation>
     </message>
 </context>
 <context>
@@ -350,6 +368,13 @@
     <message>
         <source>The language models %1 are damaged. Install their packages again.</source>
         <translation>Die Sprachmodelle %1 sind beschädigt. Installieren Sie ihre Pakete erneut.</translation>
+    </message>
+</context>
+<context>
+    <name>UnboundKeyTap</name>
+    <message>
+        <source>This desktop lets programs bind no keys. Bind one yourself, in its settings, to: %1</source>
+        <translation>Auf diesem Desktop können Programme keine Tasten belegen. Belegen Sie selbst eine, in seinen Einstellungen, mit: %1</translation>
     </message>
 </context>
 <context>

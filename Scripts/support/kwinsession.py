@@ -6,6 +6,7 @@ import shutil
 import subprocess
 from pathlib import Path
 
+from plasma import start_plasma
 from waybar import start_waybar
 
 # What a window fades or slides through is in nobody's way.
@@ -55,7 +56,8 @@ class KWinSession:
         # Only with OpenGL, which takes its time to start in software.
         session.wait("KWin on the session bus",
                      lambda: session.has_bus_name("org.kde.KWin.ScreenShot2"), process)
-        session.spawn("wallpaper", "swaybg", "-c", f"#{self._wallpaper:06x}")
+        if session.panel != "plasma":
+            session.spawn("wallpaper", "swaybg", "-c", f"#{self._wallpaper:06x}")
 
     def _configure(self):
         for name, text in SETTINGS.items():
@@ -94,4 +96,7 @@ class KWinSession:
             return str(copy)
 
     def start_panel(self):
-        start_waybar(self._session, "Virtual-0")
+        if self._session.panel == "plasma":
+            start_plasma(self._session, self._wallpaper)
+        else:
+            start_waybar(self._session, "Virtual-0")

@@ -31,6 +31,7 @@ public:
     /// Asks the program that holds the id to do `action`. False when it did not answer.
     virtual bool forward(const QString &action) = 0;
 
-    /// Delivers the actions asked of us from now on.
+    /// Delivers the actions asked of us from now on. Being started to be activated, as desktops
+    /// start programs over the session bus, is none; being activated again is "capture".
     virtual void setActionHandler(ActionHandler handler) = 0;
 };

@@ -7,6 +7,7 @@
 #include "Platform/Freedesktop/CanberraSounds.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
 #include "Platform/Freedesktop/FreedesktopNotifications.h"
+#include "Platform/Freedesktop/SessionLaunch.h"
 #include "Platform/Freedesktop/SoundTheme.h"
 #include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/UninstalledUpdateSource.h"
@@ -18,7 +19,9 @@
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtScreens.h"
+#include "Platform/Qt/SessionRestore.h"
 #include "Platform/Qt/StandardErrorLog.h"
+#include "Platform/Qt/WatchedProgramFile.h"
 #include "Platform/Wayland/WaylandOutputs.h"
 #include "Platform/Wayland/WaylandSocket.h"
 #include "Platform/WaylandDesktop.h"
@@ -54,7 +57,7 @@ DesktopPlatformOptions completed(DesktopPlatformOptions options)
 
 /// Screens, their pictures and everything else that depends on the window system.
 void addWindowSystem(Platform &platform, const QString &displayName,
-                     std::shared_ptr<PanelMenu> panelMenu)
+                     const std::shared_ptr<PanelMenu> &panelMenu)
 {
     // What the Wayland desktop offers by D-Bus it offers to X11 programs too.
     const bool isXwayland = isXwaylandDesktop();
@@ -70,7 +73,7 @@ void addWindowSystem(Platform &platform, const QString &displayName,
         }
         platform.screens =
             std::make_unique<QtScreens>(isXwayland ? x11PixelGeometry() : waylandPixelGeometry());
-        const QStringList missing = addWaylandServices(platform, std::move(panelMenu));
+        const QStringList missing = addWaylandServices(platform, panelMenu);
         if (isXwayland) {
             platform.popupPlacement = makeX11PopupPlacement(*platform.screens);
         }
@@ -116,7 +119,7 @@ std::unique_ptr<LoginItem> makeLoginItem(const DesktopPlatformOptions &options, 
 {
     if (PortalLoginItem::isNeeded()) {
         return std::make_unique<PortalLoginItem>(log, options.comment,
-                                                 QStringList{options.executablePath});
+                                                 commandAtLogin(options.executablePath));
     }
     return std::make_unique<XdgAutostart>(
         XdgAutostart::Entry{options.applicationId, options.displayName, options.comment,
@@ -156,6 +159,7 @@ void prepareDesktopPlatform()
 std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &given)
 {
     const DesktopPlatformOptions options = completed(given);
+    stayOutOfRestoredSessions();
     auto platform = std::make_unique<Platform>();
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->systemLog = std::make_unique<StandardErrorLog>();
@@ -176,6 +180,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->updateSource = makeUpdateSource(options);
     platform->applicationService =
         std::make_unique<FreedesktopApplicationService>(options.applicationId);
+    platform->programFile = std::make_unique<WatchedProgramFile>(options.executablePath);
     platform->programRestart = makeProgramRestart(options);
     return platform;
 }

@@ -4,8 +4,8 @@
 #include <QObject>
 #include <QString>
 
-/// What a desktop that chooses the shortcut's keys together with its user has given in place of the
-/// combination that was asked for. Main thread only.
+/// What has become of the combination that was asked for: the keys that a desktop which chooses
+/// them together with its user has given in its place, or why there are none. Main thread only.
 class GivenKeys : public QObject
 {
     Q_OBJECT
@@ -22,9 +22,21 @@ public:
         }
     }
 
+    /// Why nothing is listened to although it was asked for, and what the user can do about it, in
+    /// sentences of the user's language. Empty otherwise.
+    QString problem() const { return m_problem; }
+    void setProblem(const QString &problem)
+    {
+        if (m_problem != problem) {
+            m_problem = problem;
+            Q_EMIT changed();
+        }
+    }
+
 Q_SIGNALS:
     void changed();
 
 private:
     QString m_description;
+    QString m_problem;
 };

@@ -91,6 +91,15 @@ public:
     /// What the running tap really listens to, where that is something else.
     const GivenKeys &givenKeys() const { return m_givenKeys; }
 
+    /// Tells why the tap that was asked for hears nothing, where the tap itself has not told it;
+    /// empty text once there is no such tap any more.
+    void setProblem(const QString &problem)
+    {
+        if (problem.isEmpty() || m_givenKeys.problem().isEmpty()) {
+            m_givenKeys.setProblem(problem);
+        }
+    }
+
 protected:
     GivenKeys m_givenKeys;
 };

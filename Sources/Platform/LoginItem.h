@@ -14,4 +14,8 @@ public:
     /// Both answer why they failed, or nothing when they succeeded.
     virtual std::optional<QString> registerItem() = 0;
     virtual std::optional<QString> unregisterItem() = 0;
+
+    /// Whether the session has started this process by itself, at login or to restore what ran at
+    /// the last logout, and not the user.
+    virtual bool launchedProgram() const = 0;
 };

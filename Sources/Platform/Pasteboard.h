@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <optional>
+
 /// The clipboard, for as long as the program lives. Main thread only.
 class Pasteboard
 {
@@ -13,4 +15,7 @@ public:
 
     /// Makes `text` what other programs paste as plain text, to the letter.
     virtual void setString(const QString &text) = 0;
+
+    /// The text that was set here, as long as it is what other programs paste.
+    virtual std::optional<QString> ownString() const = 0;
 };

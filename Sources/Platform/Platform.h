@@ -10,6 +10,7 @@
 #include "Platform/OverlaySurface.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/PopupPlacement.h"
+#include "Platform/ProgramFile.h"
 #include "Platform/ProgramRestart.h"
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
@@ -46,6 +47,7 @@ struct Platform
     std::unique_ptr<UpdateSource> updateSource;
     std::unique_ptr<ApplicationService> applicationService;
     std::unique_ptr<ProgramRestart> programRestart;
+    std::unique_ptr<ProgramFile> programFile;
 
     Platform();
     Platform(const Platform &) = delete;

@@ -24,6 +24,7 @@ public:
     /// Puts the lower-left corner of the window's frame at `origin`, shown or not.
     virtual void setFrameOrigin(QWidget &window, CocoaPoint origin) = 0;
 
-    /// Shows `window` in front and makes it the active window.
+    /// Shows `window` in front and makes it the active window, also where it is shown already but
+    /// covered or minimised; there it stays at its place.
     virtual void makeKeyAndOrderFront(QWidget &window) = 0;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/WaylandDesktop.h"
 
+#include "Platform/FallbackRecording.h"
 #include "Platform/GNOME/CustomKeyTap.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
@@ -63,21 +64,29 @@ std::unique_ptr<ScreenRecording> makeProtocolRecording(const Screens &screens)
     return nullptr;
 }
 
+/// Null where no portal takes pictures.
+std::unique_ptr<ScreenRecording> makePortalRecording(const Screens &screens, SystemLog &log,
+                                                     const std::shared_ptr<PanelMenu> &panelMenu)
+{
+    if (!PortalScreenshot::isOffered()) {
+        return nullptr;
+    }
+    return std::make_unique<PortalScreenshot>(screens, log, panelMenu, PortalScreenshot::Limits());
+}
+
 /// Null where the desktop lets no program see the screen.
 std::unique_ptr<ScreenRecording> makeScreenRecording(const Screens &screens, SystemLog &log,
-                                                     std::shared_ptr<PanelMenu> panelMenu)
+                                                     const std::shared_ptr<PanelMenu> &panelMenu)
 {
     if (auto recording = isWaylandDesktop() ? makeProtocolRecording(screens) : nullptr) {
         return recording;
     }
     if (KWinScreenShot::isOffered()) {
-        return std::make_unique<KWinScreenShot>(screens);
+        return std::make_unique<FallbackRecording>(
+            std::make_unique<KWinScreenShot>(screens),
+            [&screens, &log, panelMenu] { return makePortalRecording(screens, log, panelMenu); });
     }
-    if (PortalScreenshot::isOffered()) {
-        return std::make_unique<PortalScreenshot>(screens, log, std::move(panelMenu),
-                                                  PortalScreenshot::Limits());
-    }
-    return nullptr;
+    return makePortalRecording(screens, log, panelMenu);
 }
 
 /// What covers the screens, and with what is seen of them.
@@ -144,11 +153,10 @@ std::unique_ptr<EventMonitor> makeEventMonitor()
 }
 } // namespace
 
-QStringList addWaylandServices(Platform &platform, std::shared_ptr<PanelMenu> panelMenu)
+QStringList addWaylandServices(Platform &platform, const std::shared_ptr<PanelMenu> &panelMenu)
 {
     QStringList missing;
-    auto recording =
-        makeScreenRecording(*platform.screens, *platform.systemLog, std::move(panelMenu));
+    auto recording = makeScreenRecording(*platform.screens, *platform.systemLog, panelMenu);
     if (recording) {
         addCapture(platform, std::move(recording));
     } else {

@@ -21,4 +21,4 @@ bool isWaylandDesktop();
 ///
 /// Answers what this desktop withholds and nothing can stand in for, one sentence for people each;
 /// empty where the program can work.
-QStringList addWaylandServices(Platform &platform, std::shared_ptr<PanelMenu> panelMenu);
+QStringList addWaylandServices(Platform &platform, const std::shared_ptr<PanelMenu> &panelMenu);

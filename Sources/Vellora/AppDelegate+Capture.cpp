@@ -38,6 +38,7 @@ void AppDelegate::startCapture()
     Platform::current().textRecognizer->prepare();
     const auto selector = std::make_shared<ScreenRegionSelector>();
     selector->retainSelf = selector;
+    ++capturesUnderWay;
     selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
         if (self) {
             self->selectionDidFinish(rect);
@@ -47,11 +48,9 @@ void AppDelegate::startCapture()
 
 void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
 {
-    if (!rect) {
-        return;
-    }
-    const QImage image = ScreenCapture::capture(*rect);
+    const QImage image = rect ? ScreenCapture::capture(*rect) : QImage();
     if (image.isNull()) {
+        --capturesUnderWay;
         return;
     }
     if (Settings::shared().shutterSound()) {
@@ -74,6 +73,7 @@ void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
 void AppDelegate::recognitionDidFinish(const RecognitionOutcome &outcome,
                                        const CocoaRect &captureRect)
 {
+    --capturesUnderWay;
     if (const auto *text = std::get_if<QString>(&outcome)) {
         deliverResult(*text, captureRect);
     } else {

@@ -14,7 +14,9 @@
 #include <QFile>
 #include <QMenu>
 #include <QPointer>
+#include <QWindow>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -209,6 +211,15 @@ void AppDelegate::performAction(const QString &name)
     } else if (name == u"quit") {
         QCoreApplication::quit();
     }
+}
+
+bool AppDelegate::isIdle() const
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const bool isSeen = std::ranges::any_of(windows, [](const QWindow *window) {
+        return window->isVisible() && window->type() != Qt::ToolTip;
+    });
+    return !isSeen && capturesUnderWay == 0;
 }
 
 void AppDelegate::openSettings()

@@ -35,6 +35,10 @@ public:
     void openSettings();
     void checkForUpdates();
 
+    /// Whether nothing of the program is in use: no window of it is shown, and no text is on its
+    /// way.
+    bool isIdle() const;
+
     /// Does what a desktop action of this name stands for; unknown names do nothing.
     void performAction(const QString &name);
 
@@ -82,4 +86,6 @@ private:
     UpdaterController updaterController;
     std::shared_ptr<RepeatingTimer> permissionCheckTimer;
     bool permissionRefusalShown = false;
+    /// Captures between the dim and the delivered text.
+    int capturesUnderWay = 0;
 };

@@ -4,13 +4,23 @@
 #include "HotkeyString.h"
 #include "Platform/Platform.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::StringLiterals;
 
 namespace {
-void logTapFailure()
+QString takenText()
 {
-    Platform::current().systemLog->log(
-        u"GlobalHotkey: Failed to create event tap — Accessibility permission likely denied"_s);
+    return QCoreApplication::translate(
+        "GlobalHotkey", "This shortcut does not work here: another program or the desktop has it. "
+                        "Choose another one.");
+}
+
+QString endedText()
+{
+    return QCoreApplication::translate("GlobalHotkey",
+                                       "The desktop no longer listens to this shortcut. Switch it "
+                                       "off and on again, or choose another one.");
 }
 } // namespace
 
@@ -47,10 +57,21 @@ void GlobalHotkey::setModifiers(quint64 modifiers)
 void GlobalHotkey::setCombination(const KeyCombination &newCombination)
 {
     combination = newCombination;
-    if (eventTap && !eventTap->setCombination(combination)) {
-        // The listener keeps running, deaf until it is given a combination that is free.
-        logTapFailure();
+    if (!eventTap) {
+        return;
     }
+    Platform::current().keyTap->setProblem({});
+    if (!eventTap->setCombination(combination)) {
+        // The listener keeps running, deaf until it is given a combination that is free.
+        tapFailed(takenText());
+    }
+}
+
+void GlobalHotkey::tapFailed(const QString &problem) const
+{
+    Platform::current().systemLog->log(
+        u"GlobalHotkey: Failed to create event tap — Accessibility permission likely denied"_s);
+    Platform::current().keyTap->setProblem(problem);
 }
 
 void GlobalHotkey::start()
@@ -59,6 +80,7 @@ void GlobalHotkey::start()
         return;
     }
     Platform &platform = Platform::current();
+    platform.keyTap->setProblem({});
     if (!platform.keyTap->isProcessTrustedWithPrompt()) {
         denyPermission();
         return;
@@ -69,7 +91,7 @@ void GlobalHotkey::start()
             return self && self->handleKeyDown(pressed);
         });
     if (!eventTap) {
-        logTapFailure();
+        tapFailed(takenText());
         return;
     }
     eventTap->onEnd = [listener = weak_from_this()](KeyTap::Tap::End end) {
@@ -94,13 +116,14 @@ void GlobalHotkey::tapDidEnd(KeyTap::Tap::End end)
     if (end == KeyTap::Tap::End::Denied) {
         denyPermission();
     } else {
-        logTapFailure();
+        tapFailed(endedText());
     }
 }
 
 void GlobalHotkey::stop()
 {
     eventTap.reset();
+    Platform::current().keyTap->setProblem({});
 }
 
 bool GlobalHotkey::handleKeyDown(const KeyCombination &pressed)

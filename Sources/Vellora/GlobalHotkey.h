@@ -52,6 +52,7 @@ private:
     explicit GlobalHotkey(Action action);
 
     void setCombination(const KeyCombination &newCombination);
+    void tapFailed(const QString &problem) const;
     void denyPermission() const;
     void tapDidEnd(KeyTap::Tap::End end);
     /// Whether the press is swallowed.

@@ -146,14 +146,17 @@ QLabel *SettingsView::makeTextRow(FormSection *section)
     // What the desktop says is no markup, though it may look like some.
     row->setTextFormat(Qt::PlainText);
     row->setWordWrap(true);
+    // There may be a command in it.
+    row->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row->setContentsMargins(FormSection::rowInset, textPadding, FormSection::rowInset, textPadding);
     return row;
 }
 
 void SettingsView::showGivenKeys()
 {
-    const QString keys = Platform::current().keyTap->givenKeys().description();
-    if (!m_shortcutRow || keys.isEmpty()) {
+    const GivenKeys &given = Platform::current().keyTap->givenKeys();
+    const QString keys = given.description();
+    if (!m_shortcutRow || (keys.isEmpty() && given.problem().isEmpty())) {
         if (m_givenKeysRow) {
             m_shortcutSection->removeRow(m_givenKeysRow);
             m_givenKeysRow = nullptr;
@@ -164,7 +167,8 @@ void SettingsView::showGivenKeys()
         m_givenKeysRow = makeTextRow(m_shortcutSection);
         m_shortcutSection->addRow(m_givenKeysRow);
     }
-    m_givenKeysRow->setText(tr("The desktop listens to: %1").arg(keys));
+    m_givenKeysRow->setText(given.problem().isEmpty() ? tr("The desktop listens to: %1").arg(keys)
+                                                      : given.problem());
 }
 
 void SettingsView::addGeneral()

@@ -138,8 +138,10 @@ QWidget *UpdateWindow::makeButtons()
     connect(m_close, &QPushButton::clicked, this, &QDialog::close);
     connect(m_install, &QPushButton::clicked, &m_update, &SoftwareUpdate::install);
     connect(m_tryAgain, &QPushButton::clicked, &m_update, &SoftwareUpdate::tryAgain);
-    connect(m_restart, &QPushButton::clicked, this,
-            [] { Platform::current().programRestart->restart(); });
+    connect(m_restart, &QPushButton::clicked, this, [] {
+        Platform &platform = Platform::current();
+        platform.programRestart->restart(platform.pasteboard->ownString());
+    });
     return row;
 }
 

@@ -7,6 +7,7 @@
 #include "Platform/TerminationSignals.h"
 #include "Publisher.h"
 #include "Translations.h"
+#include "UpdateRestart.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -28,6 +29,11 @@ int run(Platform &platform)
 {
     ApplicationService &service = *platform.applicationService;
     if (service.claim() == ApplicationService::Claim::Taken) {
+        // A session that starts the program twice, by its entry and to restore it, wants one.
+        // So does one that another run has started in its place.
+        if (platform.loginItem->launchedProgram() || platform.programRestart->isSuccessor()) {
+            return 0;
+        }
         // The one that runs already does what the user wants from this start.
         if (!service.forward(u"capture"_s)) {
             platform.systemLog->log(u"Vellora is running already but does not answer"_s);
@@ -35,7 +41,11 @@ int run(Platform &platform)
         }
         return 0;
     }
+    if (const auto text = platform.programRestart->takeClipboardText()) {
+        platform.pasteboard->setString(*text);
+    }
     delegate = std::make_unique<AppDelegate>();
+    const UpdateRestart updateRestart([] { return delegate->isIdle(); });
     service.setActionHandler([](const QString &action) { delegate->performAction(action); });
     platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
     const ExitGuard exitGuard([&platform] { platform.userDefaults->flush(); });

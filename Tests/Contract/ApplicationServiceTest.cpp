@@ -8,12 +8,19 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QThread>
 
+#include <csignal>
 #include <cstdio>
+#include <sys/types.h>
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +49,11 @@ public:
         return QTest::qWaitFor([&] { return (m_output += m_process.readAll()).contains(line); });
     }
     QByteArray output() const { return m_output; }
+    bool hasSaid(const QByteArray &line)
+    {
+        m_output += m_process.readAll();
+        return m_output.contains(line);
+    }
     /// Its exit status; -1 while it runs.
     int endStatus() const
     {
@@ -51,6 +63,62 @@ public:
 private:
     QProcess m_process;
     QByteArray m_output;
+};
+
+/// Lets the bus start a process with the application id when it is called.
+class StartedByBus
+{
+public:
+    StartedByBus()
+        : m_folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                   u"/dbus-1/services"_s)
+    {
+        QDir().mkpath(m_folder);
+        QFile service(m_folder + u"/test.service"_s);
+        if (service.open(QIODevice::WriteOnly)) {
+            const QString command = u"/bin/sh -c \"exec %1 peer > %2\""_s.arg(
+                QCoreApplication::applicationFilePath(), m_output.fileName());
+            service.write(u"[D-BUS Service]\nName=%1\nExec=%2\n"_s.arg(id, command).toUtf8());
+        }
+        service.close();
+        reload();
+    }
+    ~StartedByBus()
+    {
+        QFile::remove(m_folder + u"/test.service"_s);
+        reload();
+        const auto bus = QDBusConnection::sessionBus();
+        const QDBusReply<uint> process = bus.interface()->servicePid(id);
+        if (process.isValid()) {
+            ::kill(static_cast<pid_t>(process.value()), SIGKILL);
+            QTest::qWaitFor([&] { return !bus.interface()->isServiceRegistered(id); });
+        }
+    }
+    StartedByBus(const StartedByBus &) = delete;
+    StartedByBus &operator=(const StartedByBus &) = delete;
+
+    QByteArray output() const
+    {
+        QFile file(m_output.fileName());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    static void reload()
+    {
+        QDBusConnection::sessionBus().call(
+            QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                           u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
+    }
+
+    class Output : public QTemporaryFile
+    {
+    public:
+        // Only an opened one has a name.
+        Output() { open(); }
+    };
+    QString m_folder;
+    Output m_output;
 };
 
 /// The peer's side: holds the id and tells what it is asked, or holds it and never answers.
@@ -95,6 +163,8 @@ private Q_SLOTS:
     void forwardToNobodyFails();
     void forwardToADeafOneGivesUp();
     void desktopsCallsBecomeActions();
+    void beingStartedToBeActivatedIsNoAction();
+    void beingStartedForAnActionIsOne();
     void unknownAndHostileActionsAreIgnored();
     void actionsBeforeTheHandlerAreKept();
     void everyStartIsTheFirstWithoutABus();
@@ -158,13 +228,35 @@ void ApplicationServiceTest::desktopsCallsBecomeActions()
     QVERIFY(peer.says("first"));
     const auto bus = QDBusConnection::sessionBus();
     const QVariantMap data{{u"desktop-startup-id"_s, u"x"_s}};
-    QCOMPARE(bus.call(call(u"Activate"_s, {data})).type(), QDBusMessage::ReplyMessage);
-    QVERIFY(peer.says("action capture"));
+    // Until its launch is over, that is part of it.
+    QTRY_VERIFY(bus.call(call(u"Activate"_s, {data})).type() == QDBusMessage::ReplyMessage &&
+                peer.hasSaid("action capture"));
     for (const QString &action : {u"settings"_s, u"check-for-updates"_s, u"quit"_s}) {
         QCOMPARE(bus.call(call(u"ActivateAction"_s, {action, QVariantList(), data})).type(),
                  QDBusMessage::ReplyMessage);
         QVERIFY(peer.says("action " + action.toUtf8()));
     }
+}
+
+void ApplicationServiceTest::beingStartedToBeActivatedIsNoAction()
+{
+    const StartedByBus peer;
+    const auto bus = QDBusConnection::sessionBus();
+    QCOMPARE(bus.call(call(u"Activate"_s, {QVariantMap()})).type(), QDBusMessage::ReplyMessage);
+    bus.call(call(u"ActivateAction"_s, {u"settings"_s, QVariantList(), QVariantMap()}));
+    QTRY_COMPARE(peer.output(), "first\naction settings\n");
+    // It runs now.
+    QTRY_VERIFY(bus.call(call(u"Activate"_s, {QVariantMap()})).type() ==
+                    QDBusMessage::ReplyMessage &&
+                peer.output().startsWith("first\naction settings\naction capture\n"));
+}
+
+void ApplicationServiceTest::beingStartedForAnActionIsOne()
+{
+    const StartedByBus peer;
+    const auto bus = QDBusConnection::sessionBus();
+    bus.call(call(u"ActivateAction"_s, {u"capture"_s, QVariantList(), QVariantMap()}));
+    QTRY_COMPARE(peer.output(), "first\naction capture\n");
 }
 
 void ApplicationServiceTest::unknownAndHostileActionsAreIgnored()

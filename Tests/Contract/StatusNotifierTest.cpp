@@ -16,6 +16,7 @@
 #include <QDBusPendingCall>
 #include <QDBusReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVirtualObject>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
@@ -109,6 +110,47 @@ private:
     QStringList m_items;
 };
 
+/// A watcher with a host that is too busy to say so at first.
+class BusyWatcher : public QDBusVirtualObject
+{
+public:
+    BusyWatcher()
+        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"busy"_s))
+    {
+        m_bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
+        m_bus.registerService(watcherName);
+    }
+    ~BusyWatcher() override { QDBusConnection::disconnectFromBus(u"busy"_s); }
+
+    QStringList items;
+    bool isAsked() const { return !m_questions.isEmpty(); }
+    void answer()
+    {
+        for (const QDBusMessage &question : std::exchange(m_questions, {})) {
+            m_bus.send(question.createReply(QVariant::fromValue(QDBusVariant(true))));
+        }
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &) override
+    {
+        if (message.member() == u"Get") {
+            m_questions.append(message);
+            return true;
+        }
+        if (message.member() != u"RegisterStatusNotifierItem") {
+            return false;
+        }
+        items.append(message.arguments().constFirst().toString());
+        m_bus.send(message.createReply());
+        return true;
+    }
+
+private:
+    QDBusConnection m_bus;
+    QList<QDBusMessage> m_questions;
+};
+
 /// Counts the signals of items that arrive at a host.
 class SignalCounter : public QObject
 {
@@ -152,7 +194,9 @@ private Q_SLOTS:
     void propertiesAreComplete();
     void changesAreAnnounced();
     void clicksReachTheAction();
+    void activationTokensAreKept();
     void watcherThatStartsLaterGetsTheItem();
+    void busyWatcherGetsTheItem();
     void hostThatStartsLaterGetsTheItem();
     void restartedWatcherGetsTheItemAgain();
     void hostsShowToolTips();
@@ -222,6 +266,7 @@ void StatusNotifierTest::addMenu()
                 });
             }
         }
+        menu->actions().constLast()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
         m_button->popUpContextMenu(std::move(menu), event);
     });
 }
@@ -249,7 +294,8 @@ void StatusNotifierTest::propertiesAreComplete()
     QCOMPARE(watcher.property(u"ItemIsMenu"_s), QVariant(false));
     const auto toolTip =
         qdbus_cast<StatusNotifierToolTip>(watcher.property(u"ToolTip"_s).value<QDBusArgument>());
-    QCOMPARE(toolTip.title, u"tip <b>&"_s);
+    QCOMPARE(toolTip.title, u"Test"_s);
+    QCOMPARE(toolTip.description, u"tip &lt;b&gt;&amp;"_s); // markup is understood there
 
     const auto pixmaps = qdbus_cast<QList<StatusNotifierPixmap>>(
         watcher.property(u"IconPixmap"_s).value<QDBusArgument>());
@@ -297,12 +343,42 @@ void StatusNotifierTest::clicksReachTheAction()
     QCOMPARE(m_clicks.size(), 2);
 }
 
+void StatusNotifierTest::activationTokensAreKept()
+{
+    const Watcher watcher;
+    makeItem();
+    QTRY_COMPARE(watcher.items().size(), 1);
+    const auto provide = [&](const QVariant &token) {
+        watcher.ask(u"/StatusNotifierItem"_s, itemInterface, u"ProvideXdgActivationToken"_s,
+                    {token});
+        return qgetenv("XDG_ACTIVATION_TOKEN");
+    };
+    QCOMPARE(provide(u"kwin-42"_s), "kwin-42");
+    for (const QVariant &none : {QVariant(QString()), QVariant(u"two words"_s), QVariant(7),
+                                 QVariant(u"Grün"_s), QVariant(QString(100'000, u'x'))}) {
+        QCOMPARE(provide(none), "kwin-42");
+    }
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
 void StatusNotifierTest::watcherThatStartsLaterGetsTheItem()
 {
     makeItem();
     QVERIFY(m_button);
     const Watcher watcher;
     QTRY_COMPARE(watcher.items().size(), 1);
+}
+
+void StatusNotifierTest::busyWatcherGetsTheItem()
+{
+    BusyWatcher watcher;
+    makeItem();
+    QTRY_VERIFY(watcher.isAsked());
+    // Longer than other panels are kept waiting for.
+    QTest::qWait(2500);
+    QVERIFY(watcher.items.isEmpty());
+    watcher.answer();
+    QTRY_COMPARE(watcher.items.size(), 1);
 }
 
 void StatusNotifierTest::hostThatStartsLaterGetsTheItem()
@@ -385,6 +461,11 @@ void StatusNotifierTest::menuIsExported()
         const auto entry = qdbus_cast<MenuLayout>(child.variant().value<QDBusArgument>());
         labels.append(entry.properties.value(u"label"_s, entry.properties.value(u"type"_s)));
     }
+    const auto last =
+        qdbus_cast<MenuLayout>(layout.children.last().variant().value<QDBusArgument>());
+    QCOMPARE(
+        qdbus_cast<QList<QStringList>>(last.properties.value(u"shortcut"_s).value<QDBusArgument>()),
+        QList<QStringList>({{u"Control"_s, u"q"_s}}));
     QCOMPARE(labels, QVariantList({u"Capture __Text & _more"_s, u"separator"_s, u"Quit"_s}));
     QVERIFY2(m_chosen.isEmpty(), "looking at a menu chooses nothing");
 }

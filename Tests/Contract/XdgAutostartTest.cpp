@@ -23,6 +23,8 @@ private Q_SLOTS:
     void isValid();
     void launcherStartsThatVeryProgram_data();
     void launcherStartsThatVeryProgram();
+    void tellsWhatTheEntryStartedFromTheRest();
+    void diesWithTheProgram();
     void registeringAgainRestoresTheEntry();
     void unregisteringRemovesOnlyOurs();
     void unregisteringNothingIsFine();
@@ -104,6 +106,40 @@ void XdgAutostartTest::launcherStartsThatVeryProgram()
     QTRY_VERIFY(QFile::exists(marker));
 }
 
+void XdgAutostartTest::tellsWhatTheEntryStartedFromTheRest()
+{
+    QVERIFY(!item(u"/usr/bin/true"_s).launchedProgram());
+    // This test once more, as the entry starts it.
+    XdgAutostart entry = item(QCoreApplication::applicationFilePath());
+    QCOMPARE(entry.registerItem(), std::nullopt);
+    const QString marker = m_folder->filePath(u"marker"_s);
+    qputenv("MARKER", QFile::encodeName(marker));
+    QProcess launcher;
+    launcher.start(u"gio"_s, {u"launch"_s, entry.filePath()});
+    QVERIFY(launcher.waitForFinished());
+    QFile answer(marker);
+    QTRY_VERIFY(answer.exists() && answer.size() > 0);
+    QVERIFY(answer.open(QIODevice::ReadOnly));
+    QCOMPARE(answer.readAll(), "launched");
+    qunsetenv("MARKER");
+}
+
+void XdgAutostartTest::diesWithTheProgram()
+{
+    const QString program = m_folder->filePath(u"run it"_s);
+    QVERIFY(QFile::copy(u"/usr/bin/true"_s, program));
+    XdgAutostart entry = item(program);
+    QCOMPARE(entry.registerItem(), std::nullopt);
+    const auto launch = [&] {
+        QProcess launcher;
+        launcher.start(u"gio"_s, {u"launch"_s, entry.filePath()});
+        return launcher.waitForFinished() && launcher.exitCode() == 0;
+    };
+    QVERIFY(launch());
+    QVERIFY(QFile::remove(program));
+    QVERIFY(!launch());
+}
+
 void XdgAutostartTest::registeringAgainRestoresTheEntry()
 {
     XdgAutostart entry = item(u"/usr/bin/true"_s);
@@ -172,5 +208,19 @@ void XdgAutostartTest::unknownProgramIsNotRegistered()
     QVERIFY(!QFile::exists(entry.filePath()));
 }
 
-QTEST_GUILESS_MAIN(XdgAutostartTest)
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    if (qEnvironmentVariableIsSet("MARKER")) {
+        QFile answer(qEnvironmentVariable("MARKER"));
+        const XdgAutostart item({});
+        return answer.open(QIODevice::WriteOnly) &&
+                       answer.write(item.launchedProgram() ? "launched" : "not launched") > 0
+                   ? 0
+                   : 1;
+    }
+    XdgAutostartTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "XdgAutostartTest.moc"

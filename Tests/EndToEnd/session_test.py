@@ -34,6 +34,18 @@ class SessionTest(unittest.TestCase):
             self.assert_capture_began(before)
             self.assertTrue(program.is_running())
 
+    def test_second_start_by_the_session_does_not_capture(self):
+        with Program({}) as program:
+            program.status_item()
+            before = screenshot()
+            for command in (["/usr/bin/env", "VELLORA_AUTOSTARTED=1", binary()],
+                            [binary(), "-session", "10d8f3_1700000000"]):
+                second = subprocess.run(command, capture_output=True, text=True, timeout=20,
+                                        check=False)
+                self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+                holds_for("without an overlay", lambda: is_unchanged(before), 0.5)
+            self.assertTrue(program.is_running())
+
     def test_actions(self):
         with Program({}) as program:
             program.status_item()

@@ -112,7 +112,7 @@ class StatusItemTest(unittest.TestCase):
 
     def assert_tool_tip(self, text):
         if SPEAKS_SNI:
-            wait_until(f"the tool tip {text!r}", lambda: status_notifier.tool_tip() == text)
+            wait_until(f"the tool tip {text!r}", lambda: status_notifier.tool_tip_text() == text)
 
     @unittest.skipIf(desktop.NAME == "sway", "sway lists every window")
     def test_nothing_in_the_task_bar(self):

@@ -44,11 +44,14 @@ private Q_SLOTS:
     void stopsOnALateFailure();
     void followsAConfigurationWhileRunning();
     void staysDeafOnATakenConfiguration();
+    void leavesTheTapsOwnReason();
     void firesOnBareKeys();
 
 private:
     std::shared_ptr<GlobalHotkey> listener();
     bool press(const KeyCombination &combination);
+    /// What the settings show.
+    QString problem() const { return m_platform->keyTap.givenKeys().problem(); }
 
     std::unique_ptr<FakePlatform> m_platform;
     int m_actions = 0;
@@ -253,9 +256,11 @@ void GlobalHotkeyTest::logsATapThatCannotBeCreated()
     QVERIFY(!hotkey->isRunning());
     QCOMPARE(m_platform->systemLog.lines, QStringList{notCreatedLine});
     QCOMPARE(m_denials, 0);
+    QVERIFY(problem().contains(u"another program or the desktop has it"));
     m_platform->keyTap.taken.clear();
     hotkey->start();
     QVERIFY(hotkey->isRunning());
+    QCOMPARE(problem(), QString());
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
 }
 
@@ -279,8 +284,10 @@ void GlobalHotkeyTest::stopsOnALateFailure()
     hotkey->start();
     m_platform->keyTap.end(KeyTap::Tap::End::Failed);
     QVERIFY(!hotkey->isRunning());
+    QVERIFY(problem().contains(u"no longer listens"));
     // Started again before the former tap is gone.
     hotkey->start();
+    QCOMPARE(problem(), QString());
     QCoreApplication::sendPostedEvents();
     QVERIFY(hotkey->isRunning());
     QCOMPARE(m_platform->keyTap.tapCount(), 1);
@@ -313,9 +320,22 @@ void GlobalHotkeyTest::staysDeafOnATakenConfiguration()
     hotkey->configure(u"ctrl+k"_s);
     QVERIFY(hotkey->isRunning());
     QCOMPARE(m_platform->systemLog.lines, QStringList{notCreatedLine});
+    QVERIFY(problem().contains(u"another program or the desktop has it"));
     hotkey->configure(u"ctrl+j"_s);
+    QCOMPARE(problem(), QString());
     QVERIFY(press({38, KeyFlags::control}));
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
+}
+
+void GlobalHotkeyTest::leavesTheTapsOwnReason()
+{
+    m_platform->keyTap.unboundReason = u"Bind it yourself."_s;
+    const auto hotkey = listener();
+    hotkey->start();
+    QVERIFY(!hotkey->isRunning());
+    QCOMPARE(problem(), u"Bind it yourself."_s);
+    hotkey->stop();
+    QCOMPARE(problem(), QString());
 }
 
 void GlobalHotkeyTest::firesOnBareKeys()

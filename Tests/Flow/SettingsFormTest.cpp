@@ -179,6 +179,11 @@ void SettingsFormTest::showsTheKeysThatTheDesktopGave()
     QCOMPARE(sentences(), QStringList());
     m_platform->keyTap.give(u"Press <Control>F9"_s);
     QCOMPARE(sentences(), told);
+    const QString problem = u"The desktop binds no keys. Bind <Control>F9 yourself."_s;
+    m_platform->keyTap.setProblem(problem);
+    QCOMPARE(sentences(), QStringList{problem});
+    m_platform->keyTap.setProblem({});
+    QCOMPARE(sentences(), told);
     Settings::shared().setHotkeyEnabled(false);
     QTRY_COMPARE(sentences(), QStringList());
 }

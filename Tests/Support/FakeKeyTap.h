@@ -15,6 +15,8 @@ public:
     bool trusted = true;
     /// What other programs have.
     QList<KeyCombination> taken;
+    /// Set: there are no taps at all, for this reason.
+    QString unboundReason;
     /// What the layout prints on keys; others are not known.
     QMap<quint16, QString> labels;
     int promptCount = 0;
@@ -56,7 +58,8 @@ public:
     std::unique_ptr<Tap> createTap(const KeyCombination &combination, Callback callback) override
     {
         ++createCount;
-        if (taken.contains(combination)) {
+        setProblem(unboundReason);
+        if (taken.contains(combination) || !unboundReason.isEmpty()) {
             return nullptr;
         }
         return std::make_unique<Running>(*this, combination, std::move(callback));

@@ -21,6 +21,7 @@ FakePlatform::FakePlatform()
     , updateSource(install<FakeUpdateSource>(m_platform.updateSource))
     , applicationService(install<FakeApplicationService>(m_platform.applicationService))
     , programRestart(install<FakeProgramRestart>(m_platform.programRestart))
+    , programFile(install<FakeProgramFile>(m_platform.programFile))
 {
     m_platform.userDefaults =
         std::make_unique<UserDefaults>(m_folder.filePath(QStringLiteral("vellora.ini")));

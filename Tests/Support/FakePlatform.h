@@ -44,6 +44,7 @@ public:
     FakeUpdateSource &updateSource;
     FakeApplicationService &applicationService;
     FakeProgramRestart &programRestart;
+    FakeProgramFile &programFile;
 
     /// Reads the file of the user defaults anew, as a restart does.
     void reloadUserDefaults();

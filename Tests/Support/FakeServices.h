@@ -174,6 +174,8 @@ class FakePasteboard : public Pasteboard
 public:
     /// Absent after `clearContents`.
     std::optional<QString> text = QStringLiteral("earlier text");
+    /// Whether `text` was set here, and no other program copied something since.
+    bool isOwn = false;
     int clearCount = 0;
 
     void clearContents() override
@@ -181,7 +183,12 @@ public:
         ++clearCount;
         text.reset();
     }
-    void setString(const QString &string) override { text = string; }
+    void setString(const QString &string) override
+    {
+        text = string;
+        isOwn = true;
+    }
+    std::optional<QString> ownString() const override { return isOwn ? text : std::nullopt; }
 };
 
 class FakePopupPlacement : public PopupPlacement
@@ -428,6 +435,7 @@ public:
 class FakeLoginItem : public LoginItem
 {
 public:
+    bool launched = false;
     std::optional<QString> error;
     QStringList requests;
 
@@ -441,6 +449,7 @@ public:
         requests << QStringLiteral("unregister");
         return error;
     }
+    bool launchedProgram() const override { return launched; }
 };
 
 class FakeUpdateSource : public UpdateSource
@@ -519,9 +528,32 @@ class FakeProgramRestart : public ProgramRestart
 public:
     bool possible = true;
     int successorCount = 0;
+    bool successor = false;
+    /// What a predecessor handed over.
+    std::optional<QString> handedOver;
 
     bool canRestart() const override { return possible; }
     void startSuccessor(char *[]) override { ++successorCount; }
+    bool isSuccessor() const override { return successor; }
+    const std::optional<QString> &toBeHandedOver() const { return clipboardText(); }
+    std::optional<QString> takeClipboardText() override
+    {
+        return std::exchange(handedOver, std::nullopt);
+    }
+};
+
+class FakeProgramFile : public ProgramFile
+{
+public:
+    bool replaced = false;
+
+    bool isReplaced() const override { return replaced; }
+    /// An update has put another file in its place.
+    void replace()
+    {
+        replaced = true;
+        Q_EMIT changed();
+    }
 };
 
 class FakeApplicationService : public ApplicationService

@@ -38,6 +38,10 @@ private Q_SLOTS:
     void pictureFileIsDrawnToo();
     void unreadableDataIsNothing();
     void themedDrawingIsPreferred();
+    void themedDrawingsHaveNoEdgeWhereTheyAreTinted_data() { everySymbolIsDrawn_data(); }
+    void themedDrawingsHaveNoEdgeWhereTheyAreTinted();
+    void edgedPictureIsSeenOnDarkAndOnLight_data() { everySymbolIsDrawn_data(); }
+    void edgedPictureIsSeenOnDarkAndOnLight();
 };
 
 void StatusItemArtworkTest::linesAreCrisp_data()
@@ -133,6 +137,38 @@ void StatusItemArtworkTest::themedDrawingIsPreferred()
     file.close();
     QCOMPARE(artwork.iconName(image), u"org.example.Test-a-b-symbolic"_s);
     QCOMPARE(qAlpha(artwork.render(image, 16, Qt::black).pixel(0, 0)), 255);
+}
+
+void StatusItemArtworkTest::themedDrawingsHaveNoEdgeWhereTheyAreTinted()
+{
+    QFETCH(const QString, name);
+    const StatusItemImage symbol = systemSymbol(name, {});
+    const StatusItemArtwork themed(QStringLiteral(VELLORA_ICON_THEME), u"org.vellora.Vellora"_s);
+    QVERIFY(!themed.iconName(symbol).isEmpty());
+    QCOMPARE(themed.render(symbol, 22, Qt::red), StatusItemArtwork({}).render(symbol, 22, Qt::red));
+}
+
+void StatusItemArtworkTest::edgedPictureIsSeenOnDarkAndOnLight()
+{
+    QFETCH(const QString, name);
+    const StatusItemImage symbol = systemSymbol(name, {});
+    for (const int extent : {16, 22, 48}) {
+        const QImage image = StatusItemArtwork({}).renderEdged(symbol, extent);
+        QCOMPARE(image.size(), QSize(extent, extent));
+        int light = 0;
+        int dark = 0;
+        for (int y = 0; y < extent; ++y) {
+            for (int x = 0; x < extent; ++x) {
+                const QColor colour = image.pixelColor(x, y);
+                light += colour.alpha() > 200 && colour.lightness() > 200;
+                dark += colour.alpha() > 200 && colour.lightness() < 90;
+            }
+        }
+        // A tenth of the picture at least is of each.
+        QVERIFY2(light * 10 > extent * extent, qPrintable(QString::number(light)));
+        QVERIFY2(dark * 10 > extent * extent, qPrintable(QString::number(dark)));
+    }
+    QVERIFY(StatusItemArtwork({}).renderEdged({u"x"_s, "<svg", {}}, 22).isNull());
 }
 
 QTEST_MAIN(StatusItemArtworkTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Freedesktop/ApplicationAdaptor.h"
 
+#include "Platform/Freedesktop/ActivationToken.h"
 #include "Platform/Freedesktop/FreedesktopApplicationService.h"
 
 using namespace Qt::StringLiterals;
@@ -11,9 +12,10 @@ ApplicationAdaptor::ApplicationAdaptor(FreedesktopApplicationService *service)
 {
 }
 
-void ApplicationAdaptor::Activate(const QVariantMap &)
+void ApplicationAdaptor::Activate(const QVariantMap &platform_data)
 {
-    m_service->request(u"capture"_s);
+    useActivationTokenOf(platform_data);
+    m_service->activate();
 }
 
 void ApplicationAdaptor::Open(const QStringList &, const QVariantMap &)
@@ -21,7 +23,8 @@ void ApplicationAdaptor::Open(const QStringList &, const QVariantMap &)
 }
 
 void ApplicationAdaptor::ActivateAction(const QString &action_name, const QVariantList &,
-                                        const QVariantMap &)
+                                        const QVariantMap &platform_data)
 {
+    useActivationTokenOf(platform_data);
     m_service->request(action_name);
 }

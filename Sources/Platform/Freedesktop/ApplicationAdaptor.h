@@ -7,8 +7,8 @@
 
 class FreedesktopApplicationService;
 
-/// org.freedesktop.Application, as the desktop entry specification describes it. The platform
-/// data (start-up ids, activation tokens) is for showing windows, which no action does at once.
+/// org.freedesktop.Application, as the desktop entry specification describes it. Of the platform
+/// data the activation token counts: it lets a window come to the front.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     explicit ApplicationAdaptor(FreedesktopApplicationService *service);
 
 public Q_SLOTS:
-    /// The program was started or chosen again: a capture.
+    /// The program was chosen: a capture by one that runs, nothing by one that this starts.
     void Activate(const QVariantMap &platform_data);
     /// The program opens no files.
     void Open(const QStringList &uris, const QVariantMap &platform_data);

@@ -6,6 +6,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 
 #include <utility>
 
@@ -15,6 +16,11 @@ namespace {
 
 /// Long enough for a busy program, short enough for a person who waits for the second start.
 constexpr int forwardTimeoutMilliseconds = 3000;
+
+/// The bus delivers in order, so what it kept for the program comes before an answer to what the
+/// program asks. Qt may hand over an answer just before the calls that it kept back itself, but not
+/// the one after that.
+constexpr int answersOfLaunch = 2;
 
 bool isKnown(const QString &action)
 {
@@ -58,7 +64,28 @@ ApplicationService::Claim FreedesktopApplicationService::claim()
         return Claim::Taken;
     }
     m_claimed = true;
+    m_isLaunching = true;
+    // From the event loop: until that runs, Qt keeps calls back, but not answers.
+    QMetaObject::invokeMethod(
+        this, [this] { awaitLaunchingCalls(answersOfLaunch); }, Qt::QueuedConnection);
     return Claim::First;
+}
+
+void FreedesktopApplicationService::awaitLaunchingCalls(int answers)
+{
+    const auto bus = sessionBus();
+    if (answers == 0 || !bus) {
+        m_isLaunching = false;
+        return;
+    }
+    const QDBusMessage question =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"GetId"_s);
+    auto *answer = new QDBusPendingCallWatcher(bus->asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, answers] {
+        answer->deleteLater();
+        awaitLaunchingCalls(answers - 1);
+    });
 }
 
 void FreedesktopApplicationService::release()
@@ -92,6 +119,13 @@ void FreedesktopApplicationService::setActionHandler(ActionHandler handler)
     m_handler = std::move(handler);
     QMetaObject::invokeMethod(
         this, [this] { deliver(); }, Qt::QueuedConnection);
+}
+
+void FreedesktopApplicationService::activate()
+{
+    if (!m_isLaunching) {
+        request(u"capture"_s);
+    }
 }
 
 void FreedesktopApplicationService::request(const QString &action)

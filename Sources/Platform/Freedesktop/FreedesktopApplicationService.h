@@ -26,6 +26,10 @@ public:
 
 private:
     friend class ApplicationAdaptor;
+    /// The desktop or its user turned to the program.
+    void activate();
+    /// Ends the launch after that many answers of the bus.
+    void awaitLaunchingCalls(int answers);
     /// Delivers `action`, once the caller on the bus has its answer.
     void request(const QString &action);
     void deliver();
@@ -35,4 +39,7 @@ private:
     /// Asked of us before there was a handler: a bus that starts the program asks at once.
     QStringList m_pending;
     bool m_claimed = false;
+    /// Until what the bus hands over together with the name has arrived: the call that made it
+    /// start the program, if one did.
+    bool m_isLaunching = false;
 };

@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QGuiApplication>
+#include <QKeySequence>
 
 #include <algorithm>
 #include <utility>
@@ -30,6 +31,29 @@ QString label(const QString &text)
     return result;
 }
 
+/// The keys as dbusmenu names them, one list for each press: [["Control", "q"]].
+QList<QStringList> shortcut(const QKeySequence &keys)
+{
+    QList<QStringList> presses;
+    for (int i = 0; i < keys.count(); ++i) {
+        const QKeyCombination press = keys[static_cast<uint>(i)];
+        QStringList names;
+        const auto add = [&](Qt::KeyboardModifier modifier, const QString &name) {
+            if (press.keyboardModifiers() & modifier) {
+                names.append(name);
+            }
+        };
+        add(Qt::ControlModifier, u"Control"_s);
+        add(Qt::AltModifier, u"Alt"_s);
+        add(Qt::ShiftModifier, u"Shift"_s);
+        add(Qt::MetaModifier, u"Super"_s);
+        const QString key = QKeySequence(press.key()).toString(QKeySequence::PortableText);
+        names.append(key.size() == 1 ? key.toLower() : key);
+        presses.append(names);
+    }
+    return presses;
+}
+
 /// Only what differs from dbusmenu's defaults.
 QVariantMap properties(const QAction &action)
 {
@@ -42,6 +66,9 @@ QVariantMap properties(const QAction &action)
     }
     if (!action.isVisible()) {
         map.insert(u"visible"_s, false);
+    }
+    if (!action.shortcut().isEmpty()) {
+        map.insert(u"shortcut"_s, QVariant::fromValue(shortcut(action.shortcut())));
     }
     return map;
 }

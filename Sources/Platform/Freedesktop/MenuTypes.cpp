@@ -58,4 +58,5 @@ void registerMenuTypes()
     qDBusRegisterMetaType<MenuLayout>();
     qDBusRegisterMetaType<MenuEvent>();
     qDBusRegisterMetaType<QList<MenuEvent>>();
+    qDBusRegisterMetaType<QList<QStringList>>();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Freedesktop/StatusNotifierAdaptor.h"
 
+#include "Platform/Freedesktop/ActivationToken.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -43,6 +45,12 @@ QDBusObjectPath StatusNotifierAdaptor::menu() const
     return QDBusObjectPath(u"/MenuBar"_s);
 }
 
+StatusNotifierToolTip StatusNotifierAdaptor::toolTip() const
+{
+    // The text may hold markup, the title may not.
+    return {{}, {}, m_content.name, m_content.toolTip.toHtmlEscaped()};
+}
+
 void StatusNotifierAdaptor::Activate(int, int)
 {
     m_clicked(StatusItemEvent::Type::LeftMouseUp);
@@ -59,4 +67,9 @@ void StatusNotifierAdaptor::ContextMenu(int, int)
 
 void StatusNotifierAdaptor::Scroll(int, const QString &)
 {
+}
+
+void StatusNotifierAdaptor::ProvideXdgActivationToken(const QString &token)
+{
+    useActivationToken(token);
 }

@@ -18,6 +18,8 @@ struct StatusNotifierContent
     QString iconThemePath;
     StatusNotifierPixmaps iconPixmap;
     QString iconAccessibleDescription;
+    /// The tool tip's title and what is below it.
+    QString name;
     QString toolTip;
 };
 
@@ -56,7 +58,7 @@ public:
     QString iconThemePath() const { return m_content.iconThemePath; }
     StatusNotifierPixmaps iconPixmap() const { return m_content.iconPixmap; }
     QString iconAccessibleDescription() const { return m_content.iconAccessibleDescription; }
-    StatusNotifierToolTip toolTip() const { return {{}, {}, m_content.toolTip, {}}; }
+    StatusNotifierToolTip toolTip() const;
     bool itemIsMenu() const { return false; }
     /// Where a `MenuAdaptor` is, on the item's connection.
     QDBusObjectPath menu() const;
@@ -67,6 +69,8 @@ public Q_SLOTS:
     void SecondaryActivate(int x, int y);
     void ContextMenu(int x, int y);
     void Scroll(int delta, const QString &orientation);
+    /// Called before a click or a choice that may show a window.
+    void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:
     void NewTitle();

@@ -11,9 +11,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QGuiApplication>
-#include <QPalette>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -24,8 +24,12 @@ const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
 const QString watcherPath = u"/StatusNotifierWatcher"_s;
 const QString itemPath = u"/StatusNotifierItem"_s;
 
-/// A watcher that does not answer within this time is none, and other panels get the item.
-constexpr int timeoutMilliseconds = 2000;
+/// While a watcher does not answer for longer than this, other panels get the item.
+constexpr std::chrono::milliseconds longestWait{2000};
+
+/// When a watcher is given up on. Plasma's, while the session starts, was seen to take 5 seconds on
+/// a busy machine.
+constexpr int timeoutMilliseconds = 5 * 60 * 1000;
 
 /// Usual sizes of panel icons, once and twice; hosts scale the nearest one.
 constexpr int pixmapExtents[] = {16, 22, 24, 32, 44, 48, 64};
@@ -103,6 +107,11 @@ void StatusNotifierPanel::askForHost()
     call << watcherService << u"IsStatusNotifierHostRegistered"_s;
     auto *answer = new QDBusPendingCallWatcher(
         QDBusConnection::sessionBus().asyncCall(call, timeoutMilliseconds), this);
+    QTimer::singleShot(longestWait, answer, [this] {
+        if (m_presence == Presence::Unknown) {
+            setPresence(Presence::Absent);
+        }
+    });
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *finished) {
                 finished->deleteLater();
@@ -188,15 +197,15 @@ void StatusNotifierPanel::show(const Content &content)
                       : u"%1: %2"_s.arg(m_identity.title, description);
     shown.iconName = m_artwork.iconName(content.image);
     shown.iconThemePath = m_artwork.iconThemeFolder();
-    // Nobody tints these: the colour of the user's own text is the best guess there is.
-    const QColor colour = QGuiApplication::palette().color(QPalette::WindowText);
+    // Nobody tints these, and nobody tells the panel's colour.
     for (const int extent : pixmapExtents) {
-        const QImage image = m_artwork.render(content.image, extent, colour);
+        const QImage image = m_artwork.renderEdged(content.image, extent);
         if (!image.isNull()) {
             shown.iconPixmap.append(StatusNotifierPixmap::fromImage(image));
         }
     }
     shown.iconAccessibleDescription = description.isEmpty() ? m_identity.title : description;
+    shown.name = m_identity.title;
     shown.toolTip = content.toolTip;
     m_adaptor->setContent(shown);
     if (isNew) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Freedesktop/XdgAutostart.h"
 
+#include "Platform/Freedesktop/SessionLaunch.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -54,9 +56,7 @@ QString quoted(const QString &program)
         }
         argument += character;
     }
-    argument = u'"' + argument + u'"';
-    // GLib looks for the program before it reads the doubled per-cent sign.
-    return program.contains(u'%') ? u"/usr/bin/env "_s + argument : argument;
+    return u'"' + argument + u'"';
 }
 
 } // namespace
@@ -83,7 +83,13 @@ QByteArray XdgAutostart::contents() const
     add(u"Name", m_entry.name);
     add(u"Comment", m_entry.comment);
     add(u"Icon", m_entry.icon);
-    add(u"Exec", quoted(m_entry.executablePath));
+    // The desktop ignores the entry once the program is gone.
+    add(u"TryExec", m_entry.executablePath);
+    // GLib looks for a program before it reads the doubled per-cent sign of its name: the first
+    // word of the command has none.
+    QStringList command = commandAtLogin(m_entry.executablePath);
+    command.last() = quoted(command.last());
+    add(u"Exec", command.join(u' '));
     text += u"Terminal=false\nStartupNotify=false\n"_s;
     return text.toUtf8();
 }
@@ -103,6 +109,11 @@ std::optional<QString> XdgAutostart::registerItem()
         return u"%1 could not be written: %2."_s.arg(filePath(), file.errorString());
     }
     return std::nullopt;
+}
+
+bool XdgAutostart::launchedProgram() const
+{
+    return isLaunchedBySession();
 }
 
 std::optional<QString> XdgAutostart::unregisterItem()

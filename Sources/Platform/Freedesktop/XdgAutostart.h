@@ -24,6 +24,7 @@ public:
     std::optional<QString> registerItem() override;
     /// Nothing to remove is a success: the program does not start at login, as asked.
     std::optional<QString> unregisterItem() override;
+    bool launchedProgram() const override;
 
     QString filePath() const;
 

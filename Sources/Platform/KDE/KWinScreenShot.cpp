@@ -4,6 +4,7 @@
 #include "Platform/Freedesktop/SessionBus.h"
 #include "Platform/ScreenImage.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
@@ -23,9 +24,17 @@ const QString service = u"org.kde.KWin.ScreenShot2"_s;
 const QString path = u"/org/kde/KWin/ScreenShot2"_s;
 /// What KWin answers to a program that may grab, but names a screen that there is none of.
 const QString noSuchScreen = u"org.kde.KWin.ScreenShot2.Error.InvalidScreen"_s;
+/// What it answers to one whose file no desktop entry names.
+const QString notAuthorized = u"org.kde.KWin.ScreenShot2.Error.NoAuthorized"_s;
 /// When a KWin that does not answer is given up on. It answers with its next frame, which takes
 /// long where it draws large screens in software.
 constexpr std::chrono::milliseconds longestWait(5000);
+
+/// Why KWin refuses. The file is its argument.
+const char *const refusalText = QT_TRANSLATE_NOOP(
+    "KWinScreenShot",
+    "KWin shows the screen to programs with a desktop entry alone, and none names "
+    "%1. Install Vellora, or start it with Scripts/run, which makes the entry.");
 
 /// Both ends of a pipe; what is left open is closed.
 class Pipe
@@ -154,13 +163,28 @@ bool KWinScreenShot::isOffered()
 bool KWinScreenShot::preflightAccess() const
 {
     const Pipe pipe;
-    return pipe.isOpen() &&
-           capture(oneScreen(QString()), pipe.writing()).errorName() == noSuchScreen;
+    if (!pipe.isOpen()) {
+        return false;
+    }
+    const QString answer = capture(oneScreen(QString()), pipe.writing()).errorName();
+    m_isRefused = answer == notAuthorized;
+    return answer == noSuchScreen;
 }
 
 bool KWinScreenShot::requestAccess()
 {
     return preflightAccess();
+}
+
+std::optional<ScreenRecordingRefusal> KWinScreenShot::refusal() const
+{
+    if (!m_isRefused) {
+        return std::nullopt;
+    }
+    const QString file = QCoreApplication::applicationFilePath();
+    return ScreenRecordingRefusal{
+        QCoreApplication::translate("KWinScreenShot", refusalText).arg(file),
+        QString::fromUtf8(refusalText).arg(file)};
 }
 
 QImage KWinScreenShot::createImage(quint32 display, const QRectF &rect)

@@ -20,8 +20,11 @@ public:
     bool preflightAccess() const override;
     /// The same: there is nobody to ask.
     bool requestAccess() override;
+    std::optional<ScreenRecordingRefusal> refusal() const override;
     QImage createImage(quint32 display, const QRectF &rect) override;
 
 private:
     const Screens &m_screens;
+    /// Whether KWin's last answer was that it does not know us.
+    mutable bool m_isRefused = false;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Portal/PortalLoginItem.h"
 
+#include "Platform/Freedesktop/SessionLaunch.h"
 #include "Platform/Portal/PortalRequest.h"
 
 #include <QFile>
@@ -52,6 +53,11 @@ std::optional<QString> PortalLoginItem::unregisterItem()
 {
     ask(false);
     return std::nullopt;
+}
+
+bool PortalLoginItem::launchedProgram() const
+{
+    return isLaunchedBySession();
 }
 
 void PortalLoginItem::ask(bool launches)

@@ -28,6 +28,7 @@ public:
     /// without an answer.
     std::optional<QString> registerItem() override;
     std::optional<QString> unregisterItem() override;
+    bool launchedProgram() const override;
 
 private:
     void ask(bool launches);

@@ -12,10 +12,18 @@ class ExecRestart : public ProgramRestart
 public:
     /// `executablePath` is absolute: where the program was when it was started.
     explicit ExecRestart(QString executablePath);
+    ~ExecRestart() override;
 
     bool canRestart() const override;
     void startSuccessor(char *arguments[]) override;
+    bool isSuccessor() const override { return m_isSuccessor; }
+    std::optional<QString> takeClipboardText() override;
 
 private:
+    /// A file in memory with the clipboard's text, for the successor to inherit; -1 for none.
+    int handOver() const;
+
     QString m_executablePath;
+    bool m_isSuccessor = false;
+    int m_inherited = -1;
 };

@@ -9,4 +9,5 @@ class QtPasteboard : public Pasteboard
 public:
     void clearContents() override;
     void setString(const QString &text) override;
+    std::optional<QString> ownString() const override;
 };

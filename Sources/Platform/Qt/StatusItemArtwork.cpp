@@ -17,6 +17,9 @@ namespace {
 constexpr int canvasUnits = 18;
 constexpr int liveUnits = 16;
 
+/// The edge of a picture that has to be seen on dark and on light, as in the theme's icons.
+constexpr QColor edgeColour(0x20, 0x20, 0x20);
+
 /// Pixels for the 16 units in a slot of `extent` pixels: the largest whole multiple of the units
 /// with a margin around it, a half one where a whole one would look lost, or all of a slot that is
 /// too small for a margin.
@@ -57,6 +60,8 @@ QImage StatusItemArtwork::render(const StatusItemImage &image, int extent,
     QByteArray data = image.data;
     if (QFile themed(themedFile(iconName(image))); themed.open(QIODevice::ReadOnly)) {
         data = themed.readAll();
+        // For those who cannot tint the picture.
+        data.replace(R"(class="Edge")", "");
     }
     QImage pixels(extent, extent, QImage::Format_ARGB32_Premultiplied);
     pixels.fill(Qt::transparent);
@@ -78,5 +83,23 @@ QImage StatusItemArtwork::render(const StatusItemImage &image, int extent,
     }
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixels.rect(), colour);
+    return pixels;
+}
+
+QImage StatusItemArtwork::renderEdged(const StatusItemImage &image, int extent) const
+{
+    const QImage dark = render(image, extent, edgeColour);
+    QImage pixels = dark;
+    if (pixels.isNull()) {
+        return {};
+    }
+    QPainter painter(&pixels);
+    const int edge = std::max(1, extent / canvasUnits);
+    for (const int x : {-edge, 0, edge}) {
+        for (const int y : {-edge, 0, edge}) {
+            painter.drawImage(x, y, dark);
+        }
+    }
+    painter.drawImage(0, 0, render(image, extent, Qt::white));
     return pixels;
 }

@@ -28,6 +28,10 @@ public:
     /// for every size.
     QImage render(const StatusItemImage &image, int extent, const QColor &colour) const;
 
+    /// The same for hosts that draw it as it is, on a panel of unknown colour: white with a dark
+    /// edge.
+    QImage renderEdged(const StatusItemImage &image, int extent) const;
+
 private:
     QString themedFile(const QString &name) const;
 

@@ -97,7 +97,10 @@ void SwayKeyBinding::handle(SwayEvents::Type type, const QJsonObject &event)
     const QString change = event.value("change"_L1).toString();
     if (type == SwayEvents::Type::Workspace && change == u"reload") {
         m_bound.reset();
-        bind();
+        // The configuration that was read anew may have the combination itself.
+        if (!bind() && onEnd) {
+            onEnd(End::Failed);
+        }
     } else if (type == SwayEvents::Type::Binding &&
                event.value("binding"_L1).toObject().value("command"_L1).toString() == m_command) {
         m_callback(m_combination);

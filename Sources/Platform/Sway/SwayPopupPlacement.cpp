@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Sway/SwayPopupPlacement.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QRegularExpression>
@@ -109,6 +110,11 @@ void SwayPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 
 void SwayPopupPlacement::makeKeyAndOrderFront(QWidget &window)
 {
+    if (window.isVisible()) {
+        m_connection.run(u"[pid=%1 title=%2] focus"_s.arg(QCoreApplication::applicationPid())
+                             .arg(exactly(window.windowTitle())));
+        return;
+    }
     // Sway gives a new window the keyboard.
     window.show();
 }

@@ -122,6 +122,11 @@ public:
         m_connection.flush();
     }
 
+    std::optional<QByteArray> text() const override
+    {
+        return m_source ? std::optional(m_text) : std::nullopt;
+    }
+
     void clear() override
     {
         if (!m_device) {

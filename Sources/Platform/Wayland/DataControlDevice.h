@@ -4,6 +4,7 @@
 #include <QByteArray>
 
 #include <memory>
+#include <optional>
 
 class WaylandConnection;
 
@@ -16,6 +17,8 @@ public:
 
     /// Makes `text`, in UTF-8, the clipboard's content until another program copies something.
     virtual void setText(const QByteArray &text) = 0;
+    /// What was set, until another program copied something.
+    virtual std::optional<QByteArray> text() const = 0;
     /// Empties the clipboard.
     virtual void clear() = 0;
 };

@@ -23,6 +23,12 @@ void DataControlPasteboard::clearContents()
     });
 }
 
+std::optional<QString> DataControlPasteboard::ownString() const
+{
+    const auto text = m_device ? m_device->text() : std::nullopt;
+    return text ? std::optional(QString::fromUtf8(*text)) : std::nullopt;
+}
+
 void DataControlPasteboard::setString(const QString &text)
 {
     m_isClearing = false;

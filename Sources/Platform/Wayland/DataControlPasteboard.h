@@ -22,6 +22,7 @@ public:
 
     void clearContents() override;
     void setString(const QString &text) override;
+    std::optional<QString> ownString() const override;
 
 private:
     WaylandConnection m_connection;

@@ -55,6 +55,15 @@ void FocusedPasteboard::setString(const QString &text)
     m_window->show();
 }
 
+std::optional<QString> FocusedPasteboard::ownString() const
+{
+    if (m_text) {
+        return m_text;
+    }
+    return m_data && QGuiApplication::clipboard()->ownsClipboard() ? std::optional(m_data->text())
+                                                                   : std::nullopt;
+}
+
 void FocusedPasteboard::copyWhenFocused()
 {
     if (!m_text || !hasKeyboard()) {

@@ -23,6 +23,7 @@ public:
 
     void clearContents() override;
     void setString(const QString &text) override;
+    std::optional<QString> ownString() const override;
 
 private:
     void copyWhenFocused();

@@ -49,6 +49,7 @@ void PlasmaPopupPlacement::makeFloating(QWidget &window)
 {
     window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     dropSurface();
+    m_floating = &window;
 }
 
 CocoaSize PlasmaPopupPlacement::frameSize(const QWidget &window) const
@@ -72,17 +73,24 @@ void PlasmaPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 
 void PlasmaPopupPlacement::makeKeyAndOrderFront(QWidget &window)
 {
+    if (window.isVisible()) {
+        // KWin brings it to the front, out of the task bar too, for the token of the click or key
+        // that asked for it.
+        window.activateWindow();
+        return;
+    }
     dropSurface();
     window.winId();
     wl_surface *surface = qtWaylandSurface(*window.windowHandle());
     if (m_shell && surface) {
         m_surface = org_kde_plasma_shell_get_surface(m_shell, surface);
         org_kde_plasma_surface_set_position(m_surface, m_topLeft.x(), m_topLeft.y());
+        const bool isFloating = m_floating == &window;
         const quint32 version = org_kde_plasma_shell_get_version(m_shell);
-        if (version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_TASKBAR_SINCE_VERSION) {
+        if (isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_TASKBAR_SINCE_VERSION) {
             org_kde_plasma_surface_set_skip_taskbar(m_surface, 1);
         }
-        if (version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_SWITCHER_SINCE_VERSION) {
+        if (isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_SWITCHER_SINCE_VERSION) {
             org_kde_plasma_surface_set_skip_switcher(m_surface, 1);
         }
     }

@@ -5,14 +5,16 @@
 #include "Platform/Screens.h"
 
 #include <QPoint>
+#include <QPointer>
+#include <QWidget>
 
 struct org_kde_plasma_shell;
 struct org_kde_plasma_surface;
 struct wl_event_queue;
 
-/// Popups at an exact place by org_kde_plasma_shell, with the desktop's own title bar and no entry
-/// in the task bar. The compositor tells nobody how high that title bar is, nor where the user
-/// moves the window.
+/// Popups at an exact place by org_kde_plasma_shell, with the desktop's own title bar; a floating
+/// one has no entry in the task bar. The compositor tells nobody how high that title bar is, nor
+/// where the user moves the window.
 class PlasmaPopupPlacement : public PopupPlacement
 {
 public:
@@ -41,4 +43,5 @@ private:
     /// Of the window shown last.
     org_kde_plasma_surface *m_surface = nullptr;
     QPoint m_topLeft;
+    QPointer<QWidget> m_floating;
 };

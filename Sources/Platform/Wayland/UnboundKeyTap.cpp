@@ -1,9 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/UnboundKeyTap.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// The command is its argument.
+const char *const problemText = QT_TRANSLATE_NOOP(
+    "UnboundKeyTap",
+    "This desktop lets programs bind no keys. Bind one yourself, in its settings, to: %1");
+} // namespace
 
 UnboundKeyTap::UnboundKeyTap(SystemLog &log)
     : m_log(log)
@@ -13,7 +21,9 @@ UnboundKeyTap::UnboundKeyTap(SystemLog &log)
 std::unique_ptr<KeyTap::Tap> UnboundKeyTap::createTap(const KeyCombination & /*combination*/,
                                                       Callback /*callback*/)
 {
-    m_log.log(u"This desktop lets programs bind no keys. Bind one yourself, in its settings, to: "
-              u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName()));
+    const QString command =
+        u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName());
+    m_log.log(QString::fromUtf8(problemText).arg(command));
+    setProblem(QCoreApplication::translate("UnboundKeyTap", problemText).arg(command));
     return nullptr;
 }

@@ -12,7 +12,7 @@ public:
     /// `log` outlives the object.
     explicit UnboundKeyTap(SystemLog &log);
 
-    /// Always null; the log names the command to bind.
+    /// Always null; the log and the problem of the given keys name the command to bind.
     std::unique_ptr<Tap> createTap(const KeyCombination &combination, Callback callback) override;
 
 private:

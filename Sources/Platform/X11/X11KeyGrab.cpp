@@ -148,7 +148,11 @@ void X11KeyGrab::readEvents()
         return;
     }
     if (std::exchange(m_keyboardChanged, false)) {
-        regrab();
+        if (!regrab() && onEnd) {
+            // Another program has what the keyboard's new layout makes of the combination.
+            onEnd(End::Failed);
+            return;
+        }
         QMetaObject::invokeMethod(this, &X11KeyGrab::readEvents, Qt::QueuedConnection);
     }
 }

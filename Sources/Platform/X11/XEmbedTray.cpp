@@ -32,10 +32,12 @@ std::optional<QColor> foreground(const X11Connection &x, xcb_window_t tray)
                               static_cast<ushort>(channels[2]));
 }
 
-QString plainToolTip(const QString &text)
+/// The program's name, and what is told below it.
+QString richToolTip(const QString &title, const QString &text)
 {
-    // A message with a "<" in it is not markup.
-    return Qt::mightBeRichText(text) ? u"<qt>"_s + text.toHtmlEscaped() + u"</qt>"_s : text;
+    // A message with a "<" in it is no markup; its lines stay lines.
+    return u"<p style='white-space:pre'><b>"_s + title.toHtmlEscaped() + u"</b><br>"_s +
+           text.toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s;
 }
 
 } // namespace
@@ -48,7 +50,7 @@ XEmbedTray::XEmbedTray(QString title, StatusItemArtwork artwork)
     m_toolTipDelay.setInterval(toolTipDelay);
     m_toolTipDelay.callOnTimeout(this, [this] {
         if (m_content) {
-            QToolTip::showText(QCursor::pos(), plainToolTip(m_content->toolTip));
+            QToolTip::showText(QCursor::pos(), richToolTip(m_title, m_content->toolTip));
         }
     });
     if (!m_x.isUsable()) {

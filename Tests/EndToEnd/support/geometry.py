@@ -60,12 +60,14 @@ SCREENS = _screens()
 
 # Where the first screen has its panel, which changes by the pointer's passing alone.
 PANEL_IS_ABOVE = NAME.startswith("gnome")
+# With its shadow.
+_PANEL_HEIGHT = 36 if PANEL_IS_ABOVE else 60 if PANEL == "plasma" else 30
 
 
 def beside_panel(number):
     """The place of a screen, less that of its panel."""
     screen = SCREENS[number]
-    panel = points(36 if PANEL_IS_ABOVE else 30) if number == 0 else 0
+    panel = points(_PANEL_HEIGHT) if number == 0 else 0
     return screen._replace(y=screen.y + (panel if PANEL_IS_ABOVE else 0),
                            height=screen.height - panel)
 

@@ -13,7 +13,7 @@ import numpy
 from dbus.mainloop.glib import DBusGMainLoop
 from gi.repository import GLib
 
-from . import wayland
+from . import plasma, wayland
 from .geometry import PANEL, SCALE, SCREENS, WALLPAPER, Box, points
 from .waiting import wait_until
 from .wayland import BAR, Clipboard, Input
@@ -146,6 +146,12 @@ def activate(window):
         c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}"); answer(true);""")
 
 
+def minimise(window):
+    run(f"""workspace.clientList().find(
+        c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}").minimized = true;
+        answer(true);""")
+
+
 def windows_titled(title):
     """The visible windows with exactly this title."""
     return [each["id"] for each in _windows() if each["title"] == title and each["visible"]]
@@ -193,6 +199,8 @@ def page_box(process, _said):
 
 
 def find_tray_icon():
+    if PANEL == "plasma":
+        return plasma.find_tray_icon(screenshot)
     return wayland.find_tray_icon(screenshot)
 
 
@@ -200,10 +208,14 @@ def _is_ready():
     picture = screenshot()
     left_below = picture[SCREENS[0].bottom - 5, 5]
     return all((picture[5, screen.x + 5] == WALLPAPER).all() for screen in SCREENS) \
-        and (PANEL == "none" or (left_below == BAR).all())
+        and (PANEL in ("none", "plasma") or (left_below == BAR).all())
 
 
-wait_until("the wallpaper and the bar", _is_ready)
+wait_until("the wallpaper and the bar", _is_ready, 60)
+if PANEL == "plasma":
+    # The tray shows the clipboard's own icon from the first text on.
+    Clipboard.put("the first text")
+    plasma.learn_tray(screenshot)
 
 __all__ = ["Clipboard", "Device", "activate", "active_window", "find_tray_icon",
            "frame_box", "key", "listed_windows", "page_box", "page_unit", "place_page",

@@ -24,10 +24,11 @@ def read(name):
     return item.Get("org.kde.StatusNotifierItem", name, dbus_interface=PROPERTIES)
 
 
-def tool_tip():
-    """Icon name, icon, title and text; both texts together."""
+def tool_tip_text():
+    """The text below the title, which is the program's name."""
     _, _, title, text = read("ToolTip")
-    return f"{title}{text}"
+    assert title == "Vellora", f"the tool tip's title is {title!r}"
+    return str(text)
 
 
 def menu_titles():

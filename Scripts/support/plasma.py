@@ -1,0 +1,40 @@
+# SPDX-License-Identifier: MIT
+"""Plasma's shell in a private session of KWin, with the panel that a new user gets."""
+
+import subprocess
+
+# What the shell shows behind the windows; the panel stays as it is.
+WALLPAPER = """
+desktops().forEach(desktop => {{
+    desktop.wallpaperPlugin = "org.kde.color";
+    desktop.currentConfigGroup = ["Wallpaper", "org.kde.color", "General"];
+    desktop.writeConfig("Color", "{red},{green},{blue}");
+}});
+print(panels().length);
+"""
+
+
+def start_plasma(session, wallpaper):
+    """Starts the services that know of status items, and the shell; waits for its panel."""
+    session.require("kded5", "plasmashell", "dbus-send", "dbus-update-activation-environment")
+    # The shell's helpers are started by the bus, which was there before the display.
+    subprocess.run(["dbus-update-activation-environment", "--all"], env=session.environment,
+                   capture_output=True, check=True)
+    kded = session.spawn("kded5", "kded5")
+    session.wait("the status notifier watcher",
+                 lambda: session.has_bus_name("org.kde.StatusNotifierWatcher"), kded)
+    shell = session.spawn("plasmashell", "plasmashell", "--no-respawn")
+    session.wait("Plasma's shell", lambda: session.has_bus_name("org.kde.plasmashell"), shell)
+    script = WALLPAPER.format(red=wallpaper >> 16, green=wallpaper >> 8 & 0xff,
+                              blue=wallpaper & 0xff)
+    # The shell is on the bus before it has loaded what it shows.
+    session.wait("Plasma's panel", lambda: _evaluated(session, script) == "1", shell)
+
+
+def _evaluated(session, script):
+    """What the script prints; the shell says nothing while it cannot run it."""
+    answer = subprocess.run(
+        ["dbus-send", "--session", "--print-reply=literal", "--dest=org.kde.plasmashell",
+         "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript", f"string:{script}"],
+        capture_output=True, text=True, env=session.environment, check=False)
+    return answer.stdout.strip()

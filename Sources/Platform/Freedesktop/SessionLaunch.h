@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+/// The command that a login item has for `program`: what it starts can tell, as no desktop tells a
+/// program that it autostarts it.
+QStringList commandAtLogin(const QString &program);
+
+/// Whether such a command, or a session that restores what ran at the last logout, started this
+/// process.
+bool isLaunchedBySession();

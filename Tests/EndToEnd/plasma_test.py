@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: MIT
+"""The status item in Plasma's own panel."""
+
+import re
+import unittest
+
+from support import desktop, main, status_notifier
+from support.built_entry import copied_program
+from support.desktop import Pointer, points, screenshot
+from support.kwin import minimise
+from support.page import Page
+from support.program import Program, is_dimmed, is_unchanged
+from support.waiting import wait_until
+
+SETTINGS = "Vellora Settings"
+NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
+REFUSED = "Vellora: Screen Recording permission not granted: KWin .* {}[.] Install Vellora, .*"
+
+
+class PlasmaTest(unittest.TestCase):
+    def look(self, box):
+        return box.of(screenshot())
+
+    def test_a_click_captures(self):
+        with Program({}) as program:
+            program.status_item()
+            before = screenshot()
+            program.click()
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            desktop.key("Escape")
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+
+    def test_mark_of_a_missing_permission(self):
+        copy = copied_program()
+        with Program({}, command=[str(copy)]) as program:
+            item = program.status_item()
+            before = screenshot()
+            normal = self.look(item)
+            program.click()
+            Pointer.rest()
+            program.logged(REFUSED.format(re.escape(str(copy))))
+            wait_until("the mark", lambda: (self.look(item) != normal).any())
+            self.assertTrue(status_notifier.tool_tip_text().startswith(NOT_GRANTED))
+            wait_until("the mark's end", lambda: (self.look(item) == normal).all())
+            self.assertTrue(is_unchanged(before))
+
+
+    def choose_settings(self, program):
+        """In the menu that the panel draws on a right click; its third entry."""
+        before = screenshot()
+        program.click(button=3)
+        found = []
+
+        def is_steady():
+            found.append(desktop.difference(before, screenshot()))
+            return found[-1] and found[-1].height > points(100) and found[-2:] == [found[-1]] * 2
+
+        wait_until("the menu", is_steady)
+        for _ in range(2):
+            desktop.key("Down")
+        desktop.key("Return")
+
+    def test_settings_come_to_the_front(self):
+        with Program({}) as program:
+            program.status_item()
+            self.choose_settings(program)
+            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS), 30)
+            wait_until("the settings' focus", lambda: desktop.active_window() == window)
+            # An ordinary window, which the task bar shows.
+            self.assertIn(SETTINGS, desktop.listed_windows().values())
+            place = desktop.frame_box(window)
+            with self.subTest("minimised"):
+                minimise(window)
+                wait_until("the settings out of sight",
+                           lambda: not desktop.windows_titled(SETTINGS))
+                self.choose_settings(program)
+                wait_until("the settings again", lambda: desktop.windows_titled(SETTINGS))
+                wait_until("the settings' focus", lambda: desktop.active_window() == window)
+                self.assertEqual(desktop.frame_box(window), place)
+            with self.subTest("covered"), Page("Before the settings"):
+                self.assertNotEqual(desktop.active_window(), window)
+                self.choose_settings(program)
+                wait_until("the settings' focus", lambda: desktop.active_window() == window)
+                self.assertEqual(desktop.frame_box(window), place)
+
+
+if __name__ == "__main__":
+    main()
