@@ -75,7 +75,9 @@ class Notifications:
         """Title, text and whether it goes by itself, of the last one."""
         if IS_GNOME:
             told = self._ask("""(() => {
-                const n = imports.ui.main.messageTray._notification;
+                const tray = imports.ui.main.messageTray;
+                const n = tray._notification ||
+                    tray.getSources().flatMap(source => source.notifications).pop();
                 return n ? [n.title, n.bannerBodyText, n.isTransient] : null;
             })()""")
             return tuple(told) if told else None
