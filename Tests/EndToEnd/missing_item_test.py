@@ -65,6 +65,11 @@ class Notifications:
         if IS_GNOME:
             from support.gnome import ask
             self._ask = ask
+            # Of a whole session; it hands on to the shell what it gets.
+            bus = dbus.SessionBus()
+            bus.start_service_by_name("org.gnome.Shell.Notifications")
+            wait_until("the shell's notifications",
+                       lambda: bus.name_has_owner("org.freedesktop.Notifications"), 30)
             ask("""new imports.gi.Gio.Settings({schema_id: "org.gnome.desktop.notifications"})
                 .set_boolean("show-banners", true)""")
         else:
