@@ -75,6 +75,7 @@ private Q_SLOTS:
     void denialIsTold();
     void keptDenialIsNotAskedAgain();
     void grantThatIsKeptTakesTheWindowAway();
+    void grantInTheSettings();
     void answerThatIsNeither_data();
     void answerThatIsNeither();
     void refusedQuestion();
@@ -135,7 +136,7 @@ void ScreenshotQuestionTest::init()
     QVERIFY(there([this] { return m_portal->start() && m_store->start(); }));
     PortalScreenshot::Limits limits;
     // Never, unless a test wants it to be soon.
-    limits.question = {1h, 1ms};
+    limits.question = {1h, 1ms, 1h};
     m_recording =
         std::make_unique<PortalScreenshot>(m_screens, m_log, std::make_shared<PanelMenu>(), limits);
 }
@@ -251,7 +252,23 @@ void ScreenshotQuestionTest::grantThatIsKeptTakesTheWindowAway()
     // The portal's own picture is still being taken.
     keep({u"yes"_s});
     QTRY_VERIFY(!window());
-    QVERIFY(m_recording->preflightAccess());
+    QVERIFY(!m_recording->preflightAccess());
+    m_portal->uri = picture();
+    there([this] { return m_portal->answer(0), 0; });
+    QTRY_VERIFY(m_recording->preflightAccess());
+}
+
+void ScreenshotQuestionTest::grantInTheSettings()
+{
+    PortalScreenshot::Limits limits;
+    limits.question = {1h, 1ms, 1ms};
+    PortalScreenshot recording(m_screens, m_log, std::make_shared<PanelMenu>(), limits);
+    recording.requestAccess();
+    QTRY_COMPARE(requestCount(), 1);
+    // No picture comes of the question.
+    keep({u"yes"_s});
+    QTRY_VERIFY(!window());
+    QTRY_VERIFY(recording.preflightAccess());
 }
 
 void ScreenshotQuestionTest::answerThatIsNeither_data()
@@ -278,7 +295,7 @@ void ScreenshotQuestionTest::answerThatIsNeither()
 void ScreenshotQuestionTest::refusedQuestion()
 {
     PortalScreenshot::Limits limits;
-    limits.question = {1ms, 1ms};
+    limits.question = {1ms, 1ms, 1h};
     PortalScreenshot recording(m_screens, m_log, std::make_shared<PanelMenu>(), limits);
     recording.requestAccess();
     QTRY_VERIFY(button(u"Ask Again"_s));

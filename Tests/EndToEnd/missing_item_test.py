@@ -65,6 +65,11 @@ class Notifications:
         if IS_GNOME:
             from support.gnome import ask
             self._ask = ask
+            # Of a whole session; it hands on to the shell what it gets.
+            bus = dbus.SessionBus()
+            bus.start_service_by_name("org.gnome.Shell.Notifications")
+            wait_until("the shell's notifications",
+                       lambda: bus.name_has_owner("org.freedesktop.Notifications"), 30)
             ask("""new imports.gi.Gio.Settings({schema_id: "org.gnome.desktop.notifications"})
                 .set_boolean("show-banners", true)""")
         else:
@@ -75,7 +80,9 @@ class Notifications:
         """Title, text and whether it goes by itself, of the last one."""
         if IS_GNOME:
             told = self._ask("""(() => {
-                const n = imports.ui.main.messageTray._notification;
+                const tray = imports.ui.main.messageTray;
+                const n = tray._notification ||
+                    tray.getSources().flatMap(source => source.notifications).pop();
                 return n ? [n.title, n.bannerBodyText, n.isTransient] : null;
             })()""")
             return tuple(told) if told else None

@@ -37,8 +37,10 @@ bool PortalScreenshot::isOffered()
 bool PortalScreenshot::preflightAccess() const
 {
     const ScreenshotPermission stored = storedScreenshotPermission();
-    return stored == ScreenshotPermission::Yes ||
-           (stored == ScreenshotPermission::Unanswered && m_wasGranted);
+    if (stored == ScreenshotPermission::Yes) {
+        return !m_question || !m_question->awaitsPicture();
+    }
+    return stored == ScreenshotPermission::Unanswered && m_wasGranted;
 }
 
 bool PortalScreenshot::requestAccess()

@@ -94,16 +94,21 @@ void ScreenshotQuestion::request()
 
 void ScreenshotQuestion::permissionChanged()
 {
-    // The portal still takes the picture that it was asked for, and a capture may begin before
-    // that has come.
     if (m_window && storedScreenshotPermission() == ScreenshotPermission::Yes) {
-        m_wait.stop();
+        // No picture has to show the window.
         m_window->hide();
+        m_awaitsPicture = m_isAsked;
+        m_wait.start(m_limits.picture);
     }
 }
 
 void ScreenshotQuestion::giveUpWaiting()
 {
+    if (std::exchange(m_awaitsPicture, false)) {
+        // Granted otherwise than by our question, such as in the settings.
+        finish(true);
+        return;
+    }
     if (!m_window->isActiveWindow() ||
         storedScreenshotPermission() != ScreenshotPermission::Unanswered) {
         // The dialog is there, or its answer, of which the portal tells in its own time.

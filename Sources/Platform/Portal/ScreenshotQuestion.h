@@ -31,6 +31,8 @@ public:
         std::chrono::milliseconds dialog = std::chrono::seconds(5);
         /// Once the dialog is gone, an answer is kept within this, or none.
         std::chrono::milliseconds answer = std::chrono::seconds(2);
+        /// The picture that the portal was asked for comes within this, once it is granted.
+        std::chrono::milliseconds picture = std::chrono::seconds(5);
     };
 
     /// Called once, with whether pictures are granted. It may destroy the question.
@@ -43,6 +45,10 @@ public:
     /// Brings the window to the front and has the question asked, anew if it was asked before. An
     /// answer to an earlier one still counts.
     void ask();
+
+    /// Whether pictures are granted and the first one is still being taken: GNOME's shell refuses a
+    /// second one meanwhile.
+    bool awaitsPicture() const { return m_awaitsPicture; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -72,5 +78,6 @@ private:
     /// Whether it has been asked once more than the user wanted, for an answer that came to
     /// nothing.
     bool m_wasRepeated = false;
+    bool m_awaitsPicture = false;
     QTimer m_wait;
 };
