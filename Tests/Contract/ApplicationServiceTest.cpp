@@ -91,7 +91,7 @@ public:
         const QDBusReply<uint> process = bus.interface()->servicePid(id);
         if (process.isValid()) {
             ::kill(static_cast<pid_t>(process.value()), SIGKILL);
-            QTest::qWaitFor([&] { return !bus.interface()->isServiceRegistered(id); });
+            QVERIFY(QTest::qWaitFor([&] { return !bus.interface()->isServiceRegistered(id); }));
         }
     }
     StartedByBus(const StartedByBus &) = delete;
