@@ -10,7 +10,7 @@
 // the page as 64-bit numbers, and the picture, HEIGHT high, one byte a pixel.
 
 #include "TextRecognition/LineImage.h"
-#include "TextRecognition/Network/LinePart.h"
+#include "TextRecognition/Network/NetworkLine.h"
 
 #include <QImage>
 
@@ -45,7 +45,7 @@ struct Prepared
 
 void putLine(const Prepared &prepared, int margin, int height)
 {
-    const LinePart part(prepared.image.picture, margin);
+    const NetworkLine part(prepared.image.picture, margin);
     const GreyImage picture = part.line(height, columnWidth);
     const Box &box = prepared.line.box;
     const std::array<std::int32_t, 6> numbers{box.left,   box.top,       box.right,
@@ -64,7 +64,7 @@ void preparePage(const QImage &image, int margin, int height)
     std::vector<Prepared> lines;
     for (TextLine &line : findLines(findMarks(page))) {
         LineImage prepared = lineImage(page, line);
-        if (!prepared.isEmpty() && !LinePart(prepared.picture, margin).inked.isEmpty()) {
+        if (!prepared.isEmpty() && !NetworkLine(prepared.picture, margin).inked.isEmpty()) {
             lines.push_back({std::move(line), std::move(prepared)});
         }
     }

@@ -58,6 +58,10 @@ void SettingsFormTest::hasFiveSections()
     QStringList headers;
     int lastTop = -1;
     for (auto *section : view()->findChildren<FormSection *>()) {
+        // The one about a missing status item is there only while it is missing.
+        if (section->isHidden()) {
+            continue;
+        }
         headers << section->accessibleName();
         QVERIFY(section->y() > lastTop);
         lastTop = section->y();

@@ -2,8 +2,8 @@
 #include "Engine.h"
 
 #include "Effort.h"
-#include "LinePart.h"
 #include "LineWords.h"
+#include "NetworkLine.h"
 #include "TextEvidence.h"
 
 #include <array>
@@ -65,7 +65,7 @@ std::shared_ptr<const Engine> Engine::load(const ModelFolder &folder, const QStr
 
 std::vector<Reading> Engine::read(const Pictures &pictures) const
 {
-    std::vector<LinePart> parts;
+    std::vector<NetworkLine> parts;
     parts.reserve(pictures.size());
     for (const GreyImage *picture : pictures) {
         parts.emplace_back(*picture, usualMargin);
@@ -85,7 +85,7 @@ bool Engine::isSure(const Reading &reading)
 
 std::vector<Reading> Engine::readAgain(const Pictures &pictures, std::vector<Reading> first) const
 {
-    std::vector<LinePart> parts;
+    std::vector<NetworkLine> parts;
     std::vector<std::size_t> lines;
     for (std::size_t line = 0; line < pictures.size(); ++line) {
         for (const int margin : otherMargins) {
@@ -111,7 +111,7 @@ Reading Engine::readAgain(const GreyImage &picture, Reading first) const
     return readAgain(Pictures{&picture}, std::vector{std::move(first)}).front();
 }
 
-std::vector<Reading> Engine::readParts(const std::vector<LinePart> &parts) const
+std::vector<Reading> Engine::readParts(const std::vector<NetworkLine> &parts) const
 {
     std::vector<Reading> readings(parts.size(), Reading{m_model, {}});
     std::vector<GreyImage> lines;
@@ -124,7 +124,7 @@ std::vector<Reading> Engine::readParts(const std::vector<LinePart> &parts) const
     }
     const Lines values = m_network.read(lines);
     for (std::size_t k = 0; k < values.size(); ++k) {
-        const LinePart &part = parts[inked[k]];
+        const NetworkLine &part = parts[inked[k]];
         const CodeShares shares = m_network.shares(values[k]);
         const std::vector<DecodedCharacter> characters =
             decode(shares, m_nothing, m_alphabet, m_lists);

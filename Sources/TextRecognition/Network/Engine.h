@@ -20,7 +20,7 @@ struct CellLine
     std::vector<CellPlace> cells;
 };
 
-struct LinePart;
+struct NetworkLine;
 
 /// One model, loaded: its network, its characters and its words. Immutable, so that threads share
 /// it.
@@ -54,7 +54,7 @@ public:
     bool knows(const QString &word) const;
 
 private:
-    std::vector<Reading> readParts(const std::vector<LinePart> &parts) const;
+    std::vector<Reading> readParts(const std::vector<NetworkLine> &parts) const;
     Engine(QString model, TrainedData data, Network network, Alphabet alphabet, int nothing);
 
     const QString m_model;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "LinePart.h"
+#include "NetworkLine.h"
 
 #include "Glyph.h"
 #include "Resample.h"
@@ -26,14 +26,14 @@ GreyImage withWhite(const GreyImage &picture, const Box &box)
 
 } // namespace
 
-LinePart::LinePart(const GreyImage &whole, int margin)
+NetworkLine::NetworkLine(const GreyImage &whole, int margin)
     : picture(whole)
     , inked(inkIn(whole, {0, 0, whole.width, whole.height}))
     , box{inked.left - margin, inked.top - margin, inked.right + margin, inked.bottom + margin}
 {
 }
 
-GreyImage LinePart::line(int lineHeight, int leastWidth) const
+GreyImage NetworkLine::line(int lineHeight, int leastWidth) const
 {
     const int width = std::max(int(std::lround(box.width() * scale(lineHeight))), leastWidth);
     return resampled(withWhite(picture, box), width, lineHeight);

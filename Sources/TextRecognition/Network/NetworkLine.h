@@ -7,10 +7,10 @@
 namespace recognition {
 
 /// What a network is given of a picture of a line: its ink, and white around it.
-struct LinePart
+struct NetworkLine
 {
     /// `whole` must outlive it; `margin`: the white in pixels of `whole`.
-    LinePart(const GreyImage &whole, int margin);
+    NetworkLine(const GreyImage &whole, int margin);
 
     double scale(int lineHeight) const { return double(lineHeight) / box.height(); }
     /// As a network reads it whose lines are `lineHeight` high: at least `leastWidth` wide.
