@@ -10,6 +10,9 @@ namespace {
 /// Darker pixels of a row are strokes.
 constexpr int stroke = 150;
 
+/// Below a mark nothing is darker than this: thin letters are pale in part.
+constexpr int pale = 215;
+
 /// The share of its cell's width that a circumflex has at least, and a back-tick at most.
 constexpr double leastCircumflex = 0.4;
 constexpr double mostBackTick = 0.5;
@@ -54,6 +57,18 @@ std::vector<Run> runsOf(const GreyImage &picture, const Box &cell, int &bottom)
     return runs;
 }
 
+bool isBlankBelow(const GreyImage &picture, const Box &cell, int top)
+{
+    for (int y = top; y < cell.bottom; ++y) {
+        for (int x = cell.left; x < cell.right; ++x) {
+            if (picture.at(x, y) < pale) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 /// Two strokes that part downwards.
 bool isCircumflex(const std::vector<Run> &runs, int cellWidth)
 {
@@ -85,7 +100,9 @@ std::optional<char16_t> markInCell(const GreyImage &picture, const Box &cell)
 {
     int bottom = cell.top;
     const std::vector<Run> runs = runsOf(picture, cell, bottom);
-    if (runs.size() < 2 || bottom - cell.top > upperPart * cell.height()) {
+    // One row of pixels more may be the mark's own edge.
+    if (runs.size() < 2 || bottom - cell.top > upperPart * cell.height() ||
+        !isBlankBelow(picture, cell, bottom + 1)) {
         return {};
     }
     if (isCircumflex(runs, cell.width())) {

@@ -203,7 +203,7 @@ private:
     std::vector<DecodedCells> m_decoded;
 };
 
-/// The model that the grid is read with; empty if it is in no letters that stand in one cell each.
+/// The model that the grid is read with; empty if it is not in Latin letters.
 QString gridModel(const std::vector<LineTask *> &lines, const Languages &languages,
                   EngineCache &engines, Workers &workers)
 {
@@ -212,14 +212,22 @@ QString gridModel(const std::vector<LineTask *> &lines, const Languages &languag
         candidates.append(languages.models(script).first());
     }
     const QString main = mainModel(lines, candidates, engines, workers);
-    switch (Languages::scriptOf(main)) {
-    case Script::Latin:
-        return latinModel(lines, languages, engines, workers);
-    case Script::Cyrillic:
-        return main;
-    default:
-        return {};
-    }
+    return Languages::scriptOf(main) == Script::Latin
+               ? latinModel(lines, languages, engines, workers)
+               : QString();
+}
+
+/// Whether a row of `block` goes on right of it in something that does not stand in its cells, such
+/// as Chinese.
+bool goesOnAside(const GridBlock &block, const std::vector<LineTask> &tasks)
+{
+    const Box &box = block.grid.box;
+    const int right = box.right + int(mostBlankColumns * block.grid.cellWidth);
+    return std::ranges::any_of(tasks, [&](const LineTask &task) {
+        const Box &line = task.line().box;
+        return line.centreX2() >= 2 * box.right && line.left < right &&
+               line.centreY2() >= 2 * box.top && line.centreY2() < 2 * box.bottom;
+    });
 }
 
 } // namespace
@@ -250,7 +258,9 @@ std::vector<GridBlock> readGrids(const GreyImage &page, std::vector<LineTask> &t
                 own.push_back(&task);
             }
         }
-        const QString model = own.empty() ? QString() : gridModel(own, languages, engines, workers);
+        const QString model = own.empty() || goesOnAside(block, tasks)
+                                  ? QString()
+                                  : gridModel(own, languages, engines, workers);
         const auto engine = model.isEmpty() ? nullptr : engines.engine(model, Dictionary::With);
         if (!engine) {
             continue;

@@ -108,6 +108,10 @@ void indent(std::vector<PageLine> &lines)
     }
 }
 
+/// A row of a block is in other letters than its model's only if it is read this surely: dashes are
+/// read as kana.
+constexpr double leastForeign = 0.8;
+
 /// Whether `text` has letters that a block's model may not know: not those of a keyboard.
 bool hasForeignLetters(const QString &text)
 {
@@ -134,7 +138,8 @@ void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tas
             }
             std::ranges::sort(row, {}, [&](std::size_t i) { return tasks[i].line().box.left; });
             const PageLine line = pageLine(row, tasks);
-            if (!hasForeignLetters(line.readings.first().text)) {
+            if (line.readings.first().confidence < leastForeign ||
+                !hasForeignLetters(line.readings.first().text)) {
                 std::erase_if(tasks, stands);
                 continue;
             }
