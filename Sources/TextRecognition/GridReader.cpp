@@ -3,12 +3,16 @@
 
 #include "Effort.h"
 #include "GridCells.h"
+#include "GridMarks.h"
+#include "GridVote.h"
 #include "LanguageChooser.h"
 #include "Resample.h"
 #include "ScriptChooser.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <optional>
 
 namespace recognition {
 
@@ -23,11 +27,23 @@ constexpr double leastCertainty = -1.0;
 /// Cells of nothing between words that are read with them.
 constexpr int widestBlank = 2;
 
+/// What one cell may say against a character, as a logarithm: it may be read wrong.
+constexpr float leastVote = -6;
+
+/// What a digit beside a cell says for a digit in it, as a logarithm: dotted noughts are read as
+/// `@`.
+constexpr float besideDigit = 2;
+
+/// A word that begins with so many characters less likely than this on average may be in another
+/// script or language.
+constexpr int fewestOfWord = 4;
+constexpr double leastPeak = 0.9;
+
 /// Rows that are read at once: the more, the less often weights are fetched.
 constexpr std::size_t rowsAtOnce = 4;
 
-/// A block with more doubtful rows than this share of them is no block, or in another script.
-constexpr double mostDoubtful = 0.5;
+/// A block with more unread rows than this share of them is no block, or in another script.
+constexpr double mostUnread = 0.2;
 
 class GridReader
 {
@@ -43,7 +59,7 @@ public:
 
     std::vector<GridText> run(Workers &workers)
     {
-        std::vector<GridText> rows(m_lines.size());
+        m_decoded.resize(m_lines.size());
         const std::size_t groups = (m_lines.size() + rowsAtOnce - 1) / rowsAtOnce;
         workers.forEach(groups, [&](std::size_t group) {
             const std::size_t first = group * rowsAtOnce;
@@ -52,11 +68,14 @@ public:
             for (std::size_t i = first; i < last; ++i) {
                 lines.push_back(cellLine(m_lines[i]));
             }
-            const std::vector<DecodedCells> decoded = m_engine->readCells(lines, m_characters);
-            for (std::size_t i = first; i < last; ++i) {
-                rows[i] = textOf(i, decoded[i - first]);
-            }
+            std::ranges::move(m_engine->readCells(lines, m_characters),
+                              m_decoded.begin() + std::ptrdiff_t(first));
         });
+        vote();
+        std::vector<GridText> rows;
+        for (std::size_t i = 0; i < m_lines.size(); ++i) {
+            rows.push_back(textOf(i));
+        }
         return rows;
     }
 
@@ -99,17 +118,80 @@ private:
                           m_grid.box.width());
     }
 
-    GridText textOf(std::size_t index, const DecodedCells &decoded) const
+    /// What the network alone takes a cell for, or nothing beside the row's ends and blanks.
+    QChar guessAt(std::size_t row, std::size_t i, int step) const
     {
-        GridText row{m_grid.rows[index], {}, 0, decoded.certainty < leastCertainty};
-        row.confidence = std::exp(decoded.certainty);
-        const std::vector<int> &columns = m_lines[index].columns;
-        for (std::size_t i = 0; i < decoded.scores.size(); ++i) {
-            const std::vector<float> &scores = decoded.scores[i];
-            const auto best = std::max_element(scores.begin(), scores.end()) - scores.begin();
-            row.text.append(QString(columns[i] - row.text.size(), u' '));
-            row.text.append(m_characters.text(std::size_t(best)));
+        const std::vector<int> &columns = m_lines[row].columns;
+        const std::size_t next = i + std::size_t(step);
+        if (next >= columns.size() || columns[next] != columns[i] + step) {
+            return {};
         }
+        const std::vector<float> &scores = m_decoded[row].scores[next];
+        return m_characters.text(std::size_t(std::ranges::max_element(scores) - scores.begin()))
+            .front();
+    }
+
+    /// Cells that look the same hold the same character: all of them together tell which, and so do
+    /// digits beside them.
+    void vote()
+    {
+        const std::vector<std::vector<std::size_t>> shapes = cellShapes(m_grid, m_lines);
+        std::map<std::size_t, std::vector<float>> sums;
+        for (std::size_t row = 0; row < shapes.size(); ++row) {
+            for (std::size_t i = 0; i < m_decoded[row].scores.size(); ++i) {
+                const std::vector<float> &scores = m_decoded[row].scores[i];
+                std::vector<float> &sum = sums[shapes[row][i]];
+                sum.resize(scores.size(), 0);
+                const int digits =
+                    int(guessAt(row, i, -1).isDigit()) + int(guessAt(row, i, 1).isDigit());
+                for (std::size_t c = 0; c < scores.size(); ++c) {
+                    const bool isDigit = m_characters.text(c).front().isDigit();
+                    sum[c] += std::max(scores[c], leastVote) + (isDigit ? digits * besideDigit : 0);
+                }
+            }
+        }
+        for (std::size_t row = 0; row < shapes.size(); ++row) {
+            for (std::size_t i = 0; i < m_decoded[row].scores.size(); ++i) {
+                m_decoded[row].scores[i] = sums[shapes[row][i]];
+            }
+        }
+    }
+
+    std::optional<char16_t> markAt(const GridLine &line, int column) const
+    {
+        return markInCell(line.picture, {edge(column), m_ink.top, edge(column + 1),
+                                         std::min(m_ink.bottom, line.picture.height)});
+    }
+
+    GridText textOf(std::size_t index) const
+    {
+        const DecodedCells &decoded = m_decoded[index];
+        const std::vector<int> &columns = m_lines[index].columns;
+        GridText row{m_grid.rows[index], {}, std::exp(decoded.certainty), false};
+        double wordSum = 0;
+        int wordCells = 0;
+        int marks = 0;
+        for (std::size_t i = 0; i < decoded.scores.size(); ++i) {
+            if (i > 0 && columns[i] != columns[i - 1] + 1) {
+                wordSum = 0;
+                wordCells = 0;
+            }
+            row.text.append(QString(columns[i] - row.text.size(), u' '));
+            if (const auto mark = markAt(m_lines[index], columns[i])) {
+                row.text.append(QChar(*mark));
+                ++marks;
+                continue;
+            }
+            const auto best = std::ranges::max_element(decoded.scores[i]);
+            row.text.append(m_characters.text(std::size_t(best - decoded.scores[i].begin())));
+            wordSum += double(decoded.peaks[i]);
+            ++wordCells;
+            row.isDoubtful =
+                row.isDoubtful || (wordCells >= fewestOfWord && wordSum < leastPeak * wordCells);
+        }
+        const bool isUncertain = decoded.certainty < leastCertainty;
+        row.isUnread = isUncertain && 2 * marks < int(columns.size());
+        row.isDoubtful = row.isDoubtful || row.isUnread;
         return row;
     }
 
@@ -118,9 +200,11 @@ private:
     const GridRow m_ink;
     const std::shared_ptr<const Engine> m_engine;
     const CellCharacters m_characters;
+    /// By row.
+    std::vector<DecodedCells> m_decoded;
 };
 
-/// The model that the grid is read with; empty if it is in no letters that stand in one cell each.
+/// The model that the grid is read with; empty if it is not in Latin letters.
 QString gridModel(const std::vector<LineTask *> &lines, const Languages &languages,
                   EngineCache &engines, Workers &workers)
 {
@@ -129,14 +213,22 @@ QString gridModel(const std::vector<LineTask *> &lines, const Languages &languag
         candidates.append(languages.models(script).first());
     }
     const QString main = mainModel(lines, candidates, engines, workers);
-    switch (Languages::scriptOf(main)) {
-    case Script::Latin:
-        return latinModel(lines, languages, engines, workers);
-    case Script::Cyrillic:
-        return main;
-    default:
-        return {};
-    }
+    return Languages::scriptOf(main) == Script::Latin
+               ? latinModel(lines, languages, engines, workers)
+               : QString();
+}
+
+/// Whether a row of `block` goes on right of it in something that does not stand in its cells, such
+/// as Chinese.
+bool goesOnAside(const GridBlock &block, const std::vector<LineTask> &tasks)
+{
+    const Box &box = block.grid.box;
+    const int right = box.right + int(mostBlankColumns * block.grid.cellWidth);
+    return std::ranges::any_of(tasks, [&](const LineTask &task) {
+        const Box &line = task.line().box;
+        return line.centreX2() >= 2 * box.right && line.left < right &&
+               line.centreY2() >= 2 * box.top && line.centreY2() < 2 * box.bottom;
+    });
 }
 
 /// Reads these blocks, and adds those that are text to `blocks`.
@@ -152,15 +244,17 @@ void addGrids(std::vector<GridBlock> &blocks, const std::vector<Grid> &grids, co
                 own.push_back(&task);
             }
         }
-        const QString model = own.empty() ? QString() : gridModel(own, languages, engines, workers);
+        const QString model = own.empty() || goesOnAside(block, tasks)
+                                  ? QString()
+                                  : gridModel(own, languages, engines, workers);
         const auto engine = model.isEmpty() ? nullptr : engines.engine(model, Dictionary::With);
         if (!engine) {
             continue;
         }
         block.model = model;
         block.rows = GridReader(page, grid, engine).run(workers);
-        const auto doubtful = std::ranges::count_if(block.rows, &GridText::isDoubtful);
-        if (doubtful > mostDoubtful * double(block.rows.size())) {
+        const auto unread = std::ranges::count_if(block.rows, &GridText::isUnread);
+        if (double(unread) > mostUnread * double(block.rows.size())) {
             continue;
         }
         std::erase_if(tasks, [&block](const LineTask &task) {

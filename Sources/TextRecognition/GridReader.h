@@ -21,8 +21,10 @@ struct GridText
     QString text;
     /// From 0 to 1.
     double confidence = 0;
-    /// Whether the model does not know what stands there: writing in another script, perhaps.
+    /// Whether a word may be in another script or language than the model's.
     bool isDoubtful = false;
+    /// Whether it knows hardly any of it.
+    bool isUnread = false;
 };
 
 /// A block of fixed pitch as it is read.

@@ -45,8 +45,9 @@ constexpr double mostRow = 3.4;
 /// The most blank rows within a block.
 constexpr int mostBlankRows = 3;
 
-/// How far left and right of its lines more of a block is looked for, in cells.
-constexpr int mostBlankColumns = 12;
+/// The most ink at the boundaries of cells left and right of its lines, where there may be nothing
+/// but a row of `+` that touch.
+constexpr double mostInkAside = 0.7;
 
 /// The most ink where one row ends and the next begins, of a block and of two rows alone.
 constexpr double mostInkOfRows = 0.35;
@@ -184,7 +185,7 @@ private:
     }
 
     /// Whether what stands in `box`, a part of the region, stands in cells.
-    bool isInCells(const Comb &rows, const Box &box) const
+    bool isInCells(const Comb &rows, const Box &box, double mostAcross = mostInkOfLine) const
     {
         if (box.isEmpty()) {
             return false;
@@ -195,7 +196,7 @@ private:
             return offset < 0 ? offset + pitch : offset;
         };
         return inkAtBoundaries(columnProfile(part), m_comb.pitch,
-                               from(m_left, box.left, m_comb.pitch)) <= mostInkOfLine &&
+                               from(m_left, box.left, m_comb.pitch)) <= mostAcross &&
                inkAtBoundaries(rowProfile(part), rows.pitch,
                                from(rows.phase, box.top, rows.pitch)) <= mostInkOfLine;
     }
@@ -226,9 +227,10 @@ private:
         }
         const int top = rowTop(first);
         const int bottom = rowTop(last + 1);
-        const int left = isInCells(rows, {0, top, box.left, bottom}) ? 0 : box.left;
-        const int right =
-            isInCells(rows, {box.right, top, m_ink.width, bottom}) ? m_ink.width : box.right;
+        const int left = isInCells(rows, {0, top, box.left, bottom}, mostInkAside) ? 0 : box.left;
+        const int right = isInCells(rows, {box.right, top, m_ink.width, bottom}, mostInkAside)
+                              ? m_ink.width
+                              : box.right;
 
         const int firstColumn = columnAt(left + 0.25 * m_comb.pitch);
         const int lastColumn = columnAt(right - 0.25 * m_comb.pitch);

@@ -33,6 +33,9 @@ struct Grid
     double columnLeft(int column) const { return left + column * cellWidth; }
 };
 
+/// How far left and right of its lines more of a block is looked for, in cells.
+inline constexpr int mostBlankColumns = 12;
+
 /// The share of a cell's width at either side where letters of its neighbours may reach into it.
 inline constexpr double blankSide = 0.17;
 

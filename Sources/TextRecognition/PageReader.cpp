@@ -110,8 +110,18 @@ void indent(std::vector<PageLine> &lines)
     }
 }
 
-/// Puts what was read of lines in doubtful rows of blocks into them, in place of what the block's
-/// model read there, and takes them out of `tasks`.
+/// A row of a block is in other letters than its model's only if it is read this surely: dashes are
+/// read as kana.
+constexpr double leastForeign = 0.8;
+
+/// Whether `text` has letters that a block's model may not know: not those of a keyboard.
+bool hasForeignLetters(const QString &text)
+{
+    return std::ranges::any_of(text, [](QChar c) { return c.isLetter() && c.unicode() > 127; });
+}
+
+/// Puts what was read of lines in doubtful rows of blocks into them where it is in other letters
+/// than those of the block's model, and takes the lines out of `tasks`.
 void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tasks)
 {
     for (GridBlock &block : blocks) {
@@ -130,6 +140,11 @@ void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tas
             }
             std::ranges::sort(row, {}, [&](std::size_t i) { return tasks[i].line().box.left; });
             const PageLine line = pageLine(row, tasks);
+            if (line.readings.first().confidence < leastForeign ||
+                !hasForeignLetters(line.readings.first().text)) {
+                std::erase_if(tasks, stands);
+                continue;
+            }
             const double column = (line.box.left - block.grid.left) / block.grid.cellWidth;
             text.text =
                 QString(std::max(0, int(std::lround(column))), u' ') + line.readings.first().text;

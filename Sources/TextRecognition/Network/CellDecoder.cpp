@@ -177,6 +177,13 @@ DecodedCells decodeCells(const CodeShares &shares, const std::vector<CellPlace> 
             }
             scores[c] -= best;
         }
+        const auto c = std::size_t(std::ranges::max_element(scores) - scores.begin());
+        const float *sums = emissions.row(c);
+        float peak = never;
+        for (int t = first; t < last; ++t) {
+            peak = std::max(peak, sums[t + 1] - sums[t]);
+        }
+        result.peaks.push_back(std::exp(peak));
         result.scores.push_back(std::move(scores));
     }
     return result;

@@ -42,6 +42,8 @@ struct DecodedCells
     /// Of each cell and character, the logarithm of how much less likely the line is with it than
     /// as the network reads it most surely.
     std::vector<std::vector<float>> scores;
+    /// Of each cell, how likely the likeliest character is in its best column, from 0 to 1.
+    std::vector<float> peaks;
     /// The logarithm of how likely the likeliest reading is, per cell.
     double certainty = 0;
 };
