@@ -175,7 +175,8 @@ class SettingsTest(unittest.TestCase):
             open_settings()
             wait_until("the recorder", lambda: has_control(TITLE, *RECORDER))
             found = [(each.role, each.name) for each in controls(TITLE)
-                     if each.is_focusable and each.name != TITLE]
+                     if each.is_focusable and each.is_showing
+                     and each.name != TITLE]
             self.assertEqual(found, [
                 ("radio button", "Clipboard Only"), ("radio button", "Popup Only"),
                 ("radio button", "Both"), ("check box", "Shutter sound"),

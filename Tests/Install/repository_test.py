@@ -8,6 +8,7 @@ import shutil
 import subprocess
 import tempfile
 import threading
+import time
 import unittest
 from pathlib import Path
 
@@ -47,6 +48,8 @@ class RepositoryTest(unittest.TestCase):
         self.folder = Path(folder.name)
         self.published = self.folder / "published"
         self.published.mkdir()
+        # In the past, so that no answer comes from the future.
+        self.published_at = int(time.time()) - 3600
         server = http.server.ThreadingHTTPServer(
             ("127.0.0.1", 0), functools.partial(Handler, directory=self.published))
         self.addCleanup(server.server_close)
@@ -71,6 +74,10 @@ class RepositoryTest(unittest.TestCase):
                          self.url]):
             done = subprocess.run(command, capture_output=True, text=True, check=False)
             self.assertEqual(done.returncode, 0, done.stderr)
+        # A web server tells the time of a change in whole seconds, and apt asks for what is newer.
+        self.published_at += 60
+        for file in self.published.rglob("*"):
+            os.utime(file, (self.published_at, self.published_at))
 
     def apt(self, program, *arguments):
         """Apt with nothing of this machine but the source that a user would add."""
