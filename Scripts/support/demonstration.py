@@ -2,6 +2,7 @@
 """A capture as a person would make it, for `Scripts/run` where there is no desktop."""
 
 import sys
+from html.parser import HTMLParser
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -11,6 +12,38 @@ from support.desktop import Box, Clipboard, Pointer, difference, screenshot  # n
 from support.page import Page  # noqa: E402
 from support.program import Program  # noqa: E402
 from support.waiting import wait_until  # noqa: E402
+
+
+class Paragraphs(HTMLParser):
+    """What the page says, a text per paragraph or heading."""
+
+    def __init__(self, html):
+        super().__init__()
+        self.texts = []
+        self._inside = False
+        self.feed(html)
+
+    def handle_starttag(self, tag, _attributes):
+        if tag in ("p", "h2"):
+            self._inside = True
+            self.texts.append("")
+
+    def handle_endtag(self, tag):
+        if tag in ("p", "h2"):
+            self._inside = False
+
+    def handle_data(self, data):
+        if self._inside:
+            self.texts[-1] += data
+
+
+def folded(text):
+    return " ".join(text.split())
+
+
+def wrong(page, read):
+    """The paragraphs of `page`, a text of HTML, that `read` has not to the letter; lines may wrap."""
+    return [text for text in Paragraphs(page).texts if folded(text) not in folded(read)]
 
 
 def main():
@@ -41,9 +74,14 @@ def main():
         keep("3-result.png")
 
         print("\nWhat xclip, another program, reads from the clipboard:\n")
-        print(Clipboard.text())
+        read = Clipboard.text()
+        print(read)
         print(f"\nPictures of the dim, the selection and the result: {folder}")
+        missed = wrong((HERE / "demonstration.html").read_text(encoding="utf-8"), read)
+        for text in missed:
+            print(f"Read wrong: {text}", file=sys.stderr)
+        return 1 if missed else 0
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())

@@ -56,6 +56,12 @@ constexpr double mostInkOfTwoRows = 0.2;
 /// Ink of a block fainter than this share of its usual ink is none.
 constexpr double faintest = 0.2;
 
+/// Rows of whole pixels may have so much more ink at their boundaries.
+constexpr double wholeRows = 0.02;
+
+/// Cells whose far end is off by less than this many pixels if they are whole pixels wide are so.
+constexpr double wholeDrift = 1;
+
 /// The fewest characters that a block has.
 constexpr int fewestCharacters = 16;
 
@@ -125,6 +131,11 @@ public:
             rows = bestComb(profile, {leastRow * m_comb.pitch, mostRow * m_comb.pitch});
         } else {
             rows = shortBlock(profile);
+        }
+        // Rows of whole pixels, as most are, are cut at the same pixel all.
+        const Comb whole = bestPhase(profile, std::round(rows.pitch));
+        if (whole.inkShare <= rows.inkShare + wholeRows) {
+            rows = whole;
         }
         if (rows.inkShare > mostInkOfRows) {
             return {};
@@ -268,9 +279,13 @@ private:
         if (grid.rows.empty()) {
             return {};
         }
-        grid.left = m_region.left + m_left + leftmost * m_comb.pitch;
-        grid.cellWidth = m_comb.pitch;
         grid.columns = rightmost - leftmost + 1;
+        // Cells of whole pixels, as most terminals have them, are cut at the same pixel all.
+        const double whole = std::round(m_comb.pitch);
+        const bool isWhole = std::abs(whole - m_comb.pitch) * grid.columns < wholeDrift;
+        grid.cellWidth = isWhole ? whole : m_comb.pitch;
+        grid.left = m_region.left + m_left + leftmost * m_comb.pitch +
+                    (m_comb.pitch - grid.cellWidth) * grid.columns / 2;
         grid.leastInk = least;
         grid.box = {int(std::floor(grid.left)), grid.rows.front().top,
                     int(std::ceil(grid.columnLeft(grid.columns))), grid.rows.back().bottom};
