@@ -31,7 +31,7 @@ public:
     /// Asks the program that holds the id to do `action`. False when it did not answer.
     virtual bool forward(const QString &action) = 0;
 
-    /// Delivers the actions asked of us from now on. Being started to be activated, as desktops
-    /// start programs over the session bus, is none; being activated again is "capture".
+    /// Delivers the actions asked of us from now on. The activation for which the session bus has
+    /// started us asks for nothing; every later one asks for "capture".
     virtual void setActionHandler(ActionHandler handler) = 0;
 };

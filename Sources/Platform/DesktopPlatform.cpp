@@ -117,7 +117,7 @@ PanelStatusBar::Panels makePanels(const DesktopPlatformOptions &options,
 
 std::unique_ptr<LoginItem> makeLoginItem(const DesktopPlatformOptions &options, SystemLog &log)
 {
-    if (PortalLoginItem::isNeeded()) {
+    if (isInFlatpak()) {
         return std::make_unique<PortalLoginItem>(log, options.comment,
                                                  commandAtLogin(options.executablePath));
     }

@@ -53,7 +53,7 @@ constexpr double mostInkAside = 0.7;
 constexpr double mostInkOfRows = 0.35;
 constexpr double mostInkOfTwoRows = 0.2;
 
-/// Ink of a block fainter than this share of its usual ink is none.
+/// What is fainter than this share of a block's usual ink counts as background.
 constexpr double faintest = 0.2;
 
 /// Rows of whole pixels may have so much more ink at their boundaries.

@@ -62,7 +62,7 @@ public:
 
 public Q_SLOTS:
     QStringList GetCapabilities() const { return m_capabilities; }
-    // The specification's own list of arguments.
+    // The arguments are those that the interface prescribes.
     // NOLINTNEXTLINE(readability-function-size)
     uint Notify(const QString &name, uint replaced, const QString &icon, const QString &title,
                 const QString &body, const QStringList &actions, const QVariantMap &hints, int)

@@ -6,7 +6,6 @@
 #include "Support/BackgroundPortal.h"
 #include "Support/FakeServices.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +18,6 @@ private Q_SLOTS:
     void init();
     void cleanup() { BackgroundPortal::end(); }
 
-    void isNeededInASandbox();
     void asksThePortal();
     void logsWhatThePortalDoesNot_data();
     void logsWhatThePortalDoesNot();
@@ -41,15 +39,6 @@ void PortalLoginItemTest::init()
 {
     m_portal = std::make_unique<BackgroundPortal>();
     m_log = std::make_unique<FakeSystemLog>();
-}
-
-void PortalLoginItemTest::isNeededInASandbox()
-{
-    const QTemporaryDir folder;
-    QVERIFY(!PortalLoginItem::isNeeded(folder.filePath(u".flatpak-info"_s)));
-    QFile mark(folder.filePath(u".flatpak-info"_s));
-    QVERIFY(mark.open(QIODevice::WriteOnly));
-    QVERIFY(PortalLoginItem::isNeeded(mark.fileName()));
 }
 
 void PortalLoginItemTest::asksThePortal()

@@ -238,7 +238,7 @@ void PackageKitTransaction::addDetail(const QVariantList &arguments)
 {
     // After the id come six lists and numbers that tell nothing to people.
     constexpr qsizetype updateTextIndex = 7;
-    // Notes that are none do no harm.
+    // A detail without notes, or with something else in their place, leaves them empty.
     m_outcome.updateText = text(arguments, updateTextIndex).value_or(QString());
 }
 

@@ -4,8 +4,6 @@
 #include "Platform/Freedesktop/SessionLaunch.h"
 #include "Platform/Portal/PortalRequest.h"
 
-#include <QFile>
-
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,11 +35,6 @@ PortalLoginItem::PortalLoginItem(SystemLog &log, QString reason, QStringList com
 }
 
 PortalLoginItem::~PortalLoginItem() = default;
-
-bool PortalLoginItem::isNeeded(const QString &mark)
-{
-    return QFile::exists(mark);
-}
 
 std::optional<QString> PortalLoginItem::registerItem()
 {

@@ -20,10 +20,6 @@ public:
     PortalLoginItem(SystemLog &log, QString reason, QStringList command);
     ~PortalLoginItem() override;
 
-    /// Whether this process is in a sandbox, which `mark` is a file of. No portal is asked: outside
-    /// of a sandbox it would answer too, but not for our entry.
-    static bool isNeeded(const QString &mark = QStringLiteral("/.flatpak-info"));
-
     /// Both make a request and answer nothing yet. A later one takes the place of one that is still
     /// without an answer.
     std::optional<QString> registerItem() override;
