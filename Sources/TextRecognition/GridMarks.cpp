@@ -20,6 +20,11 @@ constexpr double mostBackTick = 0.5;
 /// The share of a row's height that both end above.
 constexpr double upperPart = 0.6;
 
+/// How high both are at most, as a share of their cell's width: they are less than half an em high,
+/// and a cell is six tenths of an em wide. The lowest letters are nearly as high as a cell is wide,
+/// and in rows far apart they too end in the upper part.
+constexpr double tallestMark = 0.75;
+
 /// The ink of one row of pixels.
 struct Run
 {
@@ -101,8 +106,8 @@ std::optional<char16_t> markInCell(const GreyImage &picture, const Box &cell)
     int bottom = cell.top;
     const std::vector<Run> runs = runsOf(picture, cell, bottom);
     // One row of pixels more may be the mark's own edge.
-    if (runs.size() < 2 || bottom - cell.top > upperPart * cell.height() ||
-        !isBlankBelow(picture, cell, bottom + 1)) {
+    if (runs.size() < 2 || double(runs.size()) > tallestMark * cell.width() ||
+        bottom - cell.top > upperPart * cell.height() || !isBlankBelow(picture, cell, bottom + 1)) {
         return {};
     }
     if (isCircumflex(runs, cell.width())) {
