@@ -54,8 +54,8 @@ class PackageKitTest(unittest.TestCase):
         self.assertEqual(self.packagekit.installed_version(), OLD)
         self.assertEqual(self.probe.ask("install"), {"result": "installed"})
         self.assertEqual(self.packagekit.installed_version(), NEW)
-        phases = [step["progress"] for step in self.probe.steps]
-        self.assertIn("installing", phases)
+        # The service gathers its changes, so that a phase of a small package may not be told of.
+        self.assertIn("preparing", [step["progress"] for step in self.probe.steps])
         for step in self.probe.steps:
             if step["progress"] in ("preparing", "waiting for others"):
                 self.assertEqual(step["percentage"], -1)

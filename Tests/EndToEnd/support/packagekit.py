@@ -17,6 +17,7 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 from contextlib import contextmanager
 from pathlib import Path
 
@@ -209,6 +210,8 @@ class Repository:
         self._home = self.folder / "gnupg"
         self._home.mkdir(mode=0o700)
         self._versions = []
+        # In the past, so that no answer comes from the future.
+        self._signed_at = int(time.time()) - 3600
 
     def __enter__(self):
         self._make_key("key.gpg", "Vellora test archive")
@@ -322,3 +325,7 @@ class Repository:
         (www / "Release").write_text(changelogs + text)
         self._gpg("--local-user", owner, "--output", www / "InRelease", "--clearsign",
                   www / "Release")
+        # A web server tells the time of a change in whole seconds, and apt asks for what is newer.
+        self._signed_at += 60
+        for file in www.rglob("*"):
+            os.utime(file, (self._signed_at, self._signed_at))
