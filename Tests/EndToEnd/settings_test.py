@@ -183,7 +183,8 @@ class SettingsTest(unittest.TestCase):
                 ("check box", "Show notification when copied"), ENABLE, RECORDER,
                 ("check box", "Launch at login"), ("link", "vellora.org"),
                 ("push button", "Check for Updates")])
-            groups = [each.name for each in controls(TITLE) if each.role == "panel" and each.name]
+            groups = [each.name for each in controls(TITLE) if each.role == "panel" and each.name
+                      and each.is_showing]
             self.assertEqual(groups, ["Output", "After OCR", "Capture", "Keyboard Shortcut",
                                       "General", "About"])
             recorder = control(TITLE, *RECORDER)
