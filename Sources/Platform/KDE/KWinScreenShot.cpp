@@ -9,7 +9,12 @@
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
 #include <QDeadlineTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QProcess>
 #include <QScreen>
+#include <QStandardPaths>
 
 #include <array>
 #include <chrono>
@@ -29,6 +34,9 @@ const QString notAuthorized = u"org.kde.KWin.ScreenShot2.Error.NoAuthorized"_s;
 /// When a KWin that does not answer is given up on. It answers with its next frame, which takes
 /// long where it draws large screens in software.
 constexpr std::chrono::milliseconds longestWait(5000);
+/// KWin looks for new desktop entries at most this often, however often it is asked (the interval
+/// of KSycoca, its cache of them).
+constexpr std::chrono::milliseconds entriesInterval(1500);
 
 /// Why KWin refuses. The file is its argument.
 const char *const refusalText = QT_TRANSLATE_NOOP(
@@ -147,6 +155,28 @@ QImage pictureOf(const Request &request, QString &problem)
                   stride, format)
         .convertToFormat(QImage::Format_RGB32);
 }
+
+/// Whether the application's desktop entry names the file that runs.
+bool isNamedByEntry()
+{
+    QFile entry(QStandardPaths::locate(QStandardPaths::ApplicationsLocation,
+                                       QGuiApplication::desktopFileName() + u".desktop"_s));
+    if (!entry.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QByteArray key = "Exec=";
+    const QString own = QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath();
+    while (!entry.atEnd()) {
+        const QByteArray line = entry.readLine().trimmed();
+        const QStringList command =
+            line.startsWith(key) ? QProcess::splitCommand(QString::fromUtf8(line.mid(key.size())))
+                                 : QStringList();
+        if (!command.isEmpty() && QFileInfo(command.constFirst()).canonicalFilePath() == own) {
+            return true;
+        }
+    }
+    return false;
+}
 } // namespace
 
 KWinScreenShot::KWinScreenShot(const Screens &screens)
@@ -167,7 +197,11 @@ bool KWinScreenShot::preflightAccess() const
         return false;
     }
     const QString answer = capture(oneScreen(QString()), pipe.writing()).errorName();
-    m_isRefused = answer == notAuthorized;
+    if (answer != notAuthorized) {
+        m_refused.invalidate();
+    } else if (!m_refused.isValid()) {
+        m_refused.start();
+    }
     return answer == noSuchScreen;
 }
 
@@ -178,7 +212,9 @@ bool KWinScreenShot::requestAccess()
 
 std::optional<ScreenRecordingRefusal> KWinScreenShot::refusal() const
 {
-    if (!m_isRefused) {
+    // An entry that was made just now lets us in as soon as KWin looks again.
+    if (!m_refused.isValid() ||
+        (isNamedByEntry() && !m_refused.hasExpired(entriesInterval.count()))) {
         return std::nullopt;
     }
     const QString file = QCoreApplication::applicationFilePath();

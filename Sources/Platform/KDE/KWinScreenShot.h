@@ -4,6 +4,8 @@
 #include "Platform/ScreenRecording.h"
 #include "Platform/Screens.h"
 
+#include <QElapsedTimer>
+
 /// Grabs by KWin's org.kde.KWin.ScreenShot2. KWin lets a program whose desktop entry names that
 /// interface in X-KDE-DBUS-Restricted-Interfaces, and the program's own file in Exec; it asks
 /// nobody.
@@ -25,6 +27,6 @@ public:
 
 private:
     const Screens &m_screens;
-    /// Whether KWin's last answer was that it does not know us.
-    mutable bool m_isRefused = false;
+    /// Runs since KWin answered first that it does not know us; invalid after any other answer.
+    mutable QElapsedTimer m_refused;
 };
