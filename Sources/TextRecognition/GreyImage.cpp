@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GreyImage.h"
 
+#include "ColouredInk.h"
 #include "Effort.h"
 
 #include <QImage>
@@ -15,7 +16,31 @@ namespace {
 /// Rows converted at a time: 4 MB of colour for the widest screens.
 constexpr int stripHeight = 128;
 
+/// The rows from `top` on, opaque, in 32 bits.
+QImage onWhite(const QImage &image, int top, int height)
+{
+    QImage strip = image.copy(0, top, image.width(), height)
+                       .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (strip.isNull()) {
+        throw std::bad_alloc();
+    }
+    for (int y = 0; y < height; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(strip.scanLine(y));
+        std::transform(line, line + strip.width(), line, [](QRgb p) {
+            const int white = 255 - qAlpha(p);
+            return qRgb(std::min(qRed(p) + white, 255), std::min(qGreen(p) + white, 255),
+                        std::min(qBlue(p) + white, 255));
+        });
+    }
+    return strip;
+}
+
 } // namespace
+
+std::uint8_t lumaOf(QRgb colour)
+{
+    return std::uint8_t((77 * qRed(colour) + 150 * qGreen(colour) + 29 * qBlue(colour)) >> 8);
+}
 
 GreyImage::GreyImage(int w, int h, std::uint8_t value)
     : width(std::max(0, w))
@@ -32,24 +57,12 @@ GreyImage greyImage(const QImage &image)
     GreyImage grey(image.width(), image.height(), 255);
     for (int top = 0; top < grey.height; top += stripHeight) {
         checkpoint();
-        const int rows = std::min(stripHeight, grey.height - top);
-        const QImage strip = image.copy(0, top, grey.width, rows)
-                                 .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        if (strip.isNull()) {
-            throw std::bad_alloc();
-        }
-        for (int y = 0; y < rows; ++y) {
+        const QImage strip = onWhite(image, top, std::min(stripHeight, grey.height - top));
+        for (int y = 0; y < strip.height(); ++y) {
             const auto *line = reinterpret_cast<const QRgb *>(strip.constScanLine(y));
-            std::uint8_t *out = grey.row(top + y);
-            for (int x = 0; x < grey.width; ++x) {
-                const QRgb p = line[x];
-                const int white = 255 - qAlpha(p);
-                const int luma = (77 * (qRed(p) + white) + 150 * (qGreen(p) + white) +
-                                  29 * (qBlue(p) + white)) >>
-                                 8;
-                out[x] = std::uint8_t(std::min(luma, 255));
-            }
+            std::transform(line, line + grey.width, grey.row(top + y), lumaOf);
         }
+        showColouredInk(strip, grey, top);
     }
     return grey;
 }

@@ -3,6 +3,8 @@
 
 #include "Box.h"
 
+#include <QRgb>
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -31,8 +33,12 @@ struct GreyImage
     std::uint8_t *row(int y) { return pixels.data() + std::size_t(y) * width; }
 };
 
-/// The luma (ITU-R BT.601) of `image`; what is transparent shows white. A null image gives an
-/// empty one. Works strip by strip, so that a huge picture is never held twice in full colour.
+/// The luma (ITU-R BT.601) of an opaque colour.
+std::uint8_t lumaOf(QRgb colour);
+
+/// The luma of `image`, with letters shown that differ by their colour alone; what is transparent
+/// shows white. A null image gives an empty one. Works strip by strip, so that a huge picture is
+/// never held twice in full colour.
 GreyImage greyImage(const QImage &image);
 
 /// The part of `image` in `box`, which lies within it.
