@@ -89,9 +89,12 @@ public:
     {
         Effort effort(request.stop, budget(qint64(image.width()) * image.height()), clock);
         const Effort::Share share(&effort);
-        const GreyImage page = greyImage(image);
+        GreyImage page;
         while (true) {
             try {
+                if (page.isEmpty()) {
+                    page = greyImage(image);
+                }
                 return readPage(page, readable().restrictedTo(request.recognitionLanguages),
                                 engines, workers);
             } catch (const UnreadableModel &) {
