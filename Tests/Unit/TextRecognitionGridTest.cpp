@@ -29,10 +29,11 @@ const QStringList listing{
 };
 
 QImage drawn(const QStringList &lines, const QString &family, const QColor &ink,
-             const QColor &paper)
+             const QColor &paper, int pixels = 14, QFont::Weight weight = QFont::Normal)
 {
     QFont font(family);
-    font.setPixelSize(14);
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
     const QFontMetrics metrics(font);
     QImage image(700, 20 + int(lines.size()) * metrics.lineSpacing(), QImage::Format_RGB32);
     image.fill(paper);
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void combFindsTheCells();
     void everyRowAndBlankIsKept_data();
     void everyRowAndBlankIsKept();
+    void smallTypeThatTouchesIsAGrid();
     void proportionalTextIsNoGrid();
     void theSameCharacterHasOneShape();
     void marksAreToldByTheirLooks();
@@ -132,6 +134,23 @@ void TextRecognitionGridTest::everyRowAndBlankIsKept()
         expected.append(patternOf(line));
     }
     QCOMPARE(patterns, expected);
+}
+
+void TextRecognitionGridTest::smallTypeThatTouchesIsAGrid()
+{
+    const QStringList prose{
+        u"Matches any differential equation that can be rewritten with smaller"_s,
+        u"order. Only derivatives of the function alone, with respect to just a"_s,
+        u"single variable are considered, and only in them should it ever appear"_s,
+        u"where measurements of something warm may well seem somewhat swollen now"_s,
+        u"and assertions handle what remains of many common mammoth summaries"_s,
+    };
+    const GreyImage page =
+        greyImage(drawn(prose, u"DejaVu Sans Mono"_s, Qt::white, Qt::black, 10, QFont::Bold));
+    const std::vector<Grid> grids = gridsOf(page);
+    QCOMPARE(grids.size(), std::size_t(1));
+    QCOMPARE(grids.front().rows.size(), std::size_t(prose.size()));
+    QCOMPARE(grids.front().columns, int(prose[3].size()));
 }
 
 void TextRecognitionGridTest::proportionalTextIsNoGrid()
