@@ -99,14 +99,15 @@ private:
     /// Whether text left and right of a gutter is read side after side, not row after row.
     bool areColumns(const Indices &left, const Indices &right) const
     {
-        if (left.size() < 2 || right.size() < 2) {
+        if (countRows(left) < 2 || countRows(right) < 2) {
             return false;
         }
         const Indices &fewer = left.size() < right.size() ? left : right;
         const Indices &more = left.size() < right.size() ? right : left;
-        const bool aligned = areAligned(countMatched(fewer, more), fewer.size());
+        const Beside beside = besides(fewer, more);
         const bool severalLines = fewer.size() >= 2 && more.size() >= 3;
-        if (aligned) {
+        if (areAligned(beside.onLine, fewer.size()) ||
+            (beside.onLine >= fewestAligned && beside.between == 0)) {
             return severalLines && isProse(left, alignedProse) && isProse(right, alignedProse);
         }
         return fewer.size() >= 3 ||
@@ -116,33 +117,61 @@ private:
     /// Cells of one row stand on one line; the lines of two panes do not.
     static bool areAligned(std::size_t matched, std::size_t of) { return 10 * matched >= 7 * of; }
 
-    /// Those of `some` that stand on a line with one of `others`.
-    std::size_t countMatched(const Indices &some, Indices others) const
+    /// So do the words of rows of which some end left of the gutter, if so many reach beyond it and
+    /// nothing stands between two rows.
+    static constexpr std::size_t fewestAligned = 3;
+
+    std::size_t countRows(Indices members) const
+    {
+        std::ranges::sort(members, {}, [this](std::size_t i) { return box(i).centreY2(); });
+        std::size_t rows = 0;
+        std::size_t last = 0;
+        for (const std::size_t i : members) {
+            if (rows == 0 || !areOnOneLine(m_pieces[last], m_pieces[i])) {
+                ++rows;
+                last = i;
+            }
+        }
+        return rows;
+    }
+
+    /// How many pieces of one side stand on a line with one of the other, and how many beside one
+    /// but between its lines.
+    struct Beside
+    {
+        std::size_t onLine = 0;
+        std::size_t between = 0;
+    };
+
+    Beside besides(const Indices &some, Indices others) const
     {
         const auto middle = [this](std::size_t i) {
             return box(i).centreY2();
         };
-        std::sort(others.begin(), others.end(),
-                  [&](std::size_t a, std::size_t b) { return middle(a) < middle(b); });
+        std::ranges::sort(others, {}, middle);
         int tallest = 0;
         for (const std::size_t i : others) {
-            tallest = std::max(tallest, m_pieces[i].letterHeight);
+            tallest = std::max({tallest, m_pieces[i].letterHeight, box(i).height()});
         }
-        std::size_t matched = 0;
+        Beside beside;
         for (const std::size_t i : some) {
-            const int reach = reachOnOneLine(std::max(tallest, m_pieces[i].letterHeight));
+            // In halves of a pixel, as middles are: pieces farther away do not even overlap.
+            const int reach = tallest + std::max(m_pieces[i].letterHeight, box(i).height());
             auto other = std::partition_point(others.begin(), others.end(), [&](std::size_t k) {
                 return middle(k) < middle(i) - reach;
             });
-            while (other != others.end() && middle(*other) <= middle(i) + reach) {
-                if (areOnOneLine(m_pieces[i], m_pieces[*other])) {
-                    ++matched;
-                    break;
-                }
-                ++other;
+            bool isOnLine = false;
+            bool isBetween = false;
+            for (; !isOnLine && other != others.end() && middle(*other) <= middle(i) + reach;
+                 ++other) {
+                isOnLine = areOnOneLine(m_pieces[i], m_pieces[*other]);
+                isBetween = isBetween || 4 * verticalOverlap(box(i), box(*other)) >
+                                             std::min(box(i).height(), box(*other).height());
             }
+            beside.onLine += isOnLine ? 1 : 0;
+            beside.between += !isOnLine && isBetween ? 1 : 0;
         }
-        return matched;
+        return beside;
     }
 
     /// Whether `areColumns` is surely false: most pieces of the smaller side stand on a line with

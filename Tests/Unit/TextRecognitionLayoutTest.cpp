@@ -314,6 +314,25 @@ private Q_SLOTS:
         }
     }
 
+    void wordsWithWideBlanksStayInTheirRow()
+    {
+        // Three of five rows go on beyond the gutter, the others end left of it.
+        const std::vector<Piece> pieces{piece(10, 0, 120),  piece(250, 0, 40),  piece(330, 0, 60),
+                                        piece(10, 22, 120), piece(250, 22, 90), piece(400, 22, 60),
+                                        piece(10, 44, 60),  piece(10, 66, 20),  piece(10, 88, 140),
+                                        piece(240, 88, 60), piece(360, 88, 110)};
+        QCOMPARE(readingOrder(pieces),
+                 (std::vector<Row>{{0, 1, 2}, {3, 4, 5}, {6}, {7}, {8, 9, 10}}));
+    }
+
+    void oneRowIsNoColumn()
+    {
+        const std::vector<Piece> pieces{piece(10, 0, 60),  piece(150, 0, 60), piece(260, 0, 40),
+                                        piece(340, 0, 40), piece(420, 0, 40), piece(500, 0, 40),
+                                        piece(10, 22, 50), piece(10, 44, 70), piece(10, 66, 60)};
+        QCOMPARE(readingOrder(pieces), (std::vector<Row>{{0, 1, 2, 3, 4, 5}, {6}, {7}, {8}}));
+    }
+
     void rightToLeftTurnsCellsAndColumns()
     {
         std::vector<Piece> pieces{piece(10, 20, 40), piece(200, 20, 40)};
