@@ -4,7 +4,7 @@
 
 Writes FOLDER/sNNNN.npz one after another: `pixels` (all lines side by side, as high as the network reads them, dark on white), `ends` (last column
 of each line, exclusive), `texts`, `faces`. Pango with cairo draws: its hinting, anti-aliasing and fallback are those of GTK, and Qt and browsers draw with the
-same library. The same seed gives the same lines, where the same faces are there.
+same library; some pages are in the X server's bitmap faces. The same seed gives the same lines, where the same faces are there.
 """
 import argparse
 import io
@@ -21,6 +21,7 @@ import gi
 import numpy as np
 from PIL import Image, ImageFilter
 
+import bitmaps
 import faces
 from writer import Writer
 
@@ -37,6 +38,8 @@ INK = 165
 MARGINS, MARGIN_WEIGHTS = (4, 7, 2), (80, 10, 10)
 # Shares of pages: of those in other faces, and of those of fixed pitch that are cut as blocks.
 PROPORTIONAL, GRIDS = .1, .7
+# And of those in bitmap faces.
+BITMAPS = .1
 SIZES = (8, 9, 10, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 15, 15, 16, 17, 18, 20, 22, 24, 28, 32, 40, 48)
 SIZE_WEIGHTS = (1, 2, 3) + (4,) * 14 + (2, 2, 2, 1, 1, .5, .4, .3)
 # The colours of terminals, as usual schemes have them.
@@ -156,6 +159,34 @@ class Page:
         return np.ascontiguousarray(pixels), rows
 
 
+class BitmapPage(Page):
+    """Rows in a bitmap face."""
+
+    def __init__(self, writer, face, rng):
+        self.rng, self.writer, self.face = rng, writer, face
+        self.is_fixed, self.family = True, face.name
+
+    def draw(self):
+        r, face = self.rng, self.face
+        texts = [text for text in (self.writer.line() for _ in range(r.choice([4, 8, 12, 14]))) if text.strip() and face.knows(text)]
+        if not texts:
+            return None
+        left, y = r.randrange(2, 30), r.randrange(2, 12)
+        spacing = face.height + r.choice([0, 0, 0, 1, 2])
+        ground, ink_colour = self.colours()
+        size = y + spacing * len(texts) + r.randrange(2, 10), left + face.width * max(map(len, texts)) + r.randrange(4, 40)
+        pixels = np.full((*size, 3), ground, np.uint8)
+        rows = []
+        for text in texts:
+            ink = face.draw(text)
+            inked = np.flatnonzero(ink.any(1))
+            pixels[y:y + face.height, left:left + ink.shape[1]][ink] = ink_colour()
+            edges = [left + face.width * i for i in range(len(text) + 1)]
+            rows.append((y + inked[0], y + inked[-1] + 1, text, edges, y))
+            y += spacing
+        return pixels, rows
+
+
 class Cutter:
     """The program's own code that finds and prepares lines."""
 
@@ -241,14 +272,15 @@ def grid_lines(pixels, rows, height):
             yield np.asarray(Image.fromarray(picture.astype(np.uint8)).resize((width, height), Image.BICUBIC)), text
 
 
-def lines(texts, part, seed, program, height):
+def lines(texts, part, seed, program, height, bitmap_faces=(), bitmap_share=BITMAPS):
     """Without end: pictures, their texts and faces."""
     rng = random.Random(seed)
     writer = Writer(texts["train"] if part == "train" else {"code": texts["held-out"]["code"]}, ALPHABET, rng)
     families = faces.families(part)
     with Cutter(program, height) as cutter:
         while True:
-            page = Page(writer, families, rng)
+            is_bitmap = bitmap_faces and rng.random() < bitmap_share
+            page = BitmapPage(writer, rng.choice(bitmap_faces), rng) if is_bitmap else Page(writer, families, rng)
             drawn = page.draw()
             if drawn is None:
                 continue
@@ -275,7 +307,10 @@ def main(arguments=None):
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--count", type=int, default=2000, help="lines a file")
     parser.add_argument("--files", type=int, default=1)
+    parser.add_argument("--bitmaps", type=float, default=BITMAPS, help="the share of pages in bitmap faces")
     options = parser.parse_args(arguments)
+    # Beside the texts, as `fetch` has unpacked them.
+    bitmap_faces = bitmaps.faces(os.path.dirname(os.path.abspath(options.texts)), options.part)
     os.makedirs(options.folder, exist_ok=True)
     with open(options.texts, encoding="utf-8") as file:
         texts = json.load(file)
@@ -285,7 +320,7 @@ def main(arguments=None):
         if os.path.exists(path):
             continue
         began = time.time()
-        source = lines(texts, options.part, seed, options.prepare, options.height)
+        source = lines(texts, options.part, seed, options.prepare, options.height, bitmap_faces, options.bitmaps)
         batch = [next(source) for _ in range(options.count)]
         source.close()
         with open(path + ".new", "wb") as file:
