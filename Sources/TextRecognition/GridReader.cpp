@@ -13,6 +13,9 @@
 #include <cmath>
 #include <map>
 #include <optional>
+#include <set>
+
+using namespace Qt::StringLiterals;
 
 namespace recognition {
 
@@ -38,6 +41,13 @@ constexpr float besideDigit = 2;
 /// script or language.
 constexpr int fewestOfWord = 4;
 constexpr double leastPeak = 0.9;
+
+/// Of as many different characters at least, as a share of its own: a rule of `=` is a word in no
+/// script.
+constexpr double leastVariety = 0.6;
+
+/// A row that is read less surely shows nothing of its language.
+constexpr double leastOfForeign = 0.5;
 
 /// Rows that are read at once: the more, the less often weights are fetched.
 constexpr std::size_t rowsAtOnce = 4;
@@ -174,11 +184,13 @@ private:
         GridText row{m_grid.rows[index], {}, std::exp(decoded.certainty), false};
         double wordSum = 0;
         int wordCells = 0;
+        std::set<std::size_t> wordCharacters;
         int marks = 0;
         for (std::size_t i = 0; i < decoded.scores.size(); ++i) {
             if (i > 0 && columns[i] != columns[i - 1] + 1) {
                 wordSum = 0;
                 wordCells = 0;
+                wordCharacters.clear();
             }
             row.text.append(QString(columns[i] - row.text.size(), u' '));
             if (const auto mark = markAt(m_lines[index], columns[i])) {
@@ -187,11 +199,14 @@ private:
                 continue;
             }
             const auto best = std::ranges::max_element(decoded.scores[i]);
-            row.text.append(m_characters.text(std::size_t(best - decoded.scores[i].begin())));
+            const auto character = std::size_t(best - decoded.scores[i].begin());
+            row.text.append(m_characters.text(character));
             wordSum += double(decoded.peaks[i]);
             ++wordCells;
-            row.isDoubtful =
-                row.isDoubtful || (wordCells >= fewestOfWord && wordSum < leastPeak * wordCells);
+            wordCharacters.insert(character);
+            const bool isVaried = double(wordCharacters.size()) >= leastVariety * double(wordCells);
+            row.isDoubtful = row.isDoubtful || (wordCells >= fewestOfWord && isVaried &&
+                                                wordSum < leastPeak * wordCells);
         }
         const bool isUncertain = decoded.certainty < leastCertainty;
         row.isUnread = isUncertain && 2 * marks < int(columns.size());
@@ -208,6 +223,11 @@ private:
     std::vector<DecodedCells> m_decoded;
 };
 
+/// What English is read with in fixed pitch where there is such a model: it was trained with code
+/// and what programs print, and knows all characters of a keyboard.
+const QString english = u"eng"_s;
+const QString code = u"code"_s;
+
 /// The model that the grid is read with; empty if it is not in Latin letters.
 QString gridModel(const std::vector<LineTask *> &lines, const Languages &languages,
                   EngineCache &engines, Workers &workers)
@@ -217,9 +237,28 @@ QString gridModel(const std::vector<LineTask *> &lines, const Languages &languag
         candidates.append(languages.models(script).first());
     }
     const QString main = mainModel(lines, candidates, engines, workers);
-    return Languages::scriptOf(main) == Script::Latin
-               ? latinModel(lines, languages, engines, workers)
-               : QString();
+    if (Languages::scriptOf(main) != Script::Latin) {
+        return {};
+    }
+    return latinModel(lines, languages, engines, workers);
+}
+
+/// Reads a block that is in the language of `model`. False if there is no such model.
+bool readRows(GridBlock &block, const GreyImage &page, const QString &model, EngineCache &engines,
+              Workers &workers)
+{
+    const auto engine = engines.engine(model, Dictionary::With);
+    if (engine) {
+        block.model = model;
+        block.rows = GridReader(page, block.grid, engine).run(workers);
+    }
+    return engine != nullptr;
+}
+
+/// Whether a row is read, by the model of another language, with letters that English has not.
+bool isForeign(const GridText &row)
+{
+    return row.confidence >= leastOfForeign && hasForeignLetters(row.text);
 }
 
 /// Whether a row of `block` goes on right of it in something that does not stand in its cells, such
@@ -254,12 +293,17 @@ void addGrids(std::vector<GridBlock> &blocks, const std::vector<Grid> &grids, co
         const QString model = own.empty() || goesOnAside(block, tasks)
                                   ? QString()
                                   : gridModel(own, languages, engines, workers);
-        const auto engine = model.isEmpty() ? nullptr : engines.engine(model, Dictionary::With);
-        if (!engine) {
+        if (model.isEmpty()) {
             continue;
         }
-        block.model = model;
-        block.rows = GridReader(page, grid, engine).run(workers);
+        const bool hasCode = languages.has(english) && engines.has(code);
+        if ((model != english || !hasCode) && !readRows(block, page, model, engines, workers)) {
+            continue;
+        }
+        if (hasCode && std::ranges::none_of(block.rows, isForeign) &&
+            !readRows(block, page, code, engines, workers)) {
+            continue;
+        }
         const auto unread = std::ranges::count_if(block.rows, &GridText::isUnread);
         if (double(unread) > mostUnread * double(block.rows.size())) {
             continue;
@@ -277,6 +321,11 @@ void addGrids(std::vector<GridBlock> &blocks, const std::vector<Grid> &grids, co
 }
 
 } // namespace
+
+bool hasForeignLetters(const QString &text)
+{
+    return std::ranges::any_of(text, [](QChar c) { return c.isLetter() && c.unicode() > 127; });
+}
 
 GridText *GridBlock::rowOf(const Box &box)
 {

@@ -50,6 +50,13 @@ struct GridBlock
     GridText *rowOf(const Box &box);
 };
 
+/// A row of a block is in other letters than those of a keyboard only if it is read this surely:
+/// dashes are read as kana.
+inline constexpr double surelyForeign = 0.8;
+
+/// Whether `text` has letters that English has not.
+bool hasForeignLetters(const QString &text);
+
 /// The blocks of fixed pitch among `tasks`, a page's lines, longest first, read by the model that
 /// their lines are read best with. Lines that are read are taken out of `tasks`; those in doubtful
 /// rows stay.

@@ -110,16 +110,6 @@ void indent(std::vector<PageLine> &lines)
     }
 }
 
-/// A row of a block is in other letters than its model's only if it is read this surely: dashes are
-/// read as kana.
-constexpr double leastForeign = 0.8;
-
-/// Whether `text` has letters that a block's model may not know: not those of a keyboard.
-bool hasForeignLetters(const QString &text)
-{
-    return std::ranges::any_of(text, [](QChar c) { return c.isLetter() && c.unicode() > 127; });
-}
-
 /// Puts what was read of lines in doubtful rows of blocks into them where it is in other letters
 /// than those of the block's model, and takes the lines out of `tasks`.
 void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tasks)
@@ -140,7 +130,7 @@ void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tas
             }
             std::ranges::sort(row, {}, [&](std::size_t i) { return tasks[i].line().box.left; });
             const PageLine line = pageLine(row, tasks);
-            if (line.readings.first().confidence < leastForeign ||
+            if (line.readings.first().confidence < surelyForeign ||
                 !hasForeignLetters(line.readings.first().text)) {
                 std::erase_if(tasks, stands);
                 continue;
