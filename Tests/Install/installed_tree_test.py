@@ -181,7 +181,7 @@ class TracesTest(unittest.TestCase):
         self.assertEqual(folders, {
             "bin", "share/applications", "share/dbus-1/services", "share/man/man1",
             "share/metainfo", "share/systemd/user", "share/vellora",
-            "share/vellora/Vellora_Vellora.bundle"})
+            "share/vellora/Vellora_Vellora.bundle", "share/vellora/models"})
 
 
 if __name__ == "__main__":
