@@ -3,7 +3,6 @@
 
 #include "Effort.h"
 #include "GridCells.h"
-#include "GridMarks.h"
 #include "GridVote.h"
 #include "LanguageChooser.h"
 #include "Resample.h"
@@ -12,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <optional>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -32,10 +30,6 @@ constexpr int widestBlank = 2;
 
 /// What one cell may say against a character, as a logarithm: it may be read wrong.
 constexpr float leastVote = -6;
-
-/// What a digit beside a cell says for a digit in it, as a logarithm: dotted noughts are read as
-/// `@`.
-constexpr float besideDigit = 2;
 
 /// A word that begins with so many characters less likely than this on average may be in another
 /// script or language.
@@ -132,21 +126,7 @@ private:
                           m_grid.box.width());
     }
 
-    /// What the network alone takes a cell for, or nothing beside the row's ends and blanks.
-    QChar guessAt(std::size_t row, std::size_t i, int step) const
-    {
-        const std::vector<int> &columns = m_lines[row].columns;
-        const std::size_t next = i + std::size_t(step);
-        if (next >= columns.size() || columns[next] != columns[i] + step) {
-            return {};
-        }
-        const std::vector<float> &scores = m_decoded[row].scores[next];
-        return m_characters.text(std::size_t(std::ranges::max_element(scores) - scores.begin()))
-            .front();
-    }
-
-    /// Cells that look the same hold the same character: all of them together tell which, and so do
-    /// digits beside them.
+    /// Cells that look the same hold the same character: all of them together tell which.
     void vote()
     {
         const std::vector<std::vector<std::size_t>> shapes = cellShapes(m_grid, m_lines);
@@ -156,11 +136,8 @@ private:
                 const std::vector<float> &scores = m_decoded[row].scores[i];
                 std::vector<float> &sum = sums[shapes[row][i]];
                 sum.resize(scores.size(), 0);
-                const int digits =
-                    int(guessAt(row, i, -1).isDigit()) + int(guessAt(row, i, 1).isDigit());
                 for (std::size_t c = 0; c < scores.size(); ++c) {
-                    const bool isDigit = m_characters.text(c).front().isDigit();
-                    sum[c] += std::max(scores[c], leastVote) + (isDigit ? digits * besideDigit : 0);
+                    sum[c] += std::max(scores[c], leastVote);
                 }
             }
         }
@@ -171,12 +148,6 @@ private:
         }
     }
 
-    std::optional<char16_t> markAt(const GridLine &line, int column) const
-    {
-        return markInCell(line.picture, {edge(column), m_ink.top, edge(column + 1),
-                                         std::min(m_ink.bottom, line.picture.height)});
-    }
-
     GridText textOf(std::size_t index) const
     {
         const DecodedCells &decoded = m_decoded[index];
@@ -185,7 +156,6 @@ private:
         double wordSum = 0;
         int wordCells = 0;
         std::set<std::size_t> wordCharacters;
-        int marks = 0;
         for (std::size_t i = 0; i < decoded.scores.size(); ++i) {
             if (i > 0 && columns[i] != columns[i - 1] + 1) {
                 wordSum = 0;
@@ -193,11 +163,6 @@ private:
                 wordCharacters.clear();
             }
             row.text.append(QString(columns[i] - row.text.size(), u' '));
-            if (const auto mark = markAt(m_lines[index], columns[i])) {
-                row.text.append(QChar(*mark));
-                ++marks;
-                continue;
-            }
             const auto best = std::ranges::max_element(decoded.scores[i]);
             const auto character = std::size_t(best - decoded.scores[i].begin());
             row.text.append(m_characters.text(character));
@@ -208,8 +173,7 @@ private:
             row.isDoubtful = row.isDoubtful || (wordCells >= fewestOfWord && isVaried &&
                                                 wordSum < leastPeak * wordCells);
         }
-        const bool isUncertain = decoded.certainty < leastCertainty;
-        row.isUnread = isUncertain && 2 * marks < int(columns.size());
+        row.isUnread = decoded.certainty < leastCertainty;
         row.isDoubtful = row.isDoubtful || row.isUnread;
         return row;
     }

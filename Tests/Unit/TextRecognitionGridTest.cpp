@@ -3,7 +3,6 @@
 
 #include "TextRecognition/Comb.h"
 #include "TextRecognition/GridCells.h"
-#include "TextRecognition/GridMarks.h"
 #include "TextRecognition/GridVote.h"
 #include "TextRecognition/Grids.h"
 #include "TextRecognition/Marks.h"
@@ -88,7 +87,6 @@ private Q_SLOTS:
     void smallTypeThatTouchesIsAGrid();
     void proportionalTextIsNoGrid();
     void theSameCharacterHasOneShape();
-    void marksAreToldByTheirLooks();
     void cellsHoldOneCharacterEach();
 };
 
@@ -191,27 +189,6 @@ void TextRecognitionGridTest::theSameCharacterHasOneShape()
     QVERIFY(shapes[0][0] != shapes[0][1]);
     QVERIFY(shapes[0][13] != shapes[0][14]);
     QVERIFY(shapes[0][14] != shapes[0][15]);
-}
-
-void TextRecognitionGridTest::marksAreToldByTheirLooks()
-{
-    const auto markOf = [](const QString &text) {
-        QFont font(u"DejaVu Sans Mono"_s);
-        font.setPixelSize(16);
-        const QFontMetrics metrics(font);
-        QImage image(metrics.horizontalAdvance(u'x'), metrics.height(), QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        painter.setFont(font);
-        painter.drawText(0, metrics.ascent(), text);
-        painter.end();
-        return markInCell(greyImage(image), {0, 0, image.width(), image.height()});
-    };
-    QCOMPARE(markOf(u"^"_s), std::optional(u'^'));
-    QCOMPARE(markOf(u"`"_s), std::optional(u'`'));
-    for (const QChar other : u"'\"*~-_.,:;!|AaOo0il1vV/\\("_s) {
-        QVERIFY2(!markOf(other), qPrintable(QString(other)));
-    }
 }
 
 void TextRecognitionGridTest::cellsHoldOneCharacterEach()
