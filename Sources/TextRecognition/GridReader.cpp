@@ -25,6 +25,10 @@ constexpr double whiteAround = 0.1;
 /// A row whose characters are less certain than this on average, as a logarithm, is not read.
 constexpr double leastCertainty = -1.0;
 
+/// A row of so many different characters that are so certain on average is text.
+constexpr double sureCertainty = -0.2;
+constexpr std::size_t fewestSure = 4;
+
 /// Cells of nothing between words that are read with them.
 constexpr int widestBlank = 2;
 
@@ -53,6 +57,16 @@ constexpr double mostUnread = 0.2;
 /// if in cells ("jumps over 13 lazy dogs" in 48 pixels of DejaVu Sans does).
 constexpr std::size_t fewestRows = 2;
 
+/// Whether what a row says is no chance: many different characters, read surely.
+bool isSurelyText(const DecodedCells &row)
+{
+    std::set<std::ptrdiff_t> characters;
+    for (const std::vector<float> &scores : row.scores) {
+        characters.insert(std::ranges::max_element(scores) - scores.begin());
+    }
+    return row.certainty >= sureCertainty && characters.size() >= fewestSure;
+}
+
 class GridReader
 {
 public:
@@ -65,19 +79,28 @@ public:
     {
     }
 
+    /// Nothing if it is no text: that a few rows tell, since a large table of something else takes
+    /// long to read.
     std::vector<GridText> run(Workers &workers)
     {
         m_decoded.resize(m_lines.size());
-        const std::size_t groups = (m_lines.size() + rowsAtOnce - 1) / rowsAtOnce;
+        std::vector<std::size_t> some;
+        std::vector<std::size_t> others;
+        const std::size_t step = std::max<std::size_t>(1, m_lines.size() / rowsAtOnce);
+        for (std::size_t i = 0; i < m_lines.size(); ++i) {
+            (i % step == step / 2 && some.size() < rowsAtOnce ? some : others).push_back(i);
+        }
+        read(some);
+        const auto unread = std::ranges::count_if(
+            some, [this](std::size_t i) { return m_decoded[i].certainty < leastCertainty; });
+        if (2 * std::size_t(unread) > some.size()) {
+            return {};
+        }
+        const std::size_t groups = (others.size() + rowsAtOnce - 1) / rowsAtOnce;
         workers.forEach(groups, [&](std::size_t group) {
-            const std::size_t first = group * rowsAtOnce;
-            const std::size_t last = std::min(first + rowsAtOnce, m_lines.size());
-            std::vector<CellLine> lines;
-            for (std::size_t i = first; i < last; ++i) {
-                lines.push_back(cellLine(m_lines[i]));
-            }
-            std::ranges::move(m_engine->readCells(lines, m_characters),
-                              m_decoded.begin() + std::ptrdiff_t(first));
+            const auto first = others.begin() + std::ptrdiff_t(group * rowsAtOnce);
+            const auto left = std::size_t(others.end() - first);
+            read({first, first + std::ptrdiff_t(std::min(rowsAtOnce, left))});
         });
         vote();
         std::vector<GridText> rows;
@@ -88,6 +111,22 @@ public:
     }
 
 private:
+    void read(const std::vector<std::size_t> &rows)
+    {
+        std::vector<CellLine> lines;
+        for (const std::size_t row : rows) {
+            lines.push_back(cellLine(m_lines[row]));
+        }
+        std::vector<DecodedCells> decoded = m_engine->readCells(lines, m_characters);
+        if (Effort *effort = Effort::current();
+            effort && std::ranges::any_of(decoded, isSurelyText)) {
+            effort->foundText();
+        }
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            m_decoded[rows[i]] = std::move(decoded[i]);
+        }
+    }
+
     /// The row without what is blank at its ends and more than a few cells of it within: a network
     /// sees letters in long stretches of nothing.
     CellLine cellLine(const GridLine &line) const
@@ -269,7 +308,7 @@ void addGrids(std::vector<GridBlock> &blocks, const std::vector<Grid> &grids, co
             continue;
         }
         const auto unread = std::ranges::count_if(block.rows, &GridText::isUnread);
-        if (double(unread) > mostUnread * double(block.rows.size())) {
+        if (block.rows.empty() || double(unread) > mostUnread * double(block.rows.size())) {
             continue;
         }
         std::erase_if(tasks, [&block](const LineTask &task) {
@@ -277,9 +316,6 @@ void addGrids(std::vector<GridBlock> &blocks, const std::vector<Grid> &grids, co
             const GridText *row = block.holds(box) ? block.rowOf(box) : nullptr;
             return block.holds(box) && (!row || !row->isDoubtful);
         });
-        if (Effort *effort = Effort::current()) {
-            effort->foundText();
-        }
         blocks.push_back(std::move(block));
     }
 }

@@ -9,6 +9,7 @@
 #include "TextRecognition/Model.h"
 #include "TextRecognition/Reading.h"
 #include "TextRecognition/Script.h"
+#include "TextRecognition/TextEvidence.h"
 #include "TextRecognition/TextRepair.h"
 
 #include <QDir>
@@ -60,6 +61,17 @@ private Q_SLOTS:
         QCOMPARE(reading.text(), u"a bcd"_s);
         QCOMPARE(reading.characters(), 4);
         QCOMPARE(Reading().confidence(), 0.0);
+    }
+
+    void manyLettersOrDigitsAreSurelyText()
+    {
+        QVERIFY(isSurelyText(words({u"Sum"_s})));
+        QVERIFY(isSurelyText(words({u"4,127.19"_s, u"96.52"_s})));
+        // What dots and rules are read as.
+        QVERIFY(!isSurelyText(words({u"o0o"_s, u"00"_s, u"110"_s})));
+        Reading unsure = words({u"Summary"_s});
+        unsure.words.front().confidence = 40;
+        QVERIFY(!isSurelyText(unsure));
     }
 
     void wordsWithoutBlanksStayTogether()
