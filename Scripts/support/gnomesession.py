@@ -37,7 +37,7 @@ SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Config
 """
 
 HAS_LEFT_OVERVIEW = """(() => {
-    const main = imports.ui.main;
+    const main = Main;
     if (main.layoutManager._startingUp)
         return false;
     main.overview.hide();

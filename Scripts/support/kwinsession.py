@@ -2,6 +2,7 @@
 """The KWin of a private desktop on Wayland: drawn in software, without a screen or a device."""
 
 import os
+import re
 import shutil
 import subprocess
 from pathlib import Path
@@ -9,10 +10,13 @@ from pathlib import Path
 from plasma import start_plasma
 from waybar import start_waybar
 
-# What a window fades or slides through is in nobody's way.
+# What a window fades or slides through is in nobody's way. KWin 6 finds no entry, and so none that
+# lets a program do something, without a menu that has it.
 SETTINGS = {"kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
             "kwinrc": "[Windows]\nBorderlessMaximizedWindows=false\n"
-                      "[Plugins]\nscreenedgeEnabled=false\n"}
+                      "[Plugins]\nscreenedgeEnabled=false\n",
+            "menus/applications.menu":
+                "<Menu><Name>Applications</Name><Include><All/></Include></Menu>\n"}
 
 # KWin lets a program see the screen if an entry like this says so.
 EYES = """[Desktop Entry]
@@ -23,12 +27,20 @@ NoDisplay=true
 X-KDE-DBUS-Restricted-Interfaces=org.kde.KWin.ScreenShot2
 """
 
+# In a session that is all of KDE's, KWin 6 cannot do without Plasma's theme.
+ENVIRONMENT = {"QT_QPA_PLATFORM": "", "KDE_FULL_SESSION": None}
+
+# From this version on KWin draws with OpenGL on what has a render node alone, and takes pictures
+# only then.
+NEEDS_RENDER_NODE = 6
+
 
 class KWinSession:
     """Started by the session of Scripts/in-desktop, which ends what it starts."""
 
-    def __init__(self, session, wallpaper, failure, has_xwayland):
-        self._session, self._wallpaper, self._failure = session, wallpaper, failure
+    def __init__(self, session, wallpaper, failure, missing, has_xwayland):
+        self._session, self._wallpaper = session, wallpaper
+        self._failure, self._missing = failure, missing
         self._has_xwayland = has_xwayland
 
     def prepare(self):
@@ -38,15 +50,17 @@ class KWinSession:
         session = self._session
         if len(set(session.screens)) != 1:
             raise self._failure("KWin's virtual screens are all of one size")
+        program = self._program()
+        self._require_opengl(program)
         self._configure()
         # In points.
         width, height = (round(side / session.scale) for side in session.screens[0])
-        process = session.spawn("kwin", self._program(), "--virtual", "--width", str(width),
+        process = session.spawn("kwin", program, "--virtual", "--width", str(width),
                                 "--height", str(height), "--output-count",
                                 str(len(session.screens)), "--scale", f"{session.scale:g}",
                                 "--socket", "wayland-kwin", "--no-lockscreen",
                                 *self._xwayland(),
-                                environment={"QT_QPA_PLATFORM": ""})
+                                environment=ENVIRONMENT)
         session.server = process
         socket = Path(session.environment["XDG_RUNTIME_DIR"]) / "wayland-kwin"
         session.wait("KWin", socket.exists, process)
@@ -61,7 +75,9 @@ class KWinSession:
 
     def _configure(self):
         for name, text in SETTINGS.items():
-            (Path(self._session.environment["XDG_CONFIG_HOME"]) / name).write_text(text)
+            file = Path(self._session.environment["XDG_CONFIG_HOME"]) / name
+            file.parent.mkdir(exist_ok=True)
+            file.write_text(text)
         folder = Path(self._session.environment["XDG_DATA_HOME"]) / "applications"
         folder.mkdir(parents=True)
         program = os.path.realpath("/usr/bin/python3")
@@ -94,6 +110,15 @@ class KWinSession:
             shutil.copyfile(shutil.which("kwin_wayland"), copy)
             copy.chmod(0o755)
             return str(copy)
+
+    def _require_opengl(self, program):
+        self._session.spawn("kwin-version", program, "--version", environment=ENVIRONMENT).wait(20)
+        version = re.search(r"^kwin (\d+)", (self._session.logs / "kwin-version.log").read_text(),
+                            re.MULTILINE)
+        if version and int(version[1]) >= NEEDS_RENDER_NODE \
+                and not any(Path("/dev/dri").glob("renderD*")):
+            raise self._missing(f"KWin {version[1]} takes no pictures without a render node "
+                                "(/dev/dri/renderD*)")
 
     def start_panel(self):
         if self._session.panel == "plasma":

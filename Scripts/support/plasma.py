@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Plasma's shell in a private session of KWin, with the panel that a new user gets."""
 
+import shutil
 import subprocess
 
 # What the shell shows behind the windows; the panel stays as it is.
@@ -16,11 +17,13 @@ print(panels().length);
 
 def start_plasma(session, wallpaper):
     """Starts the services that know of status items, and the shell; waits for its panel."""
-    session.require("kded5", "plasmashell", "dbus-send", "dbus-update-activation-environment")
+    # Named after its version, of which there is one.
+    daemon = "kded6" if shutil.which("kded6") else "kded5"
+    session.require(daemon, "plasmashell", "dbus-send", "dbus-update-activation-environment")
     # The shell's helpers are started by the bus, which was there before the display.
     subprocess.run(["dbus-update-activation-environment", "--all"], env=session.environment,
                    capture_output=True, check=True)
-    kded = session.spawn("kded5", "kded5")
+    kded = session.spawn(daemon, daemon)
     session.wait("the status notifier watcher",
                  lambda: session.has_bus_name("org.kde.StatusNotifierWatcher"), kded)
     shell = session.spawn("plasmashell", "plasmashell", "--no-respawn")

@@ -15,7 +15,7 @@ from support.wayland_tests import TEXT
 
 # The first entry of the one status item's menu: its title, whether it is lit, and its place.
 FIRST_ENTRY = """(() => {
-    const area = imports.ui.main.panel.statusArea;
+    const area = Main.panel.statusArea;
     const name = Object.keys(area).find(each => each.startsWith("appindicator-"));
     const entry = area[name].menu.isOpen ? area[name].menu._getMenuItems()[0] : null;
     return entry ? [entry.label.text, entry.active, ...entry.get_transformed_position(),

@@ -80,7 +80,7 @@ class Notifications:
         """Title, text and whether it goes by itself, of the last one."""
         if IS_GNOME:
             told = self._ask("""(() => {
-                const tray = imports.ui.main.messageTray;
+                const tray = Main.messageTray;
                 const n = tray._notification ||
                     tray.getSources().flatMap(source => source.notifications).pop();
                 return n ? [n.title, n.bannerBodyText, n.isTransient] : null;

@@ -1,14 +1,19 @@
 # SPDX-License-Identifier: MIT
 """What is different on sway: keys, menu, clipboard, screens and windows that Wayland guards."""
 
+import os
+import re
+import signal
 import subprocess
+import tempfile
 import unittest
 
 from support import desktop, main
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
 from support.pressing import assert_captures
-from support.program import Program, is_dimmed, is_unchanged, wait_until_launched
+from support.program import (Program, binary, is_dimmed, is_unchanged,
+                             wait_until_launched)
 from support.sway import command, float_pages
 from support.waiting import wait_until
 from support.wayland_tests import SHORTCUT_ON, TEXT, ClipboardTests, ShortcutTests
@@ -65,6 +70,32 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             box, _ = self.menu(program)
             Pointer.click(box.middle[0], box.bottom - points(16))
             self.assertEqual(program.wait_for_end(), 0)
+
+    # The overlay
+
+    def test_the_layer_goes_before_its_surface(self):
+        """When the program ends during a selection; wlroots takes another order for an error."""
+        # On the stream of the log, which is another file's here.
+        to_file = ["sh", "-c", 'exec "$0" 2>"$1"', binary()]
+        with tempfile.NamedTemporaryFile("r") as requests:
+            with Program({}, {"WAYLAND_DEBUG": "client"},
+                         command=[*to_file, requests.name]) as program:
+                before = program.start_capture()
+                os.kill(program.process.pid, signal.SIGTERM)
+                program.wait_for_end()
+                wait_until("the overlay's end", lambda: is_unchanged(before))
+            lines = requests.read().splitlines()
+        # "wl_surface@7", and "wl_surface#7" in later versions of Wayland's library.
+        said = [line.replace("#", "@") for line in lines]
+        layers = [(number, found)
+                  for number, line in enumerate(said)
+                  if (found := re.search(r"get_layer_surface\(new id (\S+), (\S+),", line))]
+        self.assertEqual(len(layers), len(desktop.SCREENS))
+        for start, found in layers:
+            ends = [next((number for number, line in enumerate(said[start:])
+                          if f"{name}.destroy()" in line), None) for name in found.groups()]
+            self.assertNotIn(None, ends, "neither the layer nor its surface may be left")
+            self.assertLess(*ends, "the surface went first")
 
     # The clipboard
 

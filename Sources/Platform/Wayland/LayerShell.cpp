@@ -3,9 +3,11 @@
 
 #include "Platform/Wayland/QtWayland.h"
 
+#include <QEvent>
 #include <QScreen>
 #include <QWidget>
 
+#include <utility>
 #include <wayland-client.h>
 
 // The header names an argument after a keyword.
@@ -30,11 +32,29 @@ LayerSurface::LayerSurface(zwlr_layer_surface_v1 *role, QWidget &window)
     : m_role(role)
     , m_window(&window)
 {
+    window.installEventFilter(this);
 }
 
 LayerSurface::~LayerSurface()
 {
-    zwlr_layer_surface_v1_destroy(m_role);
+    dropRole();
+}
+
+bool LayerSurface::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::Close) {
+        // Qt closes all windows when the program ends, and their surfaces with that. A surface that
+        // goes before its role is an error to compositors, which end the connection for it.
+        dropRole();
+    }
+    return false;
+}
+
+void LayerSurface::dropRole()
+{
+    if (m_role) {
+        zwlr_layer_surface_v1_destroy(std::exchange(m_role, nullptr));
+    }
 }
 
 void LayerSurface::configure(quint32 serial, QSize size)

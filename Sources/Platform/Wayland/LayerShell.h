@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <QPointer>
 #include <QSize>
 
@@ -13,15 +14,18 @@ struct zwlr_layer_shell_v1;
 struct zwlr_layer_surface_v1;
 
 /// A window of Qt's in the role of a layer that covers a whole output; destroying it takes the
-/// role, and so the window, off the screen. It must go before the window is hidden or destroyed.
-class LayerSurface
+/// role, and so the window, off the screen. It must go before the window is hidden or destroyed;
+/// when the window is closed, the role goes by itself.
+class LayerSurface : public QObject
 {
 public:
     /// Called by `LayerShell` alone.
     LayerSurface(zwlr_layer_surface_v1 *role, QWidget &window);
-    ~LayerSurface();
+    ~LayerSurface() override;
     LayerSurface(const LayerSurface &) = delete;
     LayerSurface &operator=(const LayerSurface &) = delete;
+
+    bool eventFilter(QObject *window, QEvent *event) override;
 
     /// The size that the compositor gave, in points; empty until it did.
     QSize size() const { return m_size; }
@@ -29,7 +33,9 @@ public:
 private:
     friend class LayerShell;
     void configure(quint32 serial, QSize size);
+    void dropRole();
 
+    /// Null once it is dropped.
     zwlr_layer_surface_v1 *m_role;
     QPointer<QWidget> m_window;
     QSize m_size;

@@ -17,8 +17,6 @@ from .wayland import BUTTONS, KEYS, MODIFIERS
 
 # The screens as they are made.
 PIXELS = list(SCREENS)
-# What the shell counts as one, in pixels of a picture.
-_unit = 1
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
 
 _bus = dbus.SessionBus()
@@ -46,6 +44,11 @@ def ask(script):
     is_done, answer = _shell.Eval(script, signature="s")
     assert is_done, f"GNOME Shell: {answer}"
     return json.loads(answer) if answer else None
+
+
+# What the shell counts as one, in pixels of a picture: on a dense screen GNOME 48 counts points,
+# and earlier ones pixels.
+_unit = PIXELS[0].width / ask("Main.layoutManager.monitors[0].width")
 
 
 def screenshot():
@@ -92,9 +95,9 @@ class _Input:
             place = self._place()
             if place == wanted:
                 return True
-            scale = ask(f"""global.display.get_monitor_scale(
-                global.display.get_monitor_index_for_rect(new imports.gi.Meta.Rectangle(
-                    {{x: {place[0]}, y: {place[1]}, width: 1, height: 1}})))""")
+            scale = ask(f"""global.display.get_monitor_scale(Main.layoutManager.monitors.findIndex(
+                m => {place[0]} >= m.x && {place[0]} < m.x + m.width &&
+                     {place[1]} >= m.y && {place[1]} < m.y + m.height))""")
             step = 1 if _unit > 1 else scale
             self._step((wanted[0] - place[0]) / step, (wanted[1] - place[1]) / step)
             wait_until(f"the pointer's move from {place} to {wanted}",
@@ -184,7 +187,7 @@ def stored_permission():
 # The buttons of the shell's own dialog, by what stands on them.
 _BUTTON = """(() => {{
     const all = actor => [actor, ...actor.get_children().flatMap(all)];
-    const button = all(imports.ui.main.layoutManager.modalDialogGroup)
+    const button = all(Main.layoutManager.modalDialogGroup)
         .find(actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
     return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
 }})()"""
@@ -193,7 +196,7 @@ _BUTTON = """(() => {{
 def dialog_button(name):
     """Where the button is, while the shell's dialog is there."""
     sides = ask(_BUTTON.format(name=name))
-    return Box(*(round(side) for side in sides)) if sides and None not in sides else None
+    return _in_pixels(sides) if sides and None not in sides else None
 
 
 def answer(name):
@@ -211,7 +214,7 @@ def answer(name):
 
 def grabbed_keys():
     """How many the shell keeps for the settings daemon."""
-    return ask("imports.ui.main.shellDBusService._grabbedAccelerators.size")
+    return ask("Main.shellDBusService._grabbedAccelerators.size")
 
 
 def set_animations(are_wanted):
@@ -260,7 +263,7 @@ def set_scales(*scales, counts_points=False):
     displays.ApplyMonitorsConfig(
         serial, temporary, config, {"layout-mode": dbus.UInt32(1 if counts_points else 2)},
         signature="uua(iiduba(ssa{sv}))a{sv}")
-    wait_until("the scales", lambda: ask("""imports.ui.main.layoutManager.monitors.map(
+    wait_until("the scales", lambda: ask("""Main.layoutManager.monitors.map(
         m => [m.geometry_scale, m.x, m.y, m.width, m.height])""")
         == [[scale, *box] for scale, box in zip(scales, boxes)])
     SCREENS[:] = [_in_pixels(box) for box in boxes]
@@ -343,7 +346,7 @@ def page_box(_process, _said):
 def find_tray_icon():
     """Where the status item is, once the shell has it; else None."""
     boxes = ask("""(() => {
-        const area = imports.ui.main.panel.statusArea;
+        const area = Main.panel.statusArea;
         return Object.keys(area).filter(name => name.startsWith("appindicator-"))
             .map(name => area[name].container).filter(item => item.mapped && item.width > 0)
             .map(item => [...item.get_transformed_position(), item.width, item.height]);

@@ -93,19 +93,42 @@ class _Answers(dbus.service.Object):
 
 _answers = _Answers()
 
+# What KWin 6 has renamed.
+_COMMON = f"""
+function answer(value) {{
+    callDBus("{NAME}", "{PATH}", "{NAME}", "Answer", JSON.stringify(value));
+}}
+function windows() {{
+    return workspace.windowList ? workspace.windowList() : workspace.clientList();
+}}
+function active() {{
+    return workspace.windowList ? workspace.activeWindow : workspace.activeClient;
+}}
+function activate(window) {{
+    workspace[workspace.windowList ? "activeWindow" : "activeClient"] = window;
+}}
+"""
+
+
+def _start_script(number):
+    try:
+        _kwin(f"/Scripting/Script{number}", "org.kde.kwin.Script").run()
+    except dbus.DBusException as error:
+        if error.get_dbus_name() != "org.freedesktop.DBus.Error.UnknownObject":
+            raise
+        # Before KWin 6.
+        _kwin(f"/{number}", "org.kde.kwin.Script").run()
+
 
 def run(script):
     """What the script answers with `answer(value)`, after KWin has run it."""
     scripting = _kwin("/Scripting", "org.kde.kwin.Scripting")
     _answers.texts.clear()
     with tempfile.NamedTemporaryFile("w", suffix=".js") as file:
-        file.write(f"""function answer(value) {{
-            callDBus("{NAME}", "{PATH}", "{NAME}", "Answer", JSON.stringify(value));
-        }}
-        {script}""")
+        file.write(_COMMON + script)
         file.flush()
         number = scripting.loadScript(file.name, file.name, signature="ss")
-        _kwin(f"/{number}", "org.kde.kwin.Script").run()
+        _start_script(number)
         context = GLib.MainContext.default()
 
         def has_answered():
@@ -120,9 +143,9 @@ def run(script):
 
 _WINDOWS = """
 const box = r => [r.x, r.y, r.width, r.height];
-answer(workspace.clientList().filter(c => c.normalWindow || c.dialog).map(c => ({
+answer(windows().filter(c => c.normalWindow || c.dialog).map(c => ({
     id: c.internalId.toString(), title: c.caption, pid: c.pid, visible: !c.minimized,
-    active: c === workspace.activeClient, listed: !c.skipTaskbar, frame: box(c.frameGeometry),
+    active: c === active(), listed: !c.skipTaskbar, frame: box(c.frameGeometry),
     content: box(c.bufferGeometry)})));
 """
 
@@ -142,12 +165,12 @@ def _box(sides):
 
 def activate(window):
     """Makes the window the active one, as a window switcher does."""
-    run(f"""workspace.activeClient = workspace.clientList().find(
-        c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}"); answer(true);""")
+    run(f"""activate(windows().find(
+        c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}")); answer(true);""")
 
 
 def minimise(window):
-    run(f"""workspace.clientList().find(
+    run(f"""windows().find(
         c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}").minimized = true;
         answer(true);""")
 
@@ -185,7 +208,7 @@ def place_page(process, box):
     """Puts the text page of this process there, once it is; whether that worked."""
     x, y = round(box.x / SCALE), round(box.y / SCALE)
     return run(f"""
-        const page = workspace.clientList().find(c => c.pid === {process});
+        const page = windows().find(c => c.pid === {process});
         if (page) {{
             const r = page.frameGeometry;
             page.frameGeometry = {{x: {x}, y: {y}, width: r.width, height: r.height}};
