@@ -16,10 +16,7 @@ print(panels().length);
 
 def start_plasma(session, wallpaper):
     """Starts the services that know of status items, and the shell; waits for its panel."""
-    session.require("kded5", "plasmashell", "dbus-send", "dbus-update-activation-environment")
-    # The shell's helpers are started by the bus, which was there before the display.
-    subprocess.run(["dbus-update-activation-environment", "--all"], env=session.environment,
-                   capture_output=True, check=True)
+    session.require("kded5", "plasmashell", "dbus-send")
     kded = session.spawn("kded5", "kded5")
     session.wait("the status notifier watcher",
                  lambda: session.has_bus_name("org.kde.StatusNotifierWatcher"), kded)
