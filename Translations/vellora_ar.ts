@@ -281,6 +281,10 @@
         <source>It was denied; this changes it: Settings, Applications, %1, Screenshots.</source>
         <translation>لقد رُفض؛ غيّره هنا: الإعدادات، التطبيقات، %1، لقطات الشاشة.</translation>
     </message>
+    <message>
+        <source>The desktop’s portal was asked, and gave no picture.</source>
+        <translation>سُئلت بوابة سطح المكتب ولم تعطِ صورة.</translation>
+    </message>
 </context>
 <context>
     <name>ScreenshotQuestion</name>

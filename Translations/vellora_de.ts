@@ -281,6 +281,10 @@
         <source>It was denied; this changes it: Settings, Applications, %1, Screenshots.</source>
         <translation>Sie wurde verweigert; hier ändern Sie das: Einstellungen, Anwendungen, %1, Bildschirmfotos.</translation>
     </message>
+    <message>
+        <source>The desktop’s portal was asked, and gave no picture.</source>
+        <translation>Das Portal der Arbeitsumgebung wurde gefragt und gab kein Bild.</translation>
+    </message>
 </context>
 <context>
     <name>ScreenshotQuestion</name>

@@ -70,6 +70,10 @@ class KWinSession:
         # Only with OpenGL, which takes its time to start in software.
         session.wait("KWin on the session bus",
                      lambda: session.has_bus_name("org.kde.KWin.ScreenShot2"), process)
+        # What the bus starts, the portals among it, shows windows too; the bus was there before.
+        session.require("dbus-update-activation-environment")
+        subprocess.run(["dbus-update-activation-environment", "--all"], env=session.environment,
+                       capture_output=True, check=True)
         if session.panel != "plasma":
             session.spawn("wallpaper", "swaybg", "-c", f"#{self._wallpaper:06x}")
 

@@ -19,10 +19,7 @@ def start_plasma(session, wallpaper):
     """Starts the services that know of status items, and the shell; waits for its panel."""
     # Named after its version, of which there is one.
     daemon = "kded6" if shutil.which("kded6") else "kded5"
-    session.require(daemon, "plasmashell", "dbus-send", "dbus-update-activation-environment")
-    # The shell's helpers are started by the bus, which was there before the display.
-    subprocess.run(["dbus-update-activation-environment", "--all"], env=session.environment,
-                   capture_output=True, check=True)
+    session.require(daemon, "plasmashell", "dbus-send")
     kded = session.spawn(daemon, daemon)
     session.wait("the status notifier watcher",
                  lambda: session.has_bus_name("org.kde.StatusNotifierWatcher"), kded)

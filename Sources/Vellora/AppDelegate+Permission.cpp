@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -78,10 +79,11 @@ void AppDelegate::permissionPollingDidTimeOut()
 void AppDelegate::showPermissionRefusal()
 {
     const auto refusal = Platform::current().screenRecording->refusal();
-    if (permissionRefusalShown || !refusal) {
+    // One that is taken back, as the desktop is asking once more, may come again.
+    const bool wasShown = std::exchange(permissionRefusalShown, refusal.has_value());
+    if (wasShown || !refusal) {
         return;
     }
-    permissionRefusalShown = true;
     Platform::current().systemLog->logVerbatim(
         u"Vellora: Screen Recording permission not granted: "_s + refusal->logText);
     showPermissionNeeded();

@@ -82,6 +82,8 @@ private Q_SLOTS:
     void nextClickAsksAnew();
     void earlierAnswerStillCounts();
     void dialogThatEndsWithoutAnAnswer();
+    void endWithoutPictureIsTold_data();
+    void endWithoutPictureIsTold();
     void dismissal_data();
     void dismissal();
     void endOfTheProgramMeanwhile();
@@ -301,6 +303,8 @@ void ScreenshotQuestionTest::refusedQuestion()
     QTRY_VERIFY(button(u"Ask Again"_s));
     QVERIFY(text().contains(u"took no answer"_s));
     QCOMPARE(requestCount(), 1);
+    // The portal may still answer.
+    QVERIFY(!recording.refusal());
     button(u"Ask Again"_s)->click();
     QTRY_COMPARE(requestCount(), 2);
 }
@@ -351,6 +355,32 @@ void ScreenshotQuestionTest::dialogThatEndsWithoutAnAnswer()
     QCOMPARE(requestCount(), 2);
 }
 
+void ScreenshotQuestionTest::endWithoutPictureIsTold_data()
+{
+    QTest::addColumn<uint>("response");
+    QTest::newRow("cancelled") << 1U;
+    QTest::newRow("failed") << 2U;
+}
+
+void ScreenshotQuestionTest::endWithoutPictureIsTold()
+{
+    QFETCH(const uint, response);
+    m_recording->requestAccess();
+    QTRY_COMPARE(requestCount(), 1);
+    QVERIFY(!m_recording->refusal());
+    there([&] {
+        m_portal->response = response;
+        m_portal->answer(0);
+        return 0;
+    });
+    QTRY_VERIFY(button(u"Ask Again"_s));
+    QVERIFY(m_recording->refusal());
+    QVERIFY(m_recording->refusal()->logText.contains(u"no picture"_s));
+    // Granted in the settings.
+    keep({u"yes"_s});
+    QVERIFY(!m_recording->refusal());
+}
+
 void ScreenshotQuestionTest::dismissal_data()
 {
     QTest::addColumn<int>("way");
@@ -373,11 +403,12 @@ void ScreenshotQuestionTest::dismissal()
     }
     QTRY_VERIFY(!window());
     QVERIFY(!m_recording->preflightAccess());
-    QVERIFY(!m_recording->refusal());
+    QTRY_VERIFY(m_recording->refusal());
     QCoreApplication::processEvents();
     m_recording->requestAccess();
     QTRY_COMPARE(requestCount(), 2);
     QVERIFY(window());
+    QVERIFY(!m_recording->refusal());
 }
 
 void ScreenshotQuestionTest::endOfTheProgramMeanwhile()

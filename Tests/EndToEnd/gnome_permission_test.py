@@ -24,6 +24,8 @@ AUTOSTART = f"app-{ID}@autostart.service"
 WINDOW = "Vellora"
 DENIED = ("Vellora: Screen Recording permission not granted: It was denied; this changes it: "
           "Settings, Applications, Vellora, Screenshots.")
+UNANSWERED = ("Vellora: Screen Recording permission not granted: The desktop’s portal was asked, "
+              "and gave no picture.")
 
 
 def keep(name):
@@ -147,7 +149,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_question_that_the_shell_refuses(self):
         # As from a terminal that has an id and gives it to what it starts.
-        self.start("app-gnome-org.example.Terminal-%d.scope")
+        program = self.start("app-gnome-org.example.Terminal-%d.scope")
         before = screenshot()
         activate_action("capture")
         wait_until("the window", lambda: windows() == [WINDOW])
@@ -160,6 +162,7 @@ class GnomePermissionTest(unittest.TestCase):
         wait_until("the first text", lambda: is_unchanged(first))
         key("Escape")
         wait_until("what was there before", lambda: is_unchanged(before))
+        program.logged(UNANSWERED)
 
     def test_permission_that_is_neither(self):
         for stored in (["maybe"], ["yes", "no"], []):

@@ -5,17 +5,24 @@ import os
 import signal
 import subprocess
 import unittest
+from pathlib import Path
 
 from support import desktop, main
 from support.desktop import Clipboard, key, screenshot
 from support.page import Page
-from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus,
+from support.program import (APPLICATION_ID, Program, activate_action, binary, is_dimmed, is_on_bus,
                              is_unchanged)
 from support.waiting import holds_for, wait_until
 
 TEXT = "One of a kind"
 CLIPBOARD = {"outputMode": "clipboard"}
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+
+
+def entry_value(key):
+    entry = Path(binary()).parents[1] / f"share/applications/{APPLICATION_ID}.desktop"
+    return next(line.partition("=")[2] for line in entry.read_text().splitlines()
+                if line.startswith(f"{key}="))
 
 
 class SessionTest(unittest.TestCase):
@@ -67,6 +74,9 @@ class SessionTest(unittest.TestCase):
                 before = screenshot()
                 activate_action(action)
                 window, = wait_until("the window", lambda: desktop.windows_titled(title))
+                # By it docks tell whose window it is.
+                self.assertIn(f'"{entry_value("StartupWMClass")}"',
+                              desktop.tool("xprop", "-id", window, "WM_CLASS"))
                 activate_action(action)
                 holds_for("one window", lambda: desktop.windows_titled(title) == [window], 0.3)
                 desktop.tool("xdotool", "windowactivate", window)

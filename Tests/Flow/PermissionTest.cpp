@@ -210,6 +210,13 @@ void PermissionTest::tellsARefusalThatComesLater()
     m_platform->mainQueue.advance(30s);
     QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
+    // The desktop asks once more, and has another no.
+    m_platform->screenRecording.refused.reset();
+    m_platform->mainQueue.advance(2s);
+    m_platform->screenRecording.refused = refusal;
+    m_platform->mainQueue.advance(2s);
+    QCOMPARE(button().currentImage.name, u"lock.shield"_s);
+    QCOMPARE(m_platform->systemLog.lines.size(), 2);
 }
 
 void PermissionTest::capturesAfterARefusal()

@@ -10,6 +10,7 @@ import subprocess
 import tempfile
 import unittest
 from pathlib import Path
+from xml.etree import ElementTree
 
 BUILD = Path(os.environ["VELLORA_BUILD"])
 SOURCE = Path(os.environ["VELLORA_SOURCE"])
@@ -79,6 +80,19 @@ class ValidTest(unittest.TestCase):
             group = entry[f"Desktop Action {action}"]
             self.assertTrue(group["Name"])
             self.assertEqual(group["Exec"], f"gapplication action {ID} {action}")
+
+    def test_actions_are_named_as_in_the_menu(self):
+        entry = keys(INSTALLED / ENTRY)
+        for file in sorted((SOURCE / "Translations").glob("vellora_*.ts")):
+            language = file.stem.partition("_")[2]
+            menu = {message.findtext("source"): message.findtext("translation")
+                    for context in ElementTree.parse(file).iter("context")
+                    if context.findtext("name") == "AppDelegate"
+                    for message in context.iter("message")}
+            for action in entry["Desktop Entry"]["Actions"].rstrip(";").split(";"):
+                group = entry[f"Desktop Action {action}"]
+                with self.subTest(language=language, action=action):
+                    self.assertEqual(group[f"Name[{language}]"], menu[group["Name"]])
 
     def test_a_start_by_the_bus_has_an_application_id(self):
         service = keys(INSTALLED / BUS_SERVICE)["D-BUS Service"]

@@ -81,6 +81,15 @@ class ManifestTest(unittest.TestCase):
         self.assertEqual(shown.stderr, "")
         self.assertIn('"org.vellora.Vellora"', shown.stdout)
 
+    def test_the_sandbox_lets_through_what_is_no_portals(self):
+        """The services of the desktop that the program calls by name, beside portals."""
+        called = set()
+        for file in (SOURCE / "Sources/Platform/Freedesktop").glob("*.cpp"):
+            called |= set(re.findall(r'[sS]ervice = u"([\w.]+)"', file.read_text()))
+        self.assertIn("org.freedesktop.Notifications", called)
+        self.assertEqual(set(re.findall(r"--talk-name=(\S+)",
+                                        read("flatpak/org.vellora.Vellora.yml"))), called)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -57,20 +57,30 @@ bool PortalScreenshot::requestAccess()
         m_question = std::make_unique<ScreenshotQuestion>(
             [this](bool isGranted) {
                 m_wasGranted = isGranted;
+                m_wasUnanswered = !isGranted;
                 m_question.release()->deleteLater();
             },
             m_limits.question);
     }
+    m_wasUnanswered = false;
     m_question->ask();
     return false;
 }
 
 std::optional<ScreenRecordingRefusal> PortalScreenshot::refusal() const
 {
-    if (storedScreenshotPermission() != ScreenshotPermission::No) {
+    switch (storedScreenshotPermission()) {
+    case ScreenshotPermission::Yes:
         return std::nullopt;
+    case ScreenshotPermission::No:
+        return deniedScreenshots();
+    case ScreenshotPermission::Unanswered:
+        break;
     }
-    return screenshotRefusal();
+    if (m_question ? m_question->hasEnded() : m_wasUnanswered) {
+        return unansweredScreenshots();
+    }
+    return std::nullopt;
 }
 
 QImage PortalScreenshot::takePicture()

@@ -60,5 +60,7 @@ private:
     QThread m_thread;
     std::unique_ptr<ScreenshotQuestion> m_question;
     bool m_wasGranted = false;
+    /// Whether the last question ended with nothing that the desktop keeps.
+    bool m_wasUnanswered = false;
     QImage m_picture;
 };

@@ -21,10 +21,12 @@ const QString storePath = u"/org/freedesktop/impl/portal/PermissionStore"_s;
 /// The table's name, and that of its one entry.
 const QString screenshot = u"screenshot"_s;
 
-/// The name, where the sentence has a place for it.
-QString named(QString sentence, const QString &name)
+/// The sentence, with the program's name where it has a place for that.
+ScreenRecordingRefusal told(const char *sentence)
 {
-    return sentence.replace(u"%1"_s, name);
+    const QString name = QCoreApplication::applicationName();
+    return {QCoreApplication::translate("ScreenshotPermission", sentence).replace(u"%1"_s, name),
+            QString::fromUtf8(sentence).replace(u"%1"_s, name)};
 }
 } // namespace
 
@@ -50,7 +52,7 @@ ScreenshotPermission storedScreenshotPermission()
                                           : ScreenshotPermission::Unanswered;
 }
 
-ScreenRecordingRefusal screenshotRefusal()
+ScreenRecordingRefusal deniedScreenshots()
 {
     const auto bus = sessionBus();
     const char *text = QT_TRANSLATE_NOOP("ScreenshotPermission",
@@ -65,9 +67,13 @@ ScreenRecordingRefusal screenshotRefusal()
                                  "It was denied; this changes it: Settings, Applications, %1, "
                                  "Screenshots.");
     }
-    const QString name = QCoreApplication::applicationName();
-    return {named(QCoreApplication::translate("ScreenshotPermission", text), name),
-            named(QString::fromUtf8(text), name)};
+    return told(text);
+}
+
+ScreenRecordingRefusal unansweredScreenshots()
+{
+    return told(QT_TRANSLATE_NOOP("ScreenshotPermission",
+                                  "The desktop’s portal was asked, and gave no picture."));
 }
 
 ScreenshotPermissionWatch::ScreenshotPermissionWatch()

@@ -18,7 +18,10 @@ enum class ScreenshotPermission {
 ScreenshotPermission storedScreenshotPermission();
 
 /// What becomes of a "no", which the desktop keeps, and where the user changes it.
-ScreenRecordingRefusal screenshotRefusal();
+ScreenRecordingRefusal deniedScreenshots();
+
+/// What is told of a question that has ended without an answer that the desktop keeps.
+ScreenRecordingRefusal unansweredScreenshots();
 
 /// Tells when the desktop keeps another answer than before, of whichever program.
 class ScreenshotPermissionWatch : public QObject

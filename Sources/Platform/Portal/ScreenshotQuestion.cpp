@@ -47,6 +47,7 @@ void ScreenshotQuestion::ask()
         m_window.get(), &PermissionWindow::dismissed, this, [this] { finish(false); },
         Qt::QueuedConnection);
     m_isAsked = false;
+    m_hasEnded = false;
     m_wasRepeated = false;
     m_window->show();
     m_window->activateWindow();
@@ -80,6 +81,7 @@ void ScreenshotQuestion::windowDidActivate()
 void ScreenshotQuestion::request()
 {
     m_isAsked = true;
+    m_hasEnded = false;
     m_hadDialog = false;
     m_window->showQuestion();
     if (!m_name) {
@@ -139,6 +141,7 @@ void ScreenshotQuestion::answered(bool isGranted)
     if (isGranted || storedScreenshotPermission() != ScreenshotPermission::Unanswered) {
         finish(isGranted);
     } else {
+        m_hasEnded = true;
         showUnanswered();
     }
 }

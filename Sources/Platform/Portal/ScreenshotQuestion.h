@@ -50,6 +50,10 @@ public:
     /// second one meanwhile.
     bool awaitsPicture() const { return m_awaitsPicture; }
 
+    /// Whether the portal has ended the question, with neither a picture nor an answer that is
+    /// kept; the window then offers to have it asked again.
+    bool hasEnded() const { return m_hasEnded; }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -79,5 +83,6 @@ private:
     /// nothing.
     bool m_wasRepeated = false;
     bool m_awaitsPicture = false;
+    bool m_hasEnded = false;
     QTimer m_wait;
 };

@@ -1,0 +1,72 @@
+# SPDX-License-Identifier: MIT
+"""Plasma's portal takes the pictures where KWin refuses them, as it does a program that no desktop
+entry names: the real xdg-desktop-portal with KDE's part of it."""
+
+import os
+import re
+import unittest
+from pathlib import Path
+
+from support import accessibility, desktop, main, status_notifier
+from support.accessibility import control
+from support.built_entry import copied_program
+from support.desktop import Clipboard, Pointer, screenshot
+from support.page import Page
+from support.program import Program, activate_action, is_dimmed, is_unchanged, wait_until_launched
+from support.waiting import wait_until
+
+TEXT = "By way of a portal"
+# Here KDE's part of the portal lays its pictures, and without it gives none.
+PICTURES = Path.home() / "Pictures"
+WINDOW = "Vellora"
+NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
+REFUSED = ("Vellora: Screen Recording permission not granted: KWin .* {}[.] Install Vellora, .* "
+           "The desktop’s portal was asked, and gave no picture[.]")
+
+
+def keep(name):
+    """A picture for people."""
+    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
+    folder.mkdir(parents=True, exist_ok=True)
+    desktop.save(screenshot(), folder / f"{name}.png")
+
+
+class KWinPortalTest(unittest.TestCase):
+    def setUp(self):
+        self.copy = copied_program()
+
+    def program(self):
+        return Program({"outputMode": "clipboard"}, accessibility.ENVIRONMENT,
+                       command=[str(self.copy)])
+
+    def test_captures(self):
+        PICTURES.mkdir()
+        self.addCleanup(PICTURES.rmdir)
+        with Page(TEXT) as page, self.program():
+            wait_until_launched()
+            for text in ("before", "before the second"):
+                Clipboard.put(text)
+                before = screenshot()
+                activate_action("capture")
+                wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+                Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+                wait_until("what was there before", lambda: is_unchanged(before))
+        # The portal's pictures are nobody's any more.
+        self.assertEqual(list(PICTURES.iterdir()), [])
+
+    def test_without_a_picture_the_mark_comes_at_once(self):
+        with Page(TEXT), self.program() as program:
+            wait_until_launched()
+            before = screenshot()
+            activate_action("capture")
+            program.logged(REFUSED.format(re.escape(str(self.copy))))
+            wait_until("the mark", lambda: status_notifier.tool_tip_text().startswith(NOT_GRANTED))
+            self.assertIn(str(self.copy), status_notifier.tool_tip_text())
+            keep("kwin-portal-without-picture")
+            control(WINDOW, "push button", "Not Now").do("Press")
+            wait_until("what was there before", lambda: is_unchanged(before))
+
+
+if __name__ == "__main__":
+    main()
