@@ -2,6 +2,7 @@
 #include "Controls.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
@@ -12,6 +13,15 @@ namespace {
 
 /// The height of the biggest switches, on a screen of twice the usual density.
 constexpr int tallestSwitch = 90;
+
+/// The smallest and the largest disc or square, by its edges; smaller ones are bullets and icons,
+/// which stand in a line with text.
+constexpr int smallestSolid = 28;
+constexpr int largestSolid = 150;
+/// How wide the edge of a plain shape is at most, in pixels, and by how many grey levels at least
+/// its inside differs from what is around it.
+constexpr int widestEdge = 4;
+constexpr int leastFilling = 10;
 
 struct Sides
 {
@@ -197,6 +207,44 @@ bool isSwitch(const Component &component, const GreyImage &strength)
         return false;
     }
     return 5 * largestFlatSquare(strength, box) >= 2 * height;
+}
+
+bool isSolid(const Component &component, const GreyImage &page)
+{
+    const Box &box = component.box;
+    const int shorter = std::min(box.width(), box.height());
+    const int longer = std::max(box.width(), box.height());
+    if (shorter < smallestSolid || longer > largestSolid || 10 * longer > 11 * shorter) {
+        return false;
+    }
+    const Profile profile(component);
+    for (const Run &run : component.runs) {
+        const auto y = std::size_t(run.y - box.top);
+        for (int x = run.left - box.left; x < run.right - box.left; ++x) {
+            const auto column = std::size_t(x);
+            const int depth = std::min({x - profile.left[y], box.width() - 1 - profile.right[y] - x,
+                                        int(y) - profile.top[column],
+                                        box.height() - 1 - profile.bottom[column] - int(y)});
+            if (depth >= widestEdge) {
+                return false;
+            }
+        }
+    }
+    const int x = (box.left + box.right) / 2;
+    const int y = (box.top + box.bottom) / 2;
+    const int within = widestEdge + 1;
+    const std::array inside{page.at(x, box.top + within), page.at(x, box.bottom - 1 - within),
+                            page.at(box.left + within, y), page.at(box.right - 1 - within, y)};
+    const int left = std::max(0, box.left - 1);
+    const int top = std::max(0, box.top - 1);
+    const int right = std::min(page.width - 1, box.right);
+    const int bottom = std::min(page.height - 1, box.bottom);
+    const std::array around{page.at(left, top), page.at(right, top), page.at(left, bottom),
+                            page.at(right, bottom)};
+    return std::ranges::all_of(inside, [&](int in) {
+        return std::ranges::all_of(around,
+                                   [in](int out) { return std::abs(in - out) >= leastFilling; });
+    });
 }
 
 } // namespace recognition

@@ -16,4 +16,8 @@ bool isOutline(const Component &component);
 /// a knob. `strength`: how much each pixel of the page differs from its neighbours.
 bool isSwitch(const Component &component, const GreyImage &strength);
 
+/// Whether a component is the edge of a plain disc or square, as a picture of somebody in a chat is
+/// drawn, with letters in it or not. `page`: the grey page, on which it is filled.
+bool isSolid(const Component &component, const GreyImage &page);
+
 } // namespace recognition

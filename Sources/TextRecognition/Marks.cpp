@@ -109,7 +109,8 @@ private:
     void take(const Component &component, std::size_t level, bool textured)
     {
         checkpoint();
-        if (isOutline(component) || isSwitch(component, m_strength)) {
+        if (isOutline(component) || isSwitch(component, m_strength) ||
+            isSolid(component, m_image)) {
             return;
         }
         if (level == 0 && hasRules(component)) {

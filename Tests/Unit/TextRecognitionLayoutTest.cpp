@@ -176,6 +176,22 @@ private Q_SLOTS:
         QCOMPARE(linesOf(image).size(), std::size_t(2));
     }
 
+    void aPictureBesideTwoRowsIsNoLetter()
+    {
+        QImage image = canvas(300, 60);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setBrush(QColor(0x7c, 0x4d, 0xff));
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(10, 10, 36, 36);
+        painter.end();
+        write(image, 56, 24, u"Mara Okafor"_s);
+        write(image, 56, 43, u"Did it finish?"_s);
+        const std::vector<TextLine> lines = linesOf(image);
+        QCOMPARE(lines.size(), std::size_t(2));
+        QVERIFY(lines[0].box.left > 50 && lines[1].box.left > 50);
+    }
+
     void differentSizesAreFoundTogether()
     {
         QImage image = canvas(600, 160);
