@@ -31,6 +31,13 @@ constexpr double tallestComma = 0.35;
 /// fonts' commas are at it.
 constexpr int lowestComma = 1;
 
+/// The rows that letters stand in have at least this share of the ink of the row with most; those
+/// that only some letters reach down into have less.
+constexpr double leastOfBody = 0.35;
+
+/// The foot of a capital is at most so many rows below that of the line.
+constexpr int lowestFoot = 2;
+
 bool hasInk(const GreyImage &picture, int left, int right, int top, int bottom)
 {
     for (int y = top; y < bottom; ++y) {
@@ -58,21 +65,38 @@ std::optional<std::pair<int, int>> inkNearMiddle(const GreyImage &line, const Bo
     return found;
 }
 
+std::ptrdiff_t inkOfRow(const GreyImage &line, int y)
+{
+    const std::uint8_t *row = line.row(y);
+    return std::count_if(row, row + line.width, [](std::uint8_t grey) { return grey < ink; });
+}
+
 /// The row with most ink, within `inked`: where Arabic letters are joined.
 int baselineOf(const GreyImage &line, const Box &inked)
 {
     int best = inked.bottom;
     std::ptrdiff_t most = -1;
     for (int y = inked.top + inked.height() / 3; y < inked.bottom; ++y) {
-        const std::uint8_t *row = line.row(y);
-        const auto count =
-            std::count_if(row, row + line.width, [](std::uint8_t grey) { return grey < ink; });
-        if (count > most) {
+        if (const std::ptrdiff_t count = inkOfRow(line, y); count > most) {
             most = count;
             best = y;
         }
     }
     return best;
+}
+
+/// Just below the letters of a line that have nothing below it.
+int footOf(const GreyImage &line, const Box &inked)
+{
+    std::ptrdiff_t most = 0;
+    for (int y = inked.top; y < inked.bottom; ++y) {
+        most = std::max(most, inkOfRow(line, y));
+    }
+    int foot = inked.bottom;
+    while (foot > inked.top && double(inkOfRow(line, foot - 1)) < leastOfBody * double(most)) {
+        --foot;
+    }
+    return foot;
 }
 
 } // namespace
@@ -143,6 +167,11 @@ bool isSmallL(const Glyph &glyph)
     const auto end = columns.begin() + (edge - glyph.box.left);
     return end == columns.begin() ||
            *std::max_element(columns.begin(), end) < leastEdge * glyph.box.height();
+}
+
+bool isCapitalI(const Glyph &glyph, const GreyImage &line, const Box &inked)
+{
+    return glyph.box.bottom <= footOf(line, inked) + lowestFoot;
 }
 
 bool isArabicComma(const Glyph &glyph, const GreyImage &line, const Box &inked,

@@ -31,6 +31,10 @@ std::optional<Glyph> glyphAt(const GreyImage &line, const Box &place, int widest
 /// it, where a capital has its stroke at the left edge.
 bool isSmallL(const Glyph &glyph);
 
+/// Whether a glyph read as a vertical bar is a capital I: bars reach below the foot of the line.
+/// `inked`: the part of the line with ink.
+bool isCapitalI(const Glyph &glyph, const GreyImage &line, const Box &inked);
+
 /// Whether a glyph of an Arabic line read as `readAs`, a full stop, a closing quotation mark, a
 /// hamza or an Arabic semicolon, is a comma: higher than wide at the foot of the line, or a dot
 /// that stands higher than full stops do. `inked`: the part of the line with ink.

@@ -42,6 +42,30 @@ private Q_SLOTS:
         QCOMPARE(inkIn(line, {0, 0, 20, 20}), (Box{10, 5, 11, 6}));
     }
 
+    void barsReachBelowTheLine_data()
+    {
+        QTest::addColumn<QString>("family");
+        for (const QString &family :
+             {u"DejaVu Sans"_s, u"Liberation Sans"_s, u"Noto Sans"_s, u"DejaVu Serif"_s}) {
+            if (QFontInfo(QFont(family)).family() == family) {
+                QTest::newRow(qPrintable(family)) << family;
+            }
+        }
+    }
+
+    void barsReachBelowTheLine()
+    {
+        QFETCH(const QString, family);
+        const GreyImage line = drawnLine(u"I jump over it |"_s, family);
+        const Box inked = placeIn(line);
+        const auto first = glyphAt(line, {inked.left, inked.top, inked.left + 4, inked.bottom}, 30);
+        const auto last =
+            glyphAt(line, {inked.right - 4, inked.top, inked.right, inked.bottom}, 30);
+        QVERIFY(first && last);
+        QVERIFY(isCapitalI(*first, line, inked));
+        QVERIFY(!isCapitalI(*last, line, inked));
+    }
+
     void theNearestGlyphIsTaken()
     {
         GreyImage line(40, 20, 255);

@@ -75,6 +75,11 @@ private:
         const auto &characters = m_line.characters;
         return i < characters.size() ? m_alphabet.character(characters[i].id).text : none;
     }
+    /// Whether character `i` parts words, or there is none.
+    bool isBlankOrEnd(std::size_t i) const
+    {
+        return i >= m_line.characters.size() || m_line.characters[i].id == Alphabet::space;
+    }
     bool opensQuotation() const;
     QString seenAt(std::size_t i);
     ReadWord wordOf(const WordSpan &span);
@@ -121,6 +126,11 @@ QString LineWords::seenAt(std::size_t i)
     if (text == u"L"_s && (isSmall(characterAt(i + 1)) || (i > 0 && isSmall(characterAt(i - 1))))) {
         const auto glyph = glyphAt(m_line.picture, place, m_line.inked.height());
         return glyph && isSmallL(*glyph) ? u"l"_s : text;
+    }
+    if (text == u"|"_s && m_line.characters.size() > 2 && isBlankOrEnd(i - 1) &&
+        (isBlankOrEnd(i + 1) || isSmall(characterAt(i + 1)))) {
+        const auto glyph = glyphAt(m_line.picture, place, m_line.inked.height());
+        return glyph && isCapitalI(*glyph, m_line.picture, m_line.inked) ? u"I"_s : text;
     }
     // In a line from right to left the letter before a mark stands right of it.
     if (isArabicLetter(characterAt(i + 1))) {
