@@ -68,7 +68,9 @@ bool looksLikeIcon(const LineTask &task, const ReadWord &word, const Reading &re
     if (length >= iconConfidence.size()) {
         return false;
     }
-    if (letters.digits > 0 && letters.digits == int(length)) {
+    // A number may have a sign, a point or a unit's mark: "−18", "3.5", "45%".
+    if (letters.digits > 0 && letters.digits == letters.all() &&
+        2 * letters.digits >= int(length)) {
         return word.confidence < iconConfidence.back();
     }
     if (letters.all() == 0) {

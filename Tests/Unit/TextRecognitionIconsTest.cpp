@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What stands among text without being any: switches, icons beside words.
 
+#include "SampleWord.h"
+#include "TextRecognition/IconFilter.h"
 #include "TextRecognition/InkHeight.h"
 #include "TextRecognition/LineIcons.h"
 #include "TextRecognition/LineImage.h"
@@ -73,6 +75,33 @@ class TextRecognitionIconsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void anIconBesideAWordGoesAndANumberStays_data()
+    {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("icon") << u"©"_s << u"ms"_s;
+        QTest::newRow("number") << u"18"_s << u"18 ms"_s;
+        QTest::newRow("with a sign") << u"−18"_s << u"−18 ms"_s;
+        QTest::newRow("with a point") << u"1.8"_s << u"1.8 ms"_s;
+    }
+
+    void anIconBesideAWordGoesAndANumberStays()
+    {
+        QFETCH(const QString, first);
+        QFETCH(const QString, text);
+        QImage image = canvas(120, 40);
+        write(image, 10, 26, u"−18"_s);
+        write(image, 52, 26, u"ms"_s);
+        const GreyImage page = greyImage(image);
+        const std::vector<TextLine> lines = findLines(findMarks(page));
+        QCOMPARE(lines.size(), std::size_t(1));
+        LineTask task(page, lines.front());
+        const int width = task.image().picture.width;
+        task.best = {u"eng"_s,
+                     {word(first, 80, 0, width * 2 / 5), word(u"ms"_s, 93, width * 3 / 5, width)}};
+        QCOMPARE(withoutIcons(task).text(), text);
+    }
+
     void switchesAreNoMarks_data()
     {
         QTest::addColumn<QSize>("size");
