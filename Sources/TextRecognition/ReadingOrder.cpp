@@ -119,7 +119,7 @@ private:
 
     /// So do the words of rows of which some end left of the gutter, if so many reach beyond it and
     /// nothing stands between two rows.
-    static constexpr std::size_t fewestAligned = 3;
+    static constexpr std::size_t fewestAligned = 2;
 
     std::size_t countRows(Indices members) const
     {

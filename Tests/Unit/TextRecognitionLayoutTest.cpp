@@ -341,6 +341,14 @@ private Q_SLOTS:
                  (std::vector<Row>{{0, 1, 2}, {3, 4, 5}, {6}, {7}, {8, 9, 10}}));
     }
 
+    void aShortLastRowPartsNoCalendar()
+    {
+        const std::vector<Piece> pieces{piece(10, 0, 20),  piece(60, 0, 20),   piece(110, 0, 20),
+                                        piece(10, 30, 20), piece(60, 30, 20),  piece(110, 30, 20),
+                                        piece(10, 60, 20), piece(160, 30, 20), piece(160, 0, 20)};
+        QCOMPARE(readingOrder(pieces), (std::vector<Row>{{0, 1, 2, 8}, {3, 4, 5, 7}, {6}}));
+    }
+
     void oneRowIsNoColumn()
     {
         const std::vector<Piece> pieces{piece(10, 0, 60),  piece(150, 0, 60), piece(260, 0, 40),
