@@ -26,6 +26,7 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 
 #include <utility>
 
@@ -40,6 +41,9 @@ void prepareWaylandDesktop()
     if (WaylandConnection().version("zxdg_decoration_manager_v1") > 0) {
         qputenv("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
     }
+    // Qt 6.8 warns of it when GNOME tells a window that went with the keyboard that it has lost it,
+    // as each overlay does.
+    QLoggingCategory::setFilterRules(u"qt.qpa.wayland.textinput.warning=false"_s);
 }
 
 bool isWaylandDesktop()
