@@ -177,6 +177,9 @@ public:
     /// Whether `text` was set here, and no other program copied something since.
     bool isOwn = false;
     int clearCount = 0;
+    /// Set: texts wait, each for a call of `late`.
+    bool isLate = false;
+    std::function<void(bool)> late;
 
     void clearContents() override
     {
@@ -188,6 +191,14 @@ public:
         text = string;
         isOwn = true;
     }
+    void whenCopied(std::function<void(bool)> done) override
+    {
+        if (isLate) {
+            late = std::move(done);
+        } else {
+            done(true);
+        }
+    }
     std::optional<QString> ownString() const override { return isOwn ? text : std::nullopt; }
 };
 
@@ -197,8 +208,16 @@ public:
     double titleBarHeight = 24;
     QPointer<QWidget> window;
     CocoaPoint origin;
+    /// What panels leave of every screen, where the desktop itself does not tell.
+    std::optional<CocoaRect> visible;
+    bool tells = true;
 
     void makeFloating(QWidget &floating) override { window = &floating; }
+    CocoaRect visibleFrame(const Screen &screen) const override
+    {
+        return visible.value_or(PopupPlacement::visibleFrame(screen));
+    }
+    bool tellsPlaces() const override { return tells; }
     CocoaSize frameSize(const QWidget &measured) const override
     {
         return {static_cast<double>(measured.width()), measured.height() + titleBarHeight};
