@@ -22,9 +22,17 @@ class FakeSystemLog : public SystemLog
 {
 public:
     QStringList lines;
+    /// Called with each line, if set.
+    std::function<void()> onWrite;
 
 protected:
-    void write(const QString &line) override { lines << line; }
+    void write(const QString &line) override
+    {
+        lines << line;
+        if (onWrite) {
+            onWrite();
+        }
+    }
 };
 
 class FakeScreens : public Screens
@@ -89,9 +97,14 @@ public:
     QPointer<QWidget> key;
     int orderOutCount = 0;
     QPixmap backdrop;
+    /// So many screens can be covered still.
+    int coverable = 100;
 
-    QPixmap cover(QWidget &panel, const Screen &screen) override
+    std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override
     {
+        if (coverable-- <= 0) {
+            return std::nullopt;
+        }
         panel.setGeometry(screen.geometry);
         return backdrop;
     }
@@ -457,9 +470,14 @@ public:
     bool launched = false;
     std::optional<QString> error;
     QStringList requests;
+    /// Called with each request, if set.
+    std::function<void()> onRequest;
 
     std::optional<QString> registerItem() override
     {
+        if (onRequest) {
+            onRequest();
+        }
         requests << QStringLiteral("register");
         return error;
     }
