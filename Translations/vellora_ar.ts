@@ -55,6 +55,14 @@
         <source>Settings cannot be saved: “%1” cannot be written</source>
         <translation>تعذّر حفظ الإعدادات: لا يمكن الكتابة في «%1»</translation>
     </message>
+    <message>
+        <source>The desktop let no overlay cover the screen</source>
+        <translation>لم يسمح سطح المكتب بتغطية الشاشة</translation>
+    </message>
+    <message>
+        <source>The text could not be copied: the desktop gave Vellora no keyboard</source>
+        <translation>تعذّر نسخ النص: لم يمنح سطح المكتب لوحة المفاتيح لـ Vellora</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>
@@ -119,20 +127,20 @@
 <context>
     <name>HotkeyString</name>
     <message>
-        <source>Command</source>
-        <translation>الأمر</translation>
-    </message>
-    <message>
         <source>Shift</source>
-        <translation>العالي</translation>
+        <translation>Shift</translation>
     </message>
     <message>
-        <source>Control</source>
-        <translation>التحكم</translation>
+        <source>Super</source>
+        <translation>Super</translation>
     </message>
     <message>
-        <source>Option</source>
-        <translation>الخيار</translation>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
     </message>
 </context>
 <context>

@@ -55,6 +55,14 @@
         <source>Settings cannot be saved: “%1” cannot be written</source>
         <translation>Die Einstellungen können nicht gespeichert werden: „%1“ ist nicht beschreibbar</translation>
     </message>
+    <message>
+        <source>The desktop let no overlay cover the screen</source>
+        <translation>Der Desktop ließ den Bildschirm nicht abdecken</translation>
+    </message>
+    <message>
+        <source>The text could not be copied: the desktop gave Vellora no keyboard</source>
+        <translation>Der Text konnte nicht kopiert werden: Der Desktop gab Vellora die Tastatur nicht</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>
@@ -119,20 +127,20 @@
 <context>
     <name>HotkeyString</name>
     <message>
-        <source>Command</source>
-        <translation>Befehl</translation>
-    </message>
-    <message>
         <source>Shift</source>
         <translation>Umschalt</translation>
     </message>
     <message>
-        <source>Control</source>
-        <translation>Steuerung</translation>
+        <source>Super</source>
+        <translation>Super</translation>
     </message>
     <message>
-        <source>Option</source>
-        <translation>Option</translation>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,8 @@
 
 #include <QPixmap>
 
+#include <optional>
+
 class QWidget;
 
 /// Puts panels over whole screens, above every other window, panel and menu, with keyboard
@@ -17,8 +19,9 @@ public:
     /// Makes `panel`, not shown yet, cover `screen`. Called before the panel is ordered front.
     ///
     /// Returns what the panel has to show beneath its dim: null where the desktop itself shows
-    /// through, else a picture of the screen, taken now, with its device pixel ratio set.
-    virtual QPixmap cover(QWidget &panel, const Screen &screen) = 0;
+    /// through, else a picture of the screen, taken now, with its device pixel ratio set. Absent
+    /// where the desktop lets the screen not be covered; the panel may be destroyed then.
+    virtual std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) = 0;
 
     /// Shows `panel` above everything, whatever application is active.
     virtual void orderFront(QWidget &panel) = 0;

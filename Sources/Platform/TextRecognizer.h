@@ -16,13 +16,21 @@
 class RecognitionError : public std::runtime_error
 {
 public:
-    explicit RecognitionError(const QString &description)
+    /// `english` is the same sentence for the log.
+    explicit RecognitionError(const QString &description, const QString &english = {})
         : std::runtime_error(description.toStdString())
+        , m_english(english.isEmpty() ? description : english)
     {
     }
 
-    /// One sentence that a person understands.
+    /// One sentence that a person understands, in the language of the program's windows.
     QString localizedDescription() const { return QString::fromUtf8(what()); }
+
+    /// The same in English.
+    QString englishDescription() const { return m_english; }
+
+private:
+    QString m_english;
 };
 
 /// One reading of one line.

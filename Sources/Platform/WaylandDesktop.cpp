@@ -5,6 +5,7 @@
 #include "Platform/GNOME/CustomKeyTap.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
+#include "Platform/KDE/PlasmaStruts.h"
 #include "Platform/Platform.h"
 #include "Platform/Portal/GlobalShortcutsKeyTap.h"
 #include "Platform/Portal/PortalScreenshot.h"
@@ -141,7 +142,7 @@ std::unique_ptr<PopupPlacement> makePopupPlacement(const Screens &screens)
     if (SwayKeyTap::isUsable()) {
         return std::make_unique<SwayPopupPlacement>(screens);
     }
-    auto plasma = std::make_unique<PlasmaPopupPlacement>(screens);
+    auto plasma = std::make_unique<PlasmaPopupPlacement>(screens, &availablePlasmaScreenRect);
     if (plasma->isUsable()) {
         return plasma;
     }

@@ -30,35 +30,34 @@ constexpr int mostThreads = 2;
 /// How long models are kept without a picture to read.
 constexpr auto keptFor = std::chrono::minutes(3);
 
-QString translated(const char *text)
+/// The text, a source of a translation, with what stands for its %1.
+RecognitionError errorOf(const char *text, const QString &about)
 {
-    return QCoreApplication::translate("TesseractTextRecognizer", text);
+    return RecognitionError(QCoreApplication::translate("TesseractTextRecognizer", text).arg(about),
+                            QString::fromUtf8(text).arg(about));
 }
 
 RecognitionError noModels(const ModelFolder &folder)
 {
-    return RecognitionError(
-        translated(QT_TRANSLATE_NOOP(
+    return errorOf(QT_TRANSLATE_NOOP(
                        "TesseractTextRecognizer",
                        "No language models are installed for text recognition. Install a package "
-                       "such as tesseract-ocr-eng, or put trained data into %1."))
-            .arg(folder.path()));
+                       "such as tesseract-ocr-eng, or put trained data into %1."),
+                   folder.path());
 }
 
 RecognitionError unreadableModels(const QStringList &models)
 {
     if (models.size() == 1) {
-        return RecognitionError(
-            translated(QT_TRANSLATE_NOOP("TesseractTextRecognizer",
+        return errorOf(QT_TRANSLATE_NOOP("TesseractTextRecognizer",
                                          "The language model “%1” is damaged. Install its package "
-                                         "again."))
-                .arg(models.first()));
+                                         "again."),
+                       models.first());
     }
-    return RecognitionError(
-        translated(QT_TRANSLATE_NOOP("TesseractTextRecognizer",
+    return errorOf(QT_TRANSLATE_NOOP("TesseractTextRecognizer",
                                      "The language models %1 are damaged. Install their packages "
-                                     "again."))
-            .arg(u'“' + models.join(u"”, “"_s) + u'”'));
+                                     "again."),
+                   u'“' + models.join(u"”, “"_s) + u'”');
 }
 
 } // namespace

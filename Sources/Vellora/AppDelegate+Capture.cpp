@@ -15,17 +15,33 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-QString message(const OCRError &error)
+/// What is said of a failure: to the user in the language of the windows, in the log in English.
+struct Message
+{
+    explicit Message(const char *text)
+        : shown(AppDelegate::tr(text))
+        , logged(QString::fromUtf8(text))
+    {
+    }
+
+    QString shown;
+    QString logged;
+};
+
+Message message(const OCRError &error)
 {
     switch (error.value()) {
     case OCRError::Case::emptyImage:
-        return AppDelegate::tr("Empty selection");
+        return Message(QT_TRANSLATE_NOOP("AppDelegate", "Empty selection"));
     case OCRError::Case::noText:
-        return AppDelegate::tr("No text found");
+        return Message(QT_TRANSLATE_NOOP("AppDelegate", "No text found"));
     case OCRError::Case::vision:
         break;
     }
-    return AppDelegate::tr("OCR error: ") + error.underlying()->localizedDescription();
+    Message message(QT_TRANSLATE_NOOP("AppDelegate", "OCR error: "));
+    message.shown += error.underlying()->localizedDescription();
+    message.logged += error.underlying()->englishDescription();
+    return message;
 }
 } // namespace
 
@@ -38,6 +54,11 @@ void AppDelegate::startCapture()
     Platform::current().textRecognizer->prepare();
     const auto selector = std::make_shared<ScreenRegionSelector>();
     selector->retainSelf = selector;
+    selector->onFailure = [self = QPointer(this)] {
+        if (self) {
+            self->showFailure(QT_TR_NOOP("The desktop let no overlay cover the screen"));
+        }
+    };
     ++capturesUnderWay;
     selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
         if (self) {
@@ -88,9 +109,11 @@ void AppDelegate::deliverResult(const QString &text, const CocoaRect &captureRec
         Pasteboard &pasteboard = *Platform::current().pasteboard;
         pasteboard.clearContents();
         pasteboard.setString(text);
-        if (Settings::shared().showNotification()) {
-            showCopiedNotification();
-        }
+        pasteboard.whenCopied([self = QPointer(this)](bool isCopied) {
+            if (self) {
+                self->textWasCopied(isCopied);
+            }
+        });
     }
     if (mode != OutputMode::clipboardOnly) {
         // The settings never stand beside a result.
@@ -101,15 +124,34 @@ void AppDelegate::deliverResult(const QString &text, const CocoaRect &captureRec
     }
 }
 
+void AppDelegate::textWasCopied(bool isCopied)
+{
+    if (!isCopied) {
+        showFailure(
+            QT_TR_NOOP("The text could not be copied: the desktop gave Vellora no keyboard"));
+    } else if (Settings::shared().showNotification()) {
+        showCopiedNotification();
+    }
+}
+
 void AppDelegate::showOCRError(const OCRError &error)
 {
-    const auto button = statusItemButton();
-    if (!button) {
-        return;
+    if (const auto button = statusItemButton()) {
+        const Message text = message(error);
+        show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"), text.shown, 2000ms,
+                        u"Vellora OCR: "_s + text.logged},
+             button);
     }
-    const QString text = message(error);
-    show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"), text, 2000ms}, button);
-    Platform::current().systemLog->log(u"Vellora OCR: "_s + text);
+}
+
+void AppDelegate::showFailure(const char *text)
+{
+    if (const auto button = statusItemButton()) {
+        const Message said(text);
+        show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"), said.shown, 3000ms,
+                        u"Vellora: "_s + said.logged},
+             button);
+    }
 }
 
 void AppDelegate::playShutterSound()

@@ -59,7 +59,11 @@ private:
     void selectionDidFinish(const std::optional<CocoaRect> &rect);
     void recognitionDidFinish(const RecognitionOutcome &outcome, const CocoaRect &captureRect);
     void deliverResult(const QString &text, const CocoaRect &captureRect);
+    void textWasCopied(bool isCopied);
     void showOCRError(const OCRError &error);
+    /// The error mark, and a line in the log, for a failure that a desktop is to blame for. `text`
+    /// is a source of a translation.
+    void showFailure(const char *text);
     void showCopiedNotification();
     static void playShutterSound();
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BundleExtension.h"
 
-#include "ResourceBundleAccessor.h"
+#include "resource_bundle_accessor.h"
 
 #include <QDir>
 

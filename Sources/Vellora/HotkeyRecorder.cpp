@@ -26,12 +26,14 @@ HotkeyRecorderField::HotkeyRecorderField(QWidget *parent)
     setDragEnabled(false);
     setCursor(Qt::ArrowCursor);
     setAccessibleName(tr("Shortcut"));
+    // Nothing of it can be selected, also not by the main menu's commands.
+    connect(this, &QLineEdit::selectionChanged, this, &QLineEdit::deselect);
     updateDisplay();
 }
 
 void HotkeyRecorderField::updateDisplay()
 {
-    setText(m_recording ? tr("Type shortcut…") : HotkeyString::display(hotkeyString));
+    setText(m_recording ? tr("Type shortcut…") : HotkeyString::displayString(hotkeyString));
     QPalette colors = parentWidget() ? parentWidget()->palette() : QPalette();
     if (m_recording) {
         colors.setColor(QPalette::Text, FormColors::secondaryLabel(colors));
@@ -90,7 +92,7 @@ bool HotkeyRecorderField::event(QEvent *event)
     case QEvent::KeyRelease:
         return true;
     case QEvent::ToolTip:
-        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), layoutHint(), this);
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), hint(), this);
         return true;
     default:
         break;
@@ -122,16 +124,20 @@ void HotkeyRecorderField::keyDown(const QKeyEvent &event)
     }
 }
 
-QString HotkeyRecorderField::layoutHint() const
+QString HotkeyRecorderField::hint() const
 {
+    if (m_recording) {
+        return {};
+    }
+    const QString spelled = HotkeyString::spoken(hotkeyString);
     const KeyCombination combination = HotkeyString::parsed(hotkeyString);
     const auto name = HotkeyString::keyName(combination.keyCode);
     const QString label = Platform::current().keyTap->keyLabel(combination.keyCode);
-    if (m_recording || !name || label.isEmpty() || label == name->toUpper()) {
-        return {};
+    if (!name || label.isEmpty() || label == name->toUpper()) {
+        return spelled;
     }
     // The key's letter is its place on an ANSI keyboard; another letter may be printed there.
-    return tr("On this keyboard, the key with “%1”").arg(label);
+    return spelled + u'\n' + tr("On this keyboard, the key with “%1”").arg(label);
 }
 
 HotkeyRecorderField *HotkeyRecorderView::makeView(QWidget *parent) const

@@ -38,8 +38,9 @@ private:
     void startRecording();
     void keyDown(const QKeyEvent &event);
     void stopRecording();
-    /// What the layout in use prints on the shortcut's key, where the shortcut does not say so.
-    QString layoutHint() const;
+    /// The shortcut in the words on the keys, and what the layout in use prints on its key, where
+    /// the shortcut does not say so. Empty while recording.
+    QString hint() const;
 
     bool m_recording = false;
 };

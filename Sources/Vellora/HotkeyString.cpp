@@ -25,13 +25,13 @@ struct Modifier
 /// In the order in which they are written.
 constexpr std::array modifiers{
     Modifier{"cmd"_L1, "command"_L1, KeyFlags::command, u'⌘',
-             QT_TRANSLATE_NOOP("HotkeyString", "Command")},
+             QT_TRANSLATE_NOOP("HotkeyString", "Super")},
     Modifier{"shift"_L1, "shift"_L1, KeyFlags::shift, u'⇧',
              QT_TRANSLATE_NOOP("HotkeyString", "Shift")},
     Modifier{"ctrl"_L1, "control"_L1, KeyFlags::control, u'⌃',
-             QT_TRANSLATE_NOOP("HotkeyString", "Control")},
+             QT_TRANSLATE_NOOP("HotkeyString", "Ctrl")},
     Modifier{"alt"_L1, "option"_L1, KeyFlags::option, u'⌥',
-             QT_TRANSLATE_NOOP("HotkeyString", "Option")},
+             QT_TRANSLATE_NOOP("HotkeyString", "Alt")},
 };
 
 struct Key
@@ -109,7 +109,7 @@ std::optional<QString> HotkeyString::written(const KeyCombination &combination)
     return (words << *name).join(u'+');
 }
 
-QString HotkeyString::display(const QString &text)
+QString HotkeyString::displayString(const QString &text)
 {
     QString shown;
     for (const QString &token : tokens(text)) {
@@ -127,5 +127,5 @@ QString HotkeyString::spoken(const QString &text)
         words << (modifier ? QCoreApplication::translate("HotkeyString", modifier->spoken)
                            : token.toUpper());
     }
-    return words.join(u' ');
+    return words.join(u" + "_s);
 }

@@ -26,8 +26,8 @@ std::optional<QString> written(const KeyCombination &combination);
 
 /// The shortcut as the user sees it, such as "⌘⇧O", in the text's own order. Unknown words are
 /// shown too.
-QString display(const QString &text);
+QString displayString(const QString &text);
 
-/// The shortcut as a screen reader says it, such as "Command Shift O".
+/// The shortcut in the words on the keys of a PC, such as "Super + Shift + O".
 QString spoken(const QString &text);
 } // namespace HotkeyString

@@ -52,18 +52,18 @@ QString joinedText(const QList<RecognizedTextObservation> &observations)
 /// What the user is told of a failure that is not the recognizer's own.
 RecognitionError errorOf(const std::exception &failure)
 {
+    const char *text = QT_TRANSLATE_NOOP("OCRService", "Reading the picture failed unexpectedly.");
     if (dynamic_cast<const std::bad_alloc *>(&failure)) {
-        return RecognitionError(QCoreApplication::translate(
+        text = QT_TRANSLATE_NOOP(
             "OCRService",
-            "There is not enough memory to read the picture. Close some programs and try again."));
-    }
-    if (dynamic_cast<const std::system_error *>(&failure)) {
-        return RecognitionError(QCoreApplication::translate(
+            "There is not enough memory to read the picture. Close some programs and try again.");
+    } else if (dynamic_cast<const std::system_error *>(&failure)) {
+        text = QT_TRANSLATE_NOOP(
             "OCRService",
-            "The system cannot start any more work. Close some programs and try again."));
+            "The system cannot start any more work. Close some programs and try again.");
     }
-    return RecognitionError(
-        QCoreApplication::translate("OCRService", "Reading the picture failed unexpectedly."));
+    return RecognitionError(QCoreApplication::translate("OCRService", text),
+                            QString::fromUtf8(text));
 }
 
 /// One recognition: its request, and how its outcome gets back to the main thread.

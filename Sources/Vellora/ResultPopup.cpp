@@ -50,11 +50,12 @@ CocoaSize contentSize()
 CocoaRect visibleFrame()
 {
     const Screens &screens = *Platform::current().screens;
+    const PopupPlacement &placement = *Platform::current().popupPlacement;
     if (const auto main = screens.mainScreen()) {
-        return main->visibleFrame;
+        return placement.visibleFrame(*main);
     }
     const QList<Screen> all = screens.screens();
-    return all.isEmpty() ? visibleFrameWithoutScreens : all.first().visibleFrame;
+    return all.isEmpty() ? visibleFrameWithoutScreens : placement.visibleFrame(all.first());
 }
 
 /// From the middle of the capture to the right and 8 points below it, pulled back onto the
@@ -92,8 +93,9 @@ void ResultPopup::show(const QString &text, const CocoaRect &near)
 
     PopupPlacement &placement = *Platform::current().popupPlacement;
     placement.makeFloating(*shown);
-    placement.setFrameOrigin(*shown,
-                             popupOrigin(placement.frameSize(*shown), near, visibleFrame()));
+    placement.place(*shown, [near, visible = visibleFrame()](CocoaSize outer) {
+        return popupOrigin(outer, near, visible);
+    });
     placement.makeKeyAndOrderFront(*shown);
     // Only now, so that showing the window does not count as the user resizing it.
     panel = std::move(shown);

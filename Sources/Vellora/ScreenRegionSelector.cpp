@@ -21,7 +21,15 @@ void ScreenRegionSelector::show(Completion callback)
     }
     OverlaySurface &surface = *Platform::current().overlaySurface;
     for (const Screen &screen : screens) {
-        panels.push_back(makePanel(screen));
+        PanelPointer made = makePanel(screen);
+        if (!made) {
+            if (onFailure) {
+                onFailure();
+            }
+            finish(std::nullopt);
+            return;
+        }
+        panels.push_back(std::move(made));
         OverlayPanel &panel = *panels.back();
         surface.orderFront(panel);
         // The panel of the last screen ends up with the keyboard.
@@ -34,7 +42,11 @@ void ScreenRegionSelector::show(Completion callback)
 ScreenRegionSelector::PanelPointer ScreenRegionSelector::makePanel(const Screen &screen)
 {
     PanelPointer panel(new OverlayPanel);
-    panel->setBackdrop(Platform::current().overlaySurface->cover(*panel, screen));
+    const auto backdrop = Platform::current().overlaySurface->cover(*panel, screen);
+    if (!backdrop) {
+        return nullptr;
+    }
+    panel->setBackdrop(*backdrop);
 
     SelectorView &view = panel->contentView();
     view.screenOriginInGlobalCocoa = screen.frame.origin;

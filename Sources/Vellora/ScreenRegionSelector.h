@@ -22,7 +22,8 @@ public:
     ScreenRegionSelector(const ScreenRegionSelector &) = delete;
     ScreenRegionSelector &operator=(const ScreenRegionSelector &) = delete;
 
-    /// Puts the overlays up and returns; without any screen `callback` runs at once.
+    /// Puts the overlays up and returns; without any screen, and where one cannot be covered,
+    /// `callback` runs at once.
     void show(Completion callback);
 
     /// Takes the overlays down and reports `rect`. Only the first call counts.
@@ -32,6 +33,9 @@ public:
     /// Cleared a moment after `finish`, never inside the completion.
     std::shared_ptr<ScreenRegionSelector> retainSelf;
 
+    /// Called before the completion when a screen could not be covered.
+    std::function<void()> onFailure;
+
 private:
     /// A panel is destroyed only after the event, often its own, that is being handled.
     struct DeleteLater
@@ -40,6 +44,7 @@ private:
     };
     using PanelPointer = std::unique_ptr<OverlayPanel, DeleteLater>;
 
+    /// Null for a screen that cannot be covered.
     PanelPointer makePanel(const Screen &screen);
     void observe();
 

@@ -48,10 +48,10 @@ void center(QWidget &window)
     if (!screen) {
         return;
     }
-    const CocoaSize size = platform.popupPlacement->frameSize(window);
-    platform.popupPlacement->setFrameOrigin(window,
-                                            {screen->visibleFrame.midX() - size.width / 2,
-                                             screen->visibleFrame.midY() - size.height / 2});
+    const CocoaRect visible = platform.popupPlacement->visibleFrame(*screen);
+    platform.popupPlacement->place(window, [visible](CocoaSize size) {
+        return CocoaPoint{visible.midX() - size.width / 2, visible.midY() - size.height / 2};
+    });
 }
 
 CocoaRect withinReach(const CocoaRect &frame)
@@ -60,16 +60,6 @@ CocoaRect withinReach(const CocoaRect &frame)
         {std::clamp(frame.origin.x, -furthest, furthest),
          std::clamp(frame.origin.y, -furthest, furthest)},
         {std::clamp(frame.size.width, 0.0, largest), std::clamp(frame.size.height, 0.0, largest)}};
-}
-
-void setFrame(QWidget &window, const CocoaRect &frame)
-{
-    PopupPlacement &placement = *Platform::current().popupPlacement;
-    const CocoaSize outer = placement.frameSize(window);
-    const QSizeF borders(outer.width - window.width(), outer.height - window.height());
-    window.resize(
-        (QSizeF(frame.size.width, frame.size.height) - borders).toSize().expandedTo({0, 0}));
-    placement.setFrameOrigin(window, frame.origin);
 }
 } // namespace
 
@@ -128,9 +118,10 @@ void SettingsWindowController::restoreFrame(QWidget &window)
     const auto text = Platform::current().userDefaults->string(frameKey);
     m_appeared = false;
     m_restoredFrame.reset();
+    m_knownFrame.reset();
     if (text) {
         m_restoredFrame = withinReach(rectFromString(*text));
-        setFrame(window, *m_restoredFrame);
+        Platform::current().popupPlacement->setFrame(window, *m_restoredFrame);
     } else {
         center(window);
     }
@@ -139,9 +130,13 @@ void SettingsWindowController::restoreFrame(QWidget &window)
 void SettingsWindowController::windowDidAppear()
 {
     const auto wanted = std::exchange(m_restoredFrame, std::nullopt);
+    PopupPlacement &placement = *Platform::current().popupPlacement;
     // Not every window manager tells beforehand how wide its borders will be.
-    if (wanted && window() && Platform::current().popupPlacement->frame(*window()) != *wanted) {
-        setFrame(*window(), *wanted);
+    if (wanted && window() && placement.frame(*window()) != *wanted) {
+        placement.setFrame(*window(), *wanted);
+    }
+    if (window()) {
+        m_knownFrame = wanted.value_or(placement.frame(*window()));
     }
 }
 
@@ -150,6 +145,10 @@ bool SettingsWindowController::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::WindowActivate && !m_appeared) {
         m_appeared = true;
         windowDidAppear();
+    }
+    if (watched == window() &&
+        (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Close)) {
+        storeUnseenMove();
     }
     // By the user; quitting closes windows too.
     if (event->type() == QEvent::Close && event->spontaneous() && MissingStatusItem::isMissing()) {
@@ -179,6 +178,30 @@ void SettingsWindowController::windowDidMove()
 
 void SettingsWindowController::storeFrame()
 {
-    const CocoaRect frame = Platform::current().popupPlacement->frame(*window());
+    PopupPlacement &placement = *Platform::current().popupPlacement;
+    CocoaRect frame = placement.frame(*window());
+    m_knownFrame = frame;
+    if (!placement.tellsPlaces()) {
+        // The place of another session holds, or the middle of the screen.
+        const auto stored = Platform::current().userDefaults->string(frameKey);
+        const auto screen = Platform::current().screens->mainScreen();
+        if (stored) {
+            frame.origin = rectFromString(*stored).origin;
+        } else if (screen) {
+            frame.origin = {screen->visibleFrame.midX() - frame.size.width / 2,
+                            screen->visibleFrame.midY() - frame.size.height / 2};
+        }
+    }
     Platform::current().userDefaults->setGathered(frameKey, stringFromRect(frame));
+}
+
+void SettingsWindowController::storeUnseenMove()
+{
+    PopupPlacement &placement = *Platform::current().popupPlacement;
+    if (!m_appeared || !window()->isVisible() || !placement.tellsPlaces()) {
+        return;
+    }
+    if (m_knownFrame && placement.frame(*window()) != *m_knownFrame) {
+        storeFrame();
+    }
 }

@@ -35,11 +35,15 @@ private:
     void restoreFrame(QWidget &window);
     /// The window has become the active one: the window manager has given it its frame and place.
     void windowDidAppear();
-    static void windowDidResize();
-    static void windowDidMove();
-    static void storeFrame();
+    void windowDidResize();
+    void windowDidMove();
+    void storeFrame();
+    /// Stores what no event told: not every desktop tells of the user's moves.
+    void storeUnseenMove();
 
     /// The frame that the window is to have, until it has appeared.
     std::optional<CocoaRect> m_restoredFrame;
     bool m_appeared = false;
+    /// As it was when it was last looked at; absent before the window has appeared.
+    std::optional<CocoaRect> m_knownFrame;
 };

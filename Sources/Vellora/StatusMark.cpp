@@ -37,6 +37,9 @@ void show(const StatusMark &mark, const std::shared_ptr<StatusItemButton> &butto
 {
     const StatusItemImage remembered = button->image();
     button->setImage(systemSymbol(mark.symbolName, mark.accessibilityDescription));
+    if (!mark.logLine.isEmpty()) {
+        Platform::current().systemLog->log(mark.logLine);
+    }
     if (mark.toolTip) {
         button->setToolTip(*mark.toolTip);
     }

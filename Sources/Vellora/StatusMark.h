@@ -16,6 +16,9 @@ struct StatusMark
     /// Shown while the mark is; without one the tooltip is not touched, also not afterwards.
     std::optional<QString> toolTip;
     std::chrono::milliseconds duration;
+    /// A line for the log, in English, as `SystemLog::log` takes it; written between the change of
+    /// the image and that of the tooltip. Empty for none.
+    QString logLine = {};
 };
 
 /// The tooltip while there is no mark.

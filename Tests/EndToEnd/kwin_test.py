@@ -73,8 +73,9 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
                        lambda: desktop.frame_box(popup).right == screen.right)
             frame, content = desktop.frame_box(popup), desktop.window_box(popup)
             self.assertGreater(content.y, frame.y + points(10), "no title bar")
-            self.assertLessEqual(frame.bottom, screen.bottom)
-            self.assertGreater(frame.bottom, screen.bottom - points(48))
+            # Above waybar, which has the lower edge.
+            self.assertLessEqual(frame.bottom, screen.bottom - points(28))
+            self.assertGreater(frame.bottom, screen.bottom - points(76))
             self.assertNotIn(POPUP_TITLE, desktop.listed_windows().values())
 
 

@@ -6,12 +6,14 @@ import unittest
 
 from support import desktop, main, status_notifier
 from support.built_entry import copied_program
-from support.desktop import Pointer, points, screenshot
+from support.desktop import Clipboard, Pointer, points, screenshot
 from support.kwin import minimise
+from support.page import Page
 from support.program import Program, is_dimmed, is_unchanged
 from support.waiting import holds_for, wait_until
 
 SETTINGS = "Vellora Settings"
+TEXT = "The quick brown fox\njumps over 13 lazy dogs"
 NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
 REFUSED = "Vellora: Screen Recording permission not granted: KWin .* {}[.] Install Vellora, .*"
 
@@ -77,6 +79,37 @@ class PlasmaTest(unittest.TestCase):
         for _ in range(2):
             desktop.key("Down")
         desktop.key("Return")
+
+    def test_result_window_stands_above_the_panel(self):
+        screen = desktop.SCREENS[0]
+        box = Page.usual_box()
+        box = box._replace(x=screen.right - box.width - points(10),
+                           y=screen.bottom - box.height - points(60))
+        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+            Clipboard.put("before")
+            program.capture(page.box)
+            popup = program.popup()
+            wait_until("the result window in the corner",
+                       lambda: desktop.frame_box(popup).right == screen.right)
+            self.assertLessEqual(desktop.frame_box(popup).bottom, screen.bottom - points(44))
+            content = desktop.window_box(popup)
+            Pointer.click(content.right - points(55), content.bottom - points(22))
+            wait_until("the copied text", lambda: Clipboard.text() == TEXT)
+
+    def test_covered_settings_come_to_the_front(self):
+        with Program({}) as program:
+            program.status_item()
+            self.choose_settings(program)
+            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS), 30)
+            wait_until("the settings' focus", lambda: desktop.active_window() == window)
+            place = desktop.frame_box(window)
+            with Page(TEXT, place):
+                page, = desktop.windows_titled("Text page")
+                desktop.activate(page)
+                wait_until("the page in front", lambda: desktop.active_window() == page)
+                self.choose_settings(program)
+                wait_until("the settings' focus", lambda: desktop.active_window() == window, 30)
+            self.assertEqual(desktop.frame_box(window), place)
 
     def test_minimised_settings_come_to_the_front(self):
         with Program({}) as program:

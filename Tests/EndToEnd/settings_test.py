@@ -188,7 +188,7 @@ class SettingsTest(unittest.TestCase):
             self.assertEqual(groups, ["Output", "After OCR", "Capture", "Keyboard Shortcut",
                                       "General", "About"])
             recorder = control(TITLE, *RECORDER)
-            self.assertTrue(recorder.description.startswith("Command Shift O."))
+            self.assertTrue(recorder.description.startswith("Super + Shift + O."))
             self.assertTrue(control(TITLE, "radio button", "Both").is_("checked"))
 
     def test_one_window_that_remembers_its_place(self):

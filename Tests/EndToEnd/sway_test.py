@@ -121,6 +121,24 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
 
     # The result window
 
+    def test_first_result_window_in_the_corner_stands_on_the_bar(self):
+        screen = desktop.SCREENS[0]
+        box = Page.usual_box()
+        box = box._replace(x=screen.right - box.width - points(10),
+                           y=screen.bottom - box.height - points(40))
+        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+            program.capture(page.box)
+            popup = program.popup()
+            # Exactly, though sway has told nothing of title bars before this window.
+            wait_until(f"the result window in the corner, not at {desktop.frame_box(popup)}",
+                       lambda: desktop.frame_box(popup)[2:] != (0, 0)
+                       and (desktop.frame_box(popup).right, desktop.frame_box(popup).bottom)
+                       == (screen.right, screen.bottom - points(28)))
+            content = desktop.window_box(popup)
+            self.assertEqual((content.width, content.height), (points(360), points(240)))
+            Pointer.click(content.right - points(55), content.bottom - points(22))
+            wait_until("the copied text", lambda: Clipboard.text() == TEXT)
+
     def test_result_window_has_a_title_bar_and_keeps_its_size(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             before = program.capture(page.box)

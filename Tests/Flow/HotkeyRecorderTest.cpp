@@ -4,10 +4,13 @@
 #include "FormColors.h"
 #include "Support/FakePlatform.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QTest>
 #include <QToolTip>
+#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +46,7 @@ private Q_SLOTS:
     void keepsRecordingOverAnUpdate();
     void followsThePalette();
     void hintsAtTheLayout();
+    void cannotBeSelected();
 
 private:
     /// A press of the key with this virtual key code.
@@ -105,7 +109,7 @@ void HotkeyRecorderTest::showsTheShortcut()
     QVERIFY(m_field->isReadOnly());
     QVERIFY(m_field->alignment().testFlag(Qt::AlignHCenter));
     QCOMPARE(m_field->accessibleName(), u"Shortcut"_s);
-    QVERIFY(m_field->accessibleDescription().startsWith(u"Command Shift O."));
+    QVERIFY(m_field->accessibleDescription().startsWith(u"Super + Shift + O."));
 
     const HotkeyRecorderField empty;
     QCOMPARE(empty.hotkeyString, QString());
@@ -354,12 +358,33 @@ void HotkeyRecorderTest::hintsAtTheLayout()
         QCoreApplication::sendEvent(m_field, &event);
         return QToolTip::text();
     };
-    QCOMPARE(hover(), QString());
+    QCOMPARE(hover(), u"Super + Shift + O"_s);
     m_platform->keyTap.labels[31] = u"O"_s;
-    QCOMPARE(hover(), QString());
+    QCOMPARE(hover(), u"Super + Shift + O"_s);
     m_platform->keyTap.labels[31] = u"Щ"_s;
-    QCOMPARE(hover(), u"On this keyboard, the key with “Щ”"_s);
+    QCOMPARE(hover(), u"Super + Shift + O\nOn this keyboard, the key with “Щ”"_s);
+    QTranslator german;
+    QVERIFY(german.load(u":/translations/vellora_de.qm"_s));
+    QCoreApplication::installTranslator(&german);
+    m_field->hotkeyString = u"ctrl+shift+alt+o"_s;
+    m_platform->keyTap.labels.clear();
+    QCOMPARE(hover(), u"Strg + Umschalt + Alt + O"_s);
     QToolTip::hideText();
+}
+
+void HotkeyRecorderTest::cannotBeSelected()
+{
+    QGuiApplication::clipboard()->setText(u"before"_s);
+    QTest::mouseDClick(m_field, Qt::LeftButton, {}, m_field->rect().center());
+    press(53, Qt::NoModifier, Qt::Key_Escape);
+    QVERIFY(showsIdle());
+    QTest::keyClick(m_field, Qt::Key_A, Qt::ControlModifier);
+    // As the main menu's commands do.
+    m_field->selectAll();
+    QVERIFY(!m_field->hasSelectedText());
+    m_field->copy();
+    QTest::keyClick(m_field, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"before"_s);
 }
 
 QTEST_MAIN(HotkeyRecorderTest)

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QTest>
+#include <QTranslator>
 
 #include <chrono>
 
@@ -20,6 +21,11 @@ private Q_SLOTS:
     void showsErrorsOnTheStatusItem_data();
     void showsErrorsOnTheStatusItem();
     void isSilentAboutErrorsWithoutAButton();
+    void tellsAnErrorInOrder();
+    void logsInEnglish();
+    void marksACopyOnceItIsThere();
+    void warnsOfACopyThatFailed();
+    void warnsOfAScreenThatCannotBeCovered();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
     void postsWhatThePanelDoesNotShow_data();
@@ -93,6 +99,80 @@ void MarksTest::isSilentAboutErrorsWithoutAButton()
     settle();
     QCOMPARE(m_platform->textRecognizer.performCount(), 1);
     QVERIFY(m_platform->systemLog.lines.isEmpty());
+}
+
+void MarksTest::tellsAnErrorInOrder()
+{
+    m_platform->textRecognizer.nextResults.clear();
+    m_platform->systemLog.onWrite = [this] {
+        // After the image, before the tooltip and the task that ends the mark.
+        QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+        QCOMPARE(button().currentToolTip, u"Left-click to capture text · Right-click for menu"_s);
+    };
+    capture();
+    QCOMPARE(m_platform->systemLog.lines.size(), 1);
+    QCOMPARE(button().currentToolTip, u"No text found"_s);
+}
+
+void MarksTest::logsInEnglish()
+{
+    QTranslator german;
+    QVERIFY(german.load(u":/translations/vellora_de.qm"_s));
+    QCoreApplication::installTranslator(&german);
+    m_platform->textRecognizer.nextResults.clear();
+    capture();
+    QCOMPARE(button().currentToolTip, u"Kein Text gefunden"_s);
+    m_platform->textRecognizer.nextError = RecognitionError(u"Es fehlt."_s, u"It is missing."_s);
+    capture();
+    QVERIFY(button().currentToolTip.endsWith(u"Es fehlt."_s));
+    QCOMPARE(m_platform->systemLog.lines,
+             QStringList(
+                 {u"Vellora OCR: No text found"_s, u"Vellora OCR: OCR error: It is missing."_s}));
+}
+
+void MarksTest::marksACopyOnceItIsThere()
+{
+    m_platform->pasteboard.isLate = true;
+    capture();
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    m_platform->pasteboard.late(true);
+    QCOMPARE(button().currentImage.name, u"checkmark.circle.fill"_s);
+    m_platform->mainQueue.advance(1500ms);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+}
+
+void MarksTest::warnsOfACopyThatFailed()
+{
+    m_platform->pasteboard.isLate = true;
+    Settings::shared().setShowNotification(false);
+    capture();
+    m_platform->pasteboard.late(false);
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    QVERIFY(button().currentToolTip.startsWith(u"The text could not be copied"_s));
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: "_s + button().currentToolTip});
+    m_platform->mainQueue.advance(3s);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    // A delegate that is gone is not told.
+    capture();
+    m_delegate.reset();
+    m_platform->pasteboard.late(false);
+    QCOMPARE(m_platform->systemLog.lines.size(), 1);
+}
+
+void MarksTest::warnsOfAScreenThatCannotBeCovered()
+{
+    m_platform->overlaySurface.coverable = 0;
+    m_delegate->startCapture();
+    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
+    QCOMPARE(button().currentImage.name, u"exclamationmark.triangle"_s);
+    QCOMPARE(button().currentToolTip, u"The desktop let no overlay cover the screen"_s);
+    QCOMPARE(m_platform->systemLog.lines,
+             QStringList{u"Vellora: The desktop let no overlay cover the screen"_s});
+    m_platform->mainQueue.advance(3s);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+    m_platform->overlaySurface.coverable = 100;
+    capture();
+    QVERIFY(m_platform->pasteboard.text);
 }
 
 void MarksTest::keepsAMarkThatAnotherMarkRemembered()

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ResultPopup.h"
 
+#include "MainMenu.h"
 #include "ResultPanel.h"
 #include "Support/FakePlatform.h"
 
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -44,6 +48,9 @@ private Q_SLOTS:
     void replacesTheEarlierOne();
     void stillShowsWhenTheMouseIsNotTold();
     void forgetsAClosedWindowOnTheNextOutsideClick();
+    void aClickWhereAClosedWindowWasChangesNothing();
+    void copiedIsSaidOfAWindowThatIsReplaced();
+    void theMainMenuEditsTheText();
 
 private:
     ResultPanel &panel();
@@ -153,7 +160,7 @@ void ResultPopupTest::hangsBelowTheCapture()
 {
     QFETCH(CocoaRect, near);
     QFETCH(CocoaPoint, origin);
-    m_platform->screens.main->visibleFrame = {{0, 30}, {1280, 770}};
+    m_platform->popupPlacement.visible = {{0, 30}, {1280, 770}};
     m_popup->show(u"text"_s, near);
     QCOMPARE(m_platform->popupPlacement.origin, origin);
 }
@@ -314,6 +321,71 @@ void ResultPopupTest::forgetsAClosedWindowOnTheNextOutsideClick()
     QCOMPARE(m_platform->eventMonitor.mouseMonitorCount(), 0);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!window);
+}
+
+void ResultPopupTest::aClickWhereAClosedWindowWasChangesNothing()
+{
+    m_popup->show(u"text"_s, m_near);
+    const QPointer<QWidget> window = &panel();
+    window->close();
+    m_platform->eventMonitor.pressOutside({201, 229});
+    QVERIFY(window);
+    QCOMPARE(m_platform->eventMonitor.mouseMonitorCount(), 1);
+    m_popup->show(u"another"_s, m_near);
+    QVERIFY(panel().isVisible());
+}
+
+void ResultPopupTest::copiedIsSaidOfAWindowThatIsReplaced()
+{
+    m_popup->show(u"first"_s, m_near);
+    QTest::mouseClick(&panel().button(), Qt::LeftButton);
+    m_popup->show(u"second"_s, m_near);
+    QCOMPARE(panel().button().text(), u"Copy"_s);
+    QTest::mouseClick(&panel().button(), Qt::LeftButton);
+    m_platform->mainQueue.advance(500ms);
+    // The task for the first window's button has nothing to do with this one.
+    QCOMPARE(panel().button().text(), u"Copied!"_s);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    m_platform->mainQueue.advance(500ms);
+    QCOMPARE(panel().button().text(), u"Copy"_s);
+    QCOMPARE(m_platform->pasteboard.text, u"second"_s);
+}
+
+void ResultPopupTest::theMainMenuEditsTheText()
+{
+    const MainMenu menu(nullptr);
+    m_popup->show(u"one"_s, m_near);
+    QTextEdit &text = panel().textView();
+    QVERIFY(QTest::qWaitForWindowActive(&panel()));
+    text.setFocus();
+    const auto choose = [this](const QString &title) {
+        for (QAction *action : panel().actions()) {
+            if (action->text() == title) {
+                action->trigger();
+                return;
+            }
+        }
+        QFAIL(qPrintable(title));
+    };
+    QStringList titles;
+    for (const QAction *action : panel().actions()) {
+        titles << action->text();
+    }
+    QCOMPARE(titles, QStringList({u"Quit Vellora"_s, u"Undo"_s, u"Redo"_s, u"Cut"_s, u"Copy"_s,
+                                  u"Paste"_s, u"Select All"_s}));
+    choose(u"Select All"_s);
+    choose(u"Cut"_s);
+    QCOMPARE(text.toPlainText(), QString());
+    choose(u"Paste"_s);
+    choose(u"Paste"_s);
+    QCOMPARE(text.toPlainText(), u"oneone"_s);
+    choose(u"Undo"_s);
+    QCOMPARE(text.toPlainText(), u"one"_s);
+    choose(u"Redo"_s);
+    QCOMPARE(text.toPlainText(), u"oneone"_s);
+    choose(u"Select All"_s);
+    choose(u"Copy"_s);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"oneone"_s);
 }
 
 QTEST_MAIN(ResultPopupTest)

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void takesItsOverlaysDownBeforeItReports();
     void survivesItsOwnerBeingGone();
     void handsTheBackdropToItsPanels();
+    void endsWhereAScreenCannotBeCovered_data();
+    void endsWhereAScreenCannotBeCovered();
 
 private:
     SelectorView &view(int screen);
@@ -200,6 +202,36 @@ void ScreenRegionSelectorTest::handsTheBackdropToItsPanels()
     const QImage picture = m_platform->overlaySurface.shown[0]->grab().toImage();
     const QColor dimmed = picture.pixelColor(500, 400);
     QVERIFY2(qAbs(dimmed.red() - 191) <= 1 && dimmed.green() == 0, qPrintable(dimmed.name()));
+}
+
+void ScreenRegionSelectorTest::endsWhereAScreenCannotBeCovered_data()
+{
+    QTest::addColumn<int>("coverable");
+    QTest::newRow("none") << 0;
+    QTest::newRow("one") << 1;
+    QTest::newRow("two of three") << 2;
+}
+
+void ScreenRegionSelectorTest::endsWhereAScreenCannotBeCovered()
+{
+    QFETCH(const int, coverable);
+    m_platform->overlaySurface.coverable = coverable;
+    auto selector = std::make_shared<ScreenRegionSelector>();
+    selector->retainSelf = selector;
+    int failures = 0;
+    selector->onFailure = [&failures] {
+        ++failures;
+    };
+    selector->show([this](const std::optional<CocoaRect> &rect) { m_outcomes << rect; });
+    QCOMPARE(failures, 1);
+    QCOMPARE(m_outcomes, QList<std::optional<CocoaRect>>{std::nullopt});
+    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
+    QCOMPARE(m_platform->eventMonitor.activationObserverCount(), 0);
+    const std::weak_ptr<ScreenRegionSelector> weak = selector;
+    selector.reset();
+    QVERIFY(!weak.expired());
+    m_platform->mainQueue.advance(100ms);
+    QVERIFY(weak.expired());
 }
 
 QTEST_MAIN(ScreenRegionSelectorTest)

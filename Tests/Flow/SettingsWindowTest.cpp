@@ -30,6 +30,8 @@ private Q_SLOTS:
     void storesEveryMoveAndSize();
     void storesNothingBeforeItIsSeen();
     void followsOnlyTheWindowInTheSlot();
+    void storesAMoveThatNothingTold();
+    void keepsThePlaceWhereNoneIsTold();
     void scrollsWhenItIsSmall();
 
 private:
@@ -38,7 +40,7 @@ private:
 
 void SettingsWindowTest::opensInTheMiddle()
 {
-    m_platform->screens.main->visibleFrame = {{100, 50}, {1000, 700}};
+    m_platform->popupPlacement.visible = {{100, 50}, {1000, 700}};
     const QWidget *opened = show();
     QCOMPARE(opened->windowTitle(), u"Vellora Settings"_s);
     QCOMPARE(opened->size(), QSize(380, 420));
@@ -181,6 +183,43 @@ void SettingsWindowTest::followsOnlyTheWindowInTheSlot()
     QVERIFY(!storedFrame());
     view()->resize(500, 700);
     QVERIFY(!storedFrame());
+}
+
+void SettingsWindowTest::storesAMoveThatNothingTold()
+{
+    show();
+    // As on sway: the user has moved the window, and no event says so.
+    m_platform->popupPlacement.origin = {77, 88};
+    QVERIFY(!storedFrame());
+    close();
+    QCOMPARE(storedFrame(), u"{{77, 88}, {380, 444}}"_s);
+    show();
+    QCOMPARE(m_platform->popupPlacement.origin, (CocoaPoint{77, 88}));
+    m_platform->popupPlacement.origin = {5, 6};
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(storedFrame(), u"{{5, 6}, {380, 444}}"_s);
+}
+
+void SettingsWindowTest::keepsThePlaceWhereNoneIsTold()
+{
+    m_platform->popupPlacement.tells = false;
+    m_platform->screens.main->visibleFrame = {{0, 0}, {1280, 800}};
+    show();
+    QVERIFY(!storedFrame());
+    // Where it would open without anything stored.
+    window()->resize(400, 376);
+    QTRY_COMPARE(storedFrame(), u"{{440, 200}, {400, 400}}"_s);
+    close();
+    m_platform->userDefaults().set(frameKey, u"{{17, 31}, {400, 524}}"_s);
+    show();
+    m_platform->popupPlacement.origin = {};
+    window()->resize(500, 450);
+    QTRY_COMPARE(storedFrame(), u"{{17, 31}, {500, 474}}"_s);
+    close();
+    QCOMPARE(storedFrame(), u"{{17, 31}, {500, 474}}"_s);
 }
 
 void SettingsWindowTest::scrollsWhenItIsSmall()

@@ -22,9 +22,17 @@ class FakeSystemLog : public SystemLog
 {
 public:
     QStringList lines;
+    /// Called with each line, if set.
+    std::function<void()> onWrite;
 
 protected:
-    void write(const QString &line) override { lines << line; }
+    void write(const QString &line) override
+    {
+        lines << line;
+        if (onWrite) {
+            onWrite();
+        }
+    }
 };
 
 class FakeScreens : public Screens
@@ -89,9 +97,14 @@ public:
     QPointer<QWidget> key;
     int orderOutCount = 0;
     QPixmap backdrop;
+    /// So many screens can be covered still.
+    int coverable = 100;
 
-    QPixmap cover(QWidget &panel, const Screen &screen) override
+    std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override
     {
+        if (coverable-- <= 0) {
+            return std::nullopt;
+        }
         panel.setGeometry(screen.geometry);
         return backdrop;
     }
@@ -177,6 +190,9 @@ public:
     /// Whether `text` was set here, and no other program copied something since.
     bool isOwn = false;
     int clearCount = 0;
+    /// Set: texts wait, each for a call of `late`.
+    bool isLate = false;
+    std::function<void(bool)> late;
 
     void clearContents() override
     {
@@ -188,6 +204,14 @@ public:
         text = string;
         isOwn = true;
     }
+    void whenCopied(std::function<void(bool)> done) override
+    {
+        if (isLate) {
+            late = std::move(done);
+        } else {
+            done(true);
+        }
+    }
     std::optional<QString> ownString() const override { return isOwn ? text : std::nullopt; }
 };
 
@@ -197,8 +221,16 @@ public:
     double titleBarHeight = 24;
     QPointer<QWidget> window;
     CocoaPoint origin;
+    /// What panels leave of every screen, where the desktop itself does not tell.
+    std::optional<CocoaRect> visible;
+    bool tells = true;
 
     void makeFloating(QWidget &floating) override { window = &floating; }
+    CocoaRect visibleFrame(const Screen &screen) const override
+    {
+        return visible.value_or(PopupPlacement::visibleFrame(screen));
+    }
+    bool tellsPlaces() const override { return tells; }
     CocoaSize frameSize(const QWidget &measured) const override
     {
         return {static_cast<double>(measured.width()), measured.height() + titleBarHeight};
@@ -438,9 +470,14 @@ public:
     bool launched = false;
     std::optional<QString> error;
     QStringList requests;
+    /// Called with each request, if set.
+    std::function<void()> onRequest;
 
     std::optional<QString> registerItem() override
     {
+        if (onRequest) {
+            onRequest();
+        }
         requests << QStringLiteral("register");
         return error;
     }

@@ -37,7 +37,7 @@ TestOverlay::TestOverlay(Platform &platform)
         TestPanel &panel = *m_panels.back();
         QObject::connect(
             &panel, &TestPanel::painted, &panel, [this] { ++m_painted; }, Qt::SingleShotConnection);
-        panel.backdrop = platform.overlaySurface->cover(panel, screen);
+        panel.backdrop = platform.overlaySurface->cover(panel, screen).value_or(QPixmap());
         panel.hole = QRect(100, 100, 300, 200);
         platform.overlaySurface->orderFront(panel);
         platform.overlaySurface->makeKey(panel);

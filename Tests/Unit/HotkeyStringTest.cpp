@@ -129,13 +129,13 @@ void HotkeyStringTest::displaysShortcuts_data()
 void HotkeyStringTest::displaysShortcuts()
 {
     QFETCH(const QString, text);
-    QTEST(HotkeyString::display(text), "shown");
+    QTEST(HotkeyString::displayString(text), "shown");
 }
 
 void HotkeyStringTest::saysShortcuts()
 {
-    QCOMPARE(HotkeyString::spoken(u"cmd+shift+o"_s), u"Command Shift O"_s);
-    QCOMPARE(HotkeyString::spoken(u"ctrl+alt+5"_s), u"Control Option 5"_s);
+    QCOMPARE(HotkeyString::spoken(u"cmd+shift+o"_s), u"Super + Shift + O"_s);
+    QCOMPARE(HotkeyString::spoken(u"ctrl+alt+5"_s), u"Ctrl + Alt + 5"_s);
     QCOMPARE(HotkeyString::spoken(QString()), QString());
 }
 
@@ -211,7 +211,7 @@ void HotkeyStringTest::takesAnyText()
         if (written) {
             QVERIFY(HotkeyString::parsed(*written) == combination);
         }
-        QVERIFY(!HotkeyString::display(text).contains(u'+'));
+        QVERIFY(!HotkeyString::displayString(text).contains(u'+'));
     }
     QVERIFY(HotkeyString::parsed(QString(1000000, u'a')) == (KeyCombination{31, 0}));
     QVERIFY(HotkeyString::parsed(QString(1000000, u'+')) == (KeyCombination{31, 0}));

@@ -14,6 +14,7 @@ class SwayConnection
 public:
     enum class Request : quint32 {
         RunCommand = 0,
+        GetWorkspaces = 1,
         Subscribe = 2,
         GetTree = 4,
         GetConfig = 9,

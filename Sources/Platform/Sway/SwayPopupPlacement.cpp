@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Sway/SwayPopupPlacement.h"
 
+#include "Platform/ScreenImage.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QWidget>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -71,14 +77,21 @@ SwayPopupPlacement::SwayPopupPlacement(const Screens &screens)
 void SwayPopupPlacement::makeFloating(QWidget &window)
 {
     window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-    m_window = &window;
-    m_container.reset();
-    const QString criteria = u"[app_id=%1 title=%2]"_s.arg(
-        exactly(QGuiApplication::desktopFileName()), exactly(window.windowTitle()));
-    // Sway keeps one rule, however often it is given the same. Two of them, because a comma would
-    // end the rule.
-    m_connection.run(u"for_window %1 floating enable"_s.arg(criteria));
-    m_connection.run(u"for_window %1 opacity 0"_s.arg(criteria));
+}
+
+CocoaRect SwayPopupPlacement::visibleFrame(const Screen &screen) const
+{
+    const QScreen *output = qtScreen(screen);
+    const QJsonArray workspaces =
+        m_connection.request(SwayConnection::Request::GetWorkspaces).array();
+    for (const auto &workspace : workspaces) {
+        const QRect rect = rectFrom(workspace["rect"_L1]);
+        if (output && workspace["visible"_L1].toBool() && !rect.isEmpty() &&
+            workspace["output"_L1].toString() == output->name()) {
+            return m_screens.fromQt(QRectF(rect));
+        }
+    }
+    return screen.visibleFrame;
 }
 
 CocoaSize SwayPopupPlacement::frameSize(const QWidget &window) const
@@ -89,23 +102,35 @@ CocoaSize SwayPopupPlacement::frameSize(const QWidget &window) const
 
 CocoaRect SwayPopupPlacement::frame(const QWidget &window) const
 {
-    if (m_container && m_window == &window) {
-        const QJsonObject container = containerIn(
-            m_connection.request(SwayConnection::Request::GetTree).object(), *m_container);
-        if (!container.isEmpty()) {
-            return m_screens.fromQt(QRectF(frameOf(container)));
+    const Placed *known = find(window);
+    if (known && known->container) {
+        const QJsonObject there = container(*known->container);
+        if (!there.isEmpty()) {
+            return m_screens.fromQt(QRectF(frameOf(there)));
         }
     }
     const CocoaSize size = frameSize(window);
-    return m_screens.fromQt(QRectF(m_topLeft, QSizeF(size.width, size.height)));
+    const QPoint topLeft = known ? known->topLeft : QPoint();
+    return m_screens.fromQt(QRectF(topLeft, QSizeF(size.width, size.height)));
 }
 
 void SwayPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 {
-    m_topLeft = m_screens.toQt({origin.x, origin.y + frameSize(window).height}).toPoint();
-    if (m_container && m_window == &window) {
-        move(*m_container);
-    }
+    place(window, [origin](CocoaSize) { return origin; });
+}
+
+void SwayPopupPlacement::place(QWidget &window, const Origin &origin)
+{
+    Placed &known = placed(window);
+    known.origin = origin;
+    move(known);
+}
+
+void SwayPopupPlacement::setFrame(QWidget &window, const CocoaRect &frame)
+{
+    Placed &known = placed(window);
+    known.size = known.container ? std::nullopt : std::optional(frame.size);
+    PopupPlacement::setFrame(window, frame);
 }
 
 void SwayPopupPlacement::makeKeyAndOrderFront(QWidget &window)
@@ -119,28 +144,85 @@ void SwayPopupPlacement::makeKeyAndOrderFront(QWidget &window)
     window.show();
 }
 
-bool SwayPopupPlacement::move(qint64 container)
+SwayPopupPlacement::Placed &SwayPopupPlacement::placed(QWidget &window)
 {
-    return m_connection.run(u"[con_id=%1] move absolute position %2 px %3 px"_s.arg(container)
-                                .arg(m_topLeft.x())
-                                .arg(m_topLeft.y()));
+    std::erase_if(m_placed, [](const Placed &each) { return !each.window; });
+    const auto known = std::ranges::find_if(
+        m_placed, [&](const Placed &each) { return each.window.data() == &window; });
+    if (known != m_placed.end()) {
+        return *known;
+    }
+    const QString criteria = u"[app_id=%1 title=%2]"_s.arg(
+        exactly(QGuiApplication::desktopFileName()), exactly(window.windowTitle()));
+    // Sway keeps one rule, however often it is given the same. Two of them, because a comma would
+    // end the rule.
+    m_connection.run(u"for_window %1 floating enable"_s.arg(criteria));
+    m_connection.run(u"for_window %1 opacity 0"_s.arg(criteria));
+    m_placed.push_back({&window, {}, {}, {}, {}});
+    return m_placed.back();
+}
+
+const SwayPopupPlacement::Placed *SwayPopupPlacement::find(const QWidget &window) const
+{
+    const auto known = std::ranges::find_if(
+        m_placed, [&](const Placed &each) { return each.window.data() == &window; });
+    return known == m_placed.end() ? nullptr : &*known;
+}
+
+QJsonObject SwayPopupPlacement::container(qint64 number) const
+{
+    return containerIn(m_connection.request(SwayConnection::Request::GetTree).object(), number);
+}
+
+void SwayPopupPlacement::move(Placed &placed)
+{
+    const CocoaSize size = frameSize(*placed.window);
+    const CocoaPoint origin = placed.origin(size);
+    placed.topLeft = m_screens.toQt({origin.x, origin.y + size.height}).toPoint();
+    if (placed.container) {
+        m_connection.run(u"[con_id=%1] move absolute position %2 px %3 px"_s.arg(*placed.container)
+                             .arg(placed.topLeft.x())
+                             .arg(placed.topLeft.y()));
+    }
 }
 
 void SwayPopupPlacement::handle(const QJsonObject &event)
 {
-    const QJsonObject container = event.value("container"_L1).toObject();
+    const QJsonObject there = event.value("container"_L1).toObject();
     const QString change = event.value("change"_L1).toString();
-    if (!m_window || m_container || (change != u"new" && change != u"title") ||
-        container.value("app_id"_L1).toString() != QGuiApplication::desktopFileName() ||
-        container.value("name"_L1).toString() != m_window->windowTitle()) {
+    const qint64 number = there.value("id"_L1).toInteger();
+    if (change == u"close") {
+        const auto gone = std::ranges::find(m_placed, std::optional(number), &Placed::container);
+        if (gone != m_placed.end()) {
+            gone->container.reset();
+        }
         return;
     }
-    m_container = container.value("id"_L1).toInteger();
-    move(*m_container);
-    m_connection.run(u"[con_id=%1] opacity 1, focus"_s.arg(*m_container));
-    const QJsonObject placed =
-        containerIn(m_connection.request(SwayConnection::Request::GetTree).object(), *m_container);
-    if (!placed.isEmpty()) {
-        m_extents = extentsOf(placed);
+    if ((change != u"new" && change != u"title") ||
+        there.value("app_id"_L1).toString() != QGuiApplication::desktopFileName()) {
+        return;
     }
+    const auto awaited = std::ranges::find_if(m_placed, [&](const Placed &each) {
+        return each.window && !each.container && each.window->isVisible() &&
+               each.window->windowTitle() == there.value("name"_L1).toString();
+    });
+    if (awaited != m_placed.end()) {
+        appear(*awaited, number);
+    }
+}
+
+void SwayPopupPlacement::appear(Placed &placed, qint64 number)
+{
+    placed.container = number;
+    const QJsonObject there = container(number);
+    if (!there.isEmpty()) {
+        m_extents = extentsOf(there);
+    }
+    if (const auto size = std::exchange(placed.size, std::nullopt)) {
+        const CocoaPoint origin = placed.origin(*size);
+        PopupPlacement::setFrame(*placed.window, {origin, *size});
+    } else {
+        move(placed);
+    }
+    m_connection.run(u"[con_id=%1] opacity 1, focus"_s.arg(number));
 }

@@ -5,9 +5,14 @@
 #include <QGuiApplication>
 #include <QRasterWindow>
 
+#include <chrono>
 #include <utility>
 
 namespace {
+/// A compositor gives a new window the keyboard within a frame or two. Later, the user may have
+/// copied something else.
+constexpr std::chrono::seconds patience(5);
+
 /// An overlay just hidden still counts for Qt, until the compositor has said otherwise.
 bool hasKeyboard()
 {
@@ -20,6 +25,9 @@ FocusedPasteboard::FocusedPasteboard()
 {
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
             &FocusedPasteboard::copyWhenFocused);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patience);
+    connect(&m_patience, &QTimer::timeout, this, [this] { end(false); });
 }
 
 FocusedPasteboard::~FocusedPasteboard()
@@ -33,6 +41,7 @@ FocusedPasteboard::~FocusedPasteboard()
 void FocusedPasteboard::clearContents()
 {
     m_text.reset();
+    m_done = nullptr;
     if (hasKeyboard()) {
         QGuiApplication::clipboard()->clear();
     }
@@ -41,6 +50,8 @@ void FocusedPasteboard::clearContents()
 void FocusedPasteboard::setString(const QString &text)
 {
     m_text = text;
+    m_done = nullptr;
+    m_patience.start();
     copyWhenFocused();
     if (!m_text || m_window) {
         return;
@@ -53,6 +64,15 @@ void FocusedPasteboard::setString(const QString &text)
     m_window->setTitle(QGuiApplication::applicationDisplayName());
     m_window->resize(1, 1);
     m_window->show();
+}
+
+void FocusedPasteboard::whenCopied(std::function<void(bool)> done)
+{
+    if (m_text) {
+        m_done = std::move(done);
+    } else {
+        done(true);
+    }
 }
 
 std::optional<QString> FocusedPasteboard::ownString() const
@@ -74,9 +94,19 @@ void FocusedPasteboard::copyWhenFocused()
     const QPointer<QMimeData> former = std::exchange(m_data, data);
     QGuiApplication::clipboard()->setMimeData(data);
     delete former;
+    end(true);
+}
+
+void FocusedPasteboard::end(bool isCopied)
+{
+    m_patience.stop();
+    m_text.reset();
     if (m_window) {
         // It may be handling the event that gave it the keyboard.
         m_window->hide();
         m_window.release()->deleteLater();
+    }
+    if (const auto done = std::exchange(m_done, nullptr)) {
+        done(isCopied);
     }
 }

@@ -7,7 +7,9 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -23,14 +25,19 @@ public:
 
     void clearContents() override;
     void setString(const QString &text) override;
+    /// Waits five seconds for the keyboard. A text that did not get it is forgotten.
+    void whenCopied(std::function<void(bool)> done) override;
     std::optional<QString> ownString() const override;
 
 private:
     void copyWhenFocused();
+    void end(bool isCopied);
 
     /// What waits for the keyboard.
     std::optional<QString> m_text;
     std::unique_ptr<QWindow> m_window;
+    std::function<void(bool)> m_done;
+    QTimer m_patience;
     /// What Qt was given last. QtWayland 6.4 never deletes that.
     QPointer<QMimeData> m_data;
 };

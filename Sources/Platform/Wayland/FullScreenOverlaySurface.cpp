@@ -14,7 +14,7 @@ FullScreenOverlaySurface::FullScreenOverlaySurface(FrozenScreenRecording &record
 {
 }
 
-QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
+std::optional<QPixmap> FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
 {
     if (m_overlays.empty()) {
         m_recording.thaw();
@@ -23,7 +23,7 @@ QPixmap FullScreenOverlaySurface::cover(QWidget &panel, const Screen &screen)
     QScreen *output = qtScreen(screen);
     const QImage picture = m_recording.picture(screen.displayNumber.value_or(0));
     if (!output || picture.isNull()) {
-        return {};
+        return std::nullopt;
     }
     panel.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     panel.setWindowFlag(Qt::BypassWindowManagerHint, m_shell.isUsable());

@@ -20,7 +20,7 @@ public:
     /// `recording` outlives every panel.
     explicit FullScreenOverlaySurface(FrozenScreenRecording &recording);
 
-    QPixmap cover(QWidget &panel, const Screen &screen) override;
+    std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override;
     /// Shows nothing where there is no picture of the screen.
     void orderFront(QWidget &panel) override;
     void makeKey(QWidget &panel) override;

@@ -10,17 +10,19 @@
 
 LayerShellOverlaySurface::LayerShellOverlaySurface() = default;
 
-QPixmap LayerShellOverlaySurface::cover(QWidget &panel, const Screen &screen)
+std::optional<QPixmap> LayerShellOverlaySurface::cover(QWidget &panel, const Screen &screen)
 {
     panel.setWindowFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     panel.setAttribute(Qt::WA_TranslucentBackground);
     panel.setAttribute(Qt::WA_NoSystemBackground);
     panel.setGeometry(screen.geometry);
     QScreen *output = qtScreen(screen);
-    if (auto layer = output ? m_shell.cover(panel, *output) : nullptr) {
-        m_overlays.push_back({&panel, std::move(layer)});
+    auto layer = output ? m_shell.cover(panel, *output) : nullptr;
+    if (!layer) {
+        return std::nullopt;
     }
-    return {};
+    m_overlays.push_back({&panel, std::move(layer)});
+    return QPixmap();
 }
 
 void LayerShellOverlaySurface::orderFront(QWidget &panel)

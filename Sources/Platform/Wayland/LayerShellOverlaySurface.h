@@ -17,7 +17,7 @@ public:
     /// Whether the compositor offers what is needed.
     bool isUsable() const { return m_shell.isUsable(); }
 
-    QPixmap cover(QWidget &panel, const Screen &screen) override;
+    std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override;
     void orderFront(QWidget &panel) override;
     void makeKey(QWidget &panel) override;
     /// Returns when the compositor knows: it shows nothing of the panel from its next frame on.

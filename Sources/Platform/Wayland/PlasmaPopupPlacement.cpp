@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
 
+#include "Platform/ScreenImage.h"
+#include "Platform/Wayland/PanelProbe.h"
 #include "Platform/Wayland/QtWayland.h"
 
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
+#include <utility>
 #include <wayland-client.h>
 #include <wayland-plasma-shell.h>
 
@@ -16,8 +21,9 @@ constexpr quint32 wantedVersion = 5;
 constexpr int titleBarHeight = 40;
 } // namespace
 
-PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens)
+PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens, AvailableRect availableRect)
     : m_screens(screens)
+    , m_availableRect(std::move(availableRect))
 {
     if (wl_display *display = qtWaylandDisplay()) {
         m_queue = wl_display_create_queue(display);
@@ -50,6 +56,21 @@ void PlasmaPopupPlacement::makeFloating(QWidget &window)
     window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     dropSurface();
     m_floating = &window;
+}
+
+CocoaRect PlasmaPopupPlacement::visibleFrame(const Screen &screen) const
+{
+    const QScreen *output = qtScreen(screen);
+    if (!output) {
+        return screen.visibleFrame;
+    }
+    const QRect whole = screen.geometry;
+    QRect visible = m_availableRect(output->name()).value_or(whole) & whole;
+    if (const auto size = sizeBesideLayers(*output)) {
+        visible.setRight(std::min(visible.right(), whole.x() + size->width() - 1));
+        visible.setBottom(std::min(visible.bottom(), whole.y() + size->height() - 1));
+    }
+    return visible.isEmpty() ? screen.visibleFrame : m_screens.fromQt(QRectF(visible));
 }
 
 CocoaSize PlasmaPopupPlacement::frameSize(const QWidget &window) const

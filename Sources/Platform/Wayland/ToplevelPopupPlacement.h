@@ -16,6 +16,7 @@ public:
     CocoaSize frameSize(const QWidget &window) const override;
     /// As if the window were at Qt's origin.
     CocoaRect frame(const QWidget &window) const override;
+    bool tellsPlaces() const override { return false; }
     /// Does nothing.
     void setFrameOrigin(QWidget &window, CocoaPoint origin) override;
     void makeKeyAndOrderFront(QWidget &window) override;

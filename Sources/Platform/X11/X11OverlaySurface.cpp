@@ -95,11 +95,11 @@ QImage X11OverlaySurface::pictureOf(const Screen &screen)
                : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestSettling));
 }
 
-QPixmap X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
+std::optional<QPixmap> X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
 {
     xcb_connection_t *qt = qtXcbConnection();
     if (!qt || !m_connection->isUsable()) {
-        return {};
+        return std::nullopt;
     }
     const bool isTranslucent = showsThrough();
     const QImage picture = isTranslucent ? QImage() : pictureOf(screen);
@@ -123,7 +123,7 @@ QPixmap X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
     m_overlays->add(panel, screen.pixelGeometry, picture);
 
     if (picture.isNull()) {
-        return {};
+        return QPixmap();
     }
     QPixmap pixmap = QPixmap::fromImage(picture);
     pixmap.setDevicePixelRatio(screen.scale().width());

@@ -23,7 +23,7 @@ public:
                       std::shared_ptr<X11Overlays> overlays,
                       std::shared_ptr<X11OverlayKeyboard> keyboard);
 
-    QPixmap cover(QWidget &panel, const Screen &screen) override;
+    std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override;
     void orderFront(QWidget &panel) override;
     void makeKey(QWidget &panel) override;
     void orderOut(QWidget &panel) override;

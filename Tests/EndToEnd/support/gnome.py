@@ -301,6 +301,12 @@ def activate(window):
     _command(window, "w.activate(global.get_current_time())")
 
 
+def resize(window, width, height):
+    """As the user does at the window's corner."""
+    _command(window, f"w.move_resize_frame(true, w.get_frame_rect().x, w.get_frame_rect().y, "
+                     f"{width}, {height})")
+
+
 def windows_titled(title):
     """The visible windows with exactly this title."""
     return [each["id"] for each in _windows() if each["title"] == title]

@@ -236,9 +236,7 @@ def _is_ready():
 
 wait_until("the wallpaper and the bar", _is_ready, 60)
 if PANEL == "plasma":
-    # The tray shows the clipboard's own icon from the first text on.
-    Clipboard.put("the first text")
-    plasma.learn_tray(screenshot)
+    plasma.learn_tray(screenshot, lambda: Clipboard.put("the first text"))
 
 __all__ = ["Clipboard", "Device", "activate", "active_window", "find_tray_icon",
            "frame_box", "key", "listed_windows", "page_box", "page_unit", "place_page",

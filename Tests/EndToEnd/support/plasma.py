@@ -37,20 +37,22 @@ def _icons(picture):
     return found
 
 
-def learn_tray(screenshot):
-    """What the tray has before the program starts, once that no longer changes."""
-    def settled():
-        before = screenshot()
-        if not _icons(before):
-            return False
+def learn_tray(screenshot, copy):
+    """What the tray has before the program starts, once that no longer changes. `copy` copies the
+    first text, from which on the tray shows the clipboard's own icon."""
+    def settled(more_than):
+        icons = _icons(screenshot())
+        if len(icons) <= more_than:
+            return None
         try:
-            holds_for("at rest", lambda: _icons(screenshot()) == _icons(before), 2)
+            holds_for("at rest", lambda: _icons(screenshot()) == icons, 2)
         except AssertionError:
-            return False
-        _tray[:] = _icons(before)
-        return True
+            return None
+        return icons
 
-    wait_until("the tray at rest", settled, 60)
+    without = wait_until("the tray at rest", lambda: settled(0), 60)
+    copy()
+    _tray[:] = wait_until("the clipboard's icon in the tray", lambda: settled(len(without)), 60)
 
 
 def find_tray_icon(screenshot):

@@ -1,0 +1,98 @@
+# SPDX-License-Identifier: MIT
+"""The settings window on Wayland: where it opens, what is remembered, how it comes to the front."""
+
+import re
+import unittest
+
+from support import desktop, main
+from support.desktop import points
+from support.page import Page
+from support.program import Program, activate_action, settings_file, wait_until_launched
+from support.waiting import wait_until
+
+if desktop.NAME == "sway":
+    from support.sway import command
+else:
+    from support.gnome import resize
+
+TITLE = "Vellora Settings"
+FRAME = r"settingsWindowFrame=(.*)"
+BAR = 28  # points
+
+
+def open_settings():
+    activate_action("settings")
+    window, = wait_until("the settings", lambda: desktop.windows_titled(TITLE), 30)
+    wait_until("the settings' focus", lambda: desktop.active_window() == int(window), 30)
+    return window
+
+
+def close_settings():
+    command(f'[title="^{TITLE}$"] kill')
+    wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE), 30)
+
+
+def stored_frame():
+    """As it is in the file: (x, y, width, height), or None."""
+    found = re.search(FRAME, settings_file().read_text())
+    return tuple(float(number) for number in re.findall(r"-?[\d.]+", found[1])) if found else None
+
+
+class SettingsWindowTest(unittest.TestCase):
+    # Without a token of the click that asked, GNOME tells the user that the window is ready instead.
+    @unittest.skipIf(desktop.NAME == "gnome", "GNOME brings no window to the front unasked")
+    def test_covered_settings_come_to_the_front(self):
+        with Program({}):
+            wait_until_launched()
+            window = open_settings()
+            place = desktop.frame_box(window)
+            with Page("covers", place):
+                page, = desktop.windows_titled("Text page")
+                desktop.activate(page)
+                wait_until("the page in front", lambda: desktop.active_window() == int(page))
+                self.assertEqual(open_settings(), window)
+            self.assertEqual(desktop.frame_box(window), place)
+
+    @unittest.skipUnless(desktop.NAME == "sway", "sway tells all places")
+    def test_opens_in_the_middle_of_what_the_bar_leaves(self):
+        with Program({}):
+            wait_until_launched()
+            window = open_settings()
+            content, frame = desktop.window_box(window), desktop.frame_box(window)
+            self.assertEqual((content.width, content.height), (points(380), points(420)))
+            screen = desktop.SCREENS[0]
+            wait_until(f"the middle, not {frame}", lambda: all(
+                abs(is_at - should) <= 1 for is_at, should in zip(
+                    desktop.frame_box(window).middle,
+                    (screen.x + screen.width // 2, (screen.bottom - points(BAR)) // 2))))
+
+    @unittest.skipUnless(desktop.NAME == "sway", "sway tells all places")
+    def test_place_is_remembered(self):
+        with Program({}) as program:
+            wait_until_launched()
+            window = open_settings()
+            command(f"[con_id={window}] move absolute position 100 px 60 px")
+            command(f"[con_id={window}] resize set 500 px 450 px")
+            moved = wait_until("the new size", lambda: desktop.window_box(window).width
+                               > points(480) and desktop.frame_box(window))
+            close_settings()
+            self.assertEqual(desktop.frame_box(open_settings()), moved)
+            program.quit()
+        with Program(None):
+            wait_until_launched()
+            again = open_settings()
+            wait_until("the place of before", lambda: desktop.frame_box(again) == moved)
+
+    @unittest.skipUnless(desktop.NAME == "gnome", "GNOME tells no places")
+    def test_place_of_another_session_is_kept(self):
+        with Program({"settingsWindowFrame": '"{{17, 31}, {400, 500}}"'}):
+            wait_until_launched()
+            window = open_settings()
+            size = desktop.frame_box(window)
+            resize(window, size.width + 60, size.height + 40)
+            wait_until("the new size in the file", lambda: stored_frame()[2:] > (440, 0))
+            self.assertEqual(stored_frame()[:2], (17, 31))
+
+
+if __name__ == "__main__":
+    main()
