@@ -166,6 +166,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
     platform->userDefaults = std::make_unique<UserDefaults>();
     const auto panelMenu = std::make_shared<PanelMenu>();
     addWindowSystem(*platform, options.displayName, panelMenu);
+    addLeftovers(*platform);
     platform->statusBar = std::make_unique<PanelStatusBar>(
         [options, panelMenu] { return makePanels(options, panelMenu); });
     platform->notifications =

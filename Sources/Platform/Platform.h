@@ -4,6 +4,7 @@
 #include "Platform/ApplicationService.h"
 #include "Platform/EventMonitor.h"
 #include "Platform/KeyTap.h"
+#include "Platform/Leftovers.h"
 #include "Platform/LoginItem.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Notifications.h"
@@ -48,6 +49,7 @@ struct Platform
     std::unique_ptr<ApplicationService> applicationService;
     std::unique_ptr<ProgramRestart> programRestart;
     std::unique_ptr<ProgramFile> programFile;
+    Leftovers leftovers;
 
     Platform();
     Platform(const Platform &) = delete;

@@ -5,6 +5,7 @@
 #include <QStandardPaths>
 
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -65,15 +66,20 @@ bool UserDefaults::boolean(const QString &key) const
     return isNumber ? number != 0 : text == u"true" || text == u"yes";
 }
 
-void UserDefaults::set(const QString &key, const QString &text)
+bool UserDefaults::set(const QString &key, const QString &text)
 {
-    write(key, text);
+    return write(key, text);
 }
 
-void UserDefaults::set(const QString &key, bool value)
+bool UserDefaults::set(const QString &key, bool value)
 {
     // As text, so that it reads the same before and after a round through the file.
-    write(key, value ? u"true"_s : u"false"_s);
+    return write(key, value ? u"true"_s : u"false"_s);
+}
+
+void UserDefaults::revert(const QString &key)
+{
+    m_gathered.remove(key);
 }
 
 void UserDefaults::setGathered(const QString &key, const QString &text)
@@ -90,26 +96,55 @@ void UserDefaults::flush()
     }
 }
 
-void UserDefaults::write(const QString &key, const QVariant &value)
+bool UserDefaults::write(const QString &key, const QString &text)
 {
-    keepDamagedFile();
-    m_gathered.remove(key);
-    m_file.setValue(key, value);
-    // At once: a session may end without warning.
-    m_file.sync();
-    if (m_file.status() == QSettings::AccessError) {
-        if (const auto tell = std::exchange(writeDidFail, nullptr)) {
-            tell();
-        }
+    if (keepDamagedFile() && writeToFile(key, text)) {
+        m_gathered.remove(key);
+        return true;
     }
+    m_gathered.insert(key, text);
+    if (const auto tell = std::exchange(writeDidFail, nullptr)) {
+        tell();
+    }
+    return false;
 }
 
-void UserDefaults::keepDamagedFile()
+bool UserDefaults::writeToFile(const QString &key, const QString &text)
 {
-    if (!std::exchange(m_damaged, false)) {
-        return;
+    const QVariant before = m_file.value(key);
+    // An object of its own, which shares the values: one that has failed keeps that status for
+    // good.
+    QSettings writer(filePath(), QSettings::IniFormat);
+    writer.setValue(key, text);
+    // At once: a session may end without warning.
+    writer.sync();
+    if (writer.status() != QSettings::AccessError) {
+        return true;
     }
+    // Or it would be written with the next value that can be.
+    if (before.isValid()) {
+        writer.setValue(key, before);
+    } else {
+        writer.remove(key);
+    }
+    return false;
+}
+
+bool UserDefaults::keepDamagedFile()
+{
+    if (!m_damaged) {
+        return true;
+    }
+    // The copy of an earlier damage goes only once there is a whole new one.
     const QString copy = filePath() + u".damaged"_s;
-    QFile::remove(copy);
-    QFile::copy(filePath(), copy);
+    const QString unfinished = copy + u'~';
+    QFile::remove(unfinished);
+    if (!QFile::copy(filePath(), unfinished) ||
+        std::rename(QFile::encodeName(unfinished).constData(),
+                    QFile::encodeName(copy).constData()) != 0) {
+        QFile::remove(unfinished);
+        return false;
+    }
+    m_damaged = false;
+    return true;
 }

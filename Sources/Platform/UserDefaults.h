@@ -22,8 +22,7 @@ public:
     /// Writes what is still gathered.
     ~UserDefaults();
 
-    /// Called at the first write that did not reach the file, such as on a full or read-only disk;
-    /// the values hold for this run all the same.
+    /// Called at the first write that did not reach the file, such as on a full or read-only disk.
     std::function<void()> writeDidFail;
 
     QString filePath() const { return m_file.fileName(); }
@@ -36,10 +35,15 @@ public:
     /// True for "true", "yes" and numbers other than 0, in any case; else false.
     bool boolean(const QString &key) const;
 
-    void set(const QString &key, const QString &text);
-    void set(const QString &key, bool value);
+    /// False when the value did not reach the file, which then is as it was; the value holds for
+    /// this run all the same, unless it is taken back by `revert`.
+    bool set(const QString &key, const QString &text);
+    bool set(const QString &key, bool value);
     /// A literal would convert to bool first.
-    void set(const QString &key, const char16_t *text) = delete;
+    bool set(const QString &key, const char16_t *text) = delete;
+
+    /// Forgets a value that did not reach the file: what is stored holds again.
+    void revert(const QString &key);
 
     /// For what changes many times a second, such as a window's frame while it is dragged: readable
     /// at once, and in the file a moment after the last change, so that no change waits for a disk.
@@ -49,10 +53,12 @@ public:
     void flush();
 
 private:
-    void write(const QString &key, const QVariant &value);
-    void keepDamagedFile();
+    bool write(const QString &key, const QString &text);
+    bool writeToFile(const QString &key, const QString &text);
+    bool keepDamagedFile();
 
     QSettings m_file;
+    /// Values that are not in the file, for they are gathered or did not reach it.
     QHash<QString, QString> m_gathered;
     QTimer m_gathering;
     bool m_damaged = false;

@@ -2,15 +2,19 @@
 #include "Platform/WaylandDesktop.h"
 
 #include "Platform/FallbackRecording.h"
+#include "Platform/GNOME/CustomKey.h"
 #include "Platform/GNOME/CustomKeyTap.h"
+#include "Platform/KDE/GlobalAccelKey.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
 #include "Platform/KDE/PlasmaStruts.h"
 #include "Platform/Platform.h"
+#include "Platform/Portal/AwaitedPictures.h"
 #include "Platform/Portal/GlobalShortcutsKeyTap.h"
 #include "Platform/Portal/PortalScreenshot.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Sway/SwayEventMonitor.h"
+#include "Platform/Sway/SwayKeyBinding.h"
 #include "Platform/Sway/SwayKeyTap.h"
 #include "Platform/Sway/SwayPopupPlacement.h"
 #include "Platform/Wayland/DataControlPasteboard.h"
@@ -176,4 +180,21 @@ QStringList addWaylandServices(Platform &platform, const std::shared_ptr<PanelMe
     platform.eventMonitor = makeEventMonitor();
     platform.popupPlacement = makePopupPlacement(*platform.screens);
     return missing;
+}
+
+void addLeftovers(Platform &platform)
+{
+    // By what is there now: a session of another kind, or an older desktop, may have left it.
+    platform.leftovers.add([] {
+        if (CustomKeyTap::isUsable()) {
+            CustomKey::removeLeftover();
+        }
+    });
+    platform.leftovers.add([] {
+        if (GlobalAccelKeyTap::isUsable()) {
+            GlobalAccelKey::removeLeftover();
+        }
+    });
+    platform.leftovers.add([] { SwayKeyBinding::removeLeftover(); });
+    platform.leftovers.add([log = platform.systemLog.get()] { removeLeftPictures(*log); });
 }

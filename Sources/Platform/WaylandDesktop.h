@@ -22,3 +22,7 @@ bool isWaylandDesktop();
 /// Answers what this desktop withholds and nothing can stand in for, one sentence for people each;
 /// empty where the program can work.
 QStringList addWaylandServices(Platform &platform, const std::shared_ptr<PanelMenu> &panelMenu);
+
+/// Adds how to take away what these desktops' services keep of a program that was killed, on X11
+/// too: GNOME's settings outlive the kind of session.
+void addLeftovers(Platform &platform);

@@ -39,8 +39,8 @@ public:
     /// Without end, for what has no budget.
     static constexpr std::chrono::nanoseconds endless = std::chrono::nanoseconds::max();
 
-    /// How many times less than the budget may be taken without having found any text: what goes on
-    /// so long is a texture, each dot of which every model would try.
+    /// How many times less than the budget may be taken by reading without having found any text:
+    /// what goes on so long is a texture, each dot of which every model would try.
     static constexpr int shareWithoutText = 4;
 
     /// `clock`: the time that the calling thread has taken.
@@ -50,6 +50,9 @@ public:
     bool isStopped() const { return m_stop.stop_requested(); }
     /// Of all threads, as of their last checkpoints.
     std::chrono::nanoseconds taken() const { return std::chrono::nanoseconds(m_taken); }
+    /// Lines were found, which are read from now on. Finding them takes its time by the picture's
+    /// size, and may take all of the budget: of a large page nothing was read yet.
+    void beginReading() { m_readingBegan = m_taken.load(); }
     /// There is text for sure: from now on the work may take the whole budget.
     void foundText() { m_hasText = true; }
     bool hasText() const { return m_hasText; }
@@ -86,7 +89,13 @@ private:
 
     bool isSpent() const
     {
-        return !m_isLifted && taken() > (m_hasText ? m_budget : m_budget / shareWithoutText);
+        if (m_isLifted) {
+            return false;
+        }
+        const std::chrono::nanoseconds began(m_readingBegan);
+        const bool isTexture =
+            !m_hasText && began.count() >= 0 && taken() - began > m_budget / shareWithoutText;
+        return isTexture || taken() > m_budget;
     }
 
     const std::stop_token m_stop;
@@ -96,6 +105,8 @@ private:
     std::atomic<bool> m_isLifted = false;
     /// In nanoseconds.
     std::atomic<std::chrono::nanoseconds::rep> m_taken = 0;
+    /// What was taken when reading began; negative before.
+    std::atomic<std::chrono::nanoseconds::rep> m_readingBegan = -1;
 };
 
 /// To be called at least once in some milliseconds of work: throws Stopped at once, and Spent soon,

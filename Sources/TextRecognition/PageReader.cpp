@@ -144,6 +144,14 @@ void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tas
     }
 }
 
+/// From now on the models are asked.
+void beginReading()
+{
+    if (Effort *effort = Effort::current()) {
+        effort->beginReading();
+    }
+}
+
 std::vector<PageLine> linesOf(const GridBlock &block)
 {
     std::vector<PageLine> lines;
@@ -207,6 +215,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         return {};
     }
     if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
+        beginReading();
         std::vector<PageLine> columns = readVertical(page, marks, engines);
         if (!columns.empty()) {
             return columns;
@@ -222,6 +231,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     if (tasks.empty()) {
         return {};
     }
+    beginReading();
     std::vector<GridBlock> blocks =
         readGrids(outlined.rows.empty() ? page : outlined.page, tasks, languages, engines, workers);
     if (!tasks.empty()) {

@@ -49,6 +49,7 @@ AppDelegate::~AppDelegate()
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    Platform::current().leftovers.remove();
     installMainMenu();
     setupStatusItem();
     setupGlobalHotkey();

@@ -100,51 +100,59 @@ Settings::Settings()
 {
 }
 
-void Settings::setOutputMode(OutputMode mode)
+template <typename Value>
+void Settings::assign(Value &property, void (Settings::*willChange)(Argument<Value>),
+                      const Value &value)
 {
     Q_EMIT objectWillChange();
-    Q_EMIT outputModeWillChange(mode);
-    m_outputMode = mode;
-    defaults().set(outputModeKey, rawValue(mode));
+    Q_EMIT(this->*willChange)(value);
+    property = value;
+}
+
+template <typename Value, typename Stored>
+bool Settings::change(Value &property, void (Settings::*willChange)(Argument<Value>),
+                      const Value &value, const QString &key, const Stored &stored)
+{
+    const Value before = property;
+    assign(property, willChange, value);
+    if (defaults().set(key, stored)) {
+        return true;
+    }
+    // What cannot be stored is not the user's choice for long: nobody shall believe that it is.
+    defaults().revert(key);
+    assign(property, willChange, before);
+    return false;
+}
+
+void Settings::setOutputMode(OutputMode mode)
+{
+    change(m_outputMode, &Settings::outputModeWillChange, mode, outputModeKey, rawValue(mode));
 }
 
 void Settings::setShutterSound(bool on)
 {
-    Q_EMIT objectWillChange();
-    Q_EMIT shutterSoundWillChange(on);
-    m_shutterSound = on;
-    defaults().set(shutterSoundKey, on);
+    change(m_shutterSound, &Settings::shutterSoundWillChange, on, shutterSoundKey, on);
 }
 
 void Settings::setShowNotification(bool on)
 {
-    Q_EMIT objectWillChange();
-    Q_EMIT showNotificationWillChange(on);
-    m_showNotification = on;
-    defaults().set(showNotificationKey, on);
+    change(m_showNotification, &Settings::showNotificationWillChange, on, showNotificationKey, on);
 }
 
 void Settings::setLaunchAtLogin(bool on)
 {
-    Q_EMIT objectWillChange();
-    Q_EMIT launchAtLoginWillChange(on);
-    m_launchAtLogin = on;
-    defaults().set(launchAtLoginKey, on);
-    LaunchAtLogin::update(on);
+    if (change(m_launchAtLogin, &Settings::launchAtLoginWillChange, on, launchAtLoginKey, on)) {
+        LaunchAtLogin::update(on);
+    }
 }
 
 void Settings::setHotkeyEnabled(bool on)
 {
-    Q_EMIT objectWillChange();
-    Q_EMIT hotkeyEnabledWillChange(on);
-    m_hotkeyEnabled = on;
-    defaults().set(hotkeyEnabledKey, on);
+    change(m_hotkeyEnabled, &Settings::hotkeyEnabledWillChange, on, hotkeyEnabledKey, on);
 }
 
 void Settings::setHotkeyString(const QString &hotkeyString)
 {
-    Q_EMIT objectWillChange();
-    Q_EMIT hotkeyStringWillChange(hotkeyString);
-    m_hotkeyString = hotkeyString;
-    defaults().set(hotkeyStringKey, hotkeyString);
+    change(m_hotkeyString, &Settings::hotkeyStringWillChange, hotkeyString, hotkeyStringKey,
+           hotkeyString);
 }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <optional>
+#include <type_traits>
 
 /// Where recognized text goes.
 enum class OutputMode { clipboardOnly, popupOnly, both };
@@ -33,7 +34,8 @@ void update(bool enabled);
 ///
 /// An assignment, also of the value already held, first emits `objectWillChange`, then the
 /// property's own signal with the new value, while the property still holds the old one; then it
-/// stores the value and writes it to the user defaults. Main thread only.
+/// stores the value and writes it to the user defaults. A value that cannot be written is taken
+/// back in the same way, so that a property always holds what is stored. Main thread only.
 class Settings : public QObject
 {
     Q_OBJECT
@@ -75,6 +77,17 @@ Q_SIGNALS:
     void hotkeyStringWillChange(const QString &hotkeyString);
 
 private:
+    /// As the properties' signals take a value.
+    template <typename Value>
+    using Argument = std::conditional_t<std::is_same_v<Value, QString>, const QString &, Value>;
+
+    template <typename Value>
+    void assign(Value &property, void (Settings::*willChange)(Argument<Value>), const Value &value);
+    /// Whether the value is stored now.
+    template <typename Value, typename Stored>
+    bool change(Value &property, void (Settings::*willChange)(Argument<Value>), const Value &value,
+                const QString &key, const Stored &stored);
+
     OutputMode m_outputMode;
     bool m_shutterSound;
     bool m_showNotification;

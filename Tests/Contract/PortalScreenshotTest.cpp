@@ -177,9 +177,10 @@ void PortalScreenshotTest::noPicture_data()
     const QString elsewhere = u"https://example.org/picture.png"_s;
     QTest::newRow("elsewhere") << 0 << elsewhere << unreadable.arg(elsewhere) + u"not a file"_s;
     const QString missing = QUrl::fromLocalFile(m_folder.filePath(u"missing.png"_s)).toString();
-    QTest::newRow("missing") << 0 << missing << unreadable.arg(missing) + u"File not found"_s;
+    QTest::newRow("missing") << 0 << missing
+                             << unreadable.arg(missing) + u"No such file or directory"_s;
     const QString folder = QUrl::fromLocalFile(m_folder.path()).toString();
-    QTest::newRow("folder") << 0 << folder << unreadable.arg(folder);
+    QTest::newRow("folder") << 0 << folder << unreadable.arg(folder) + u"not a file"_s;
     const QString damaged = QUrl::fromLocalFile(m_folder.filePath(u"damaged.png"_s)).toString();
     QTest::newRow("damaged") << 0 << damaged << unreadable.arg(damaged);
 }

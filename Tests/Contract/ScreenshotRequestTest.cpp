@@ -3,14 +3,19 @@
 
 #include "Platform/Portal/ScreenshotRequest.h"
 
+#include "Platform/Portal/AwaitedPictures.h"
+#include "Support/FakeServices.h"
 #include "Support/ScreenshotPortal.h"
 
+#include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
 
 #include <optional>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +30,11 @@ private Q_SLOTS:
     void portalWithoutTokens();
     void userSaysNo();
     void damagedFile();
+    void fileThatIsNotOurs_data();
+    void fileThatIsNotOurs();
+    void noteLastsUntilTheAnswer();
+    void pictureThatNobodyDeleted_data();
+    void pictureThatNobodyDeleted();
     void portalEnds();
     void noPortal();
 
@@ -109,9 +119,115 @@ void ScreenshotRequestTest::damagedFile()
     file.close();
     m_portal->uri = QUrl::fromLocalFile(file.fileName()).toString();
     QCOMPARE(answer(), std::optional(QImage()));
-    QVERIFY(!file.exists());
+    QVERIFY2(file.exists(), "it was no picture");
     m_portal->uri = u"https://example.org/picture.png"_s;
     QCOMPARE(answer(), std::optional(QImage()));
+}
+
+void ScreenshotRequestTest::fileThatIsNotOurs_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("older than the question") << u"old"_s << true;
+    QTest::newRow("where no portal saves") << u"elsewhere"_s << true;
+    QTest::newRow("link to another file") << u"link"_s << false;
+    QTest::newRow("pipe that nobody writes to") << u"pipe"_s << false;
+}
+
+void ScreenshotRequestTest::fileThatIsNotOurs()
+{
+    QFETCH(const QString, kind);
+    QFETCH(const bool, isRead);
+    QString file = writePicture();
+    if (kind == u"old") {
+        m_portal->savesNow = false;
+        QFile old(file);
+        QVERIFY(old.open(QIODevice::ReadWrite));
+        QVERIFY(old.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                                QFileDevice::FileModificationTime));
+    } else if (kind == u"elsewhere") {
+        const QString folder = QDir::homePath() + u"/Documents"_s;
+        QVERIFY(QDir().mkpath(folder));
+        file = folder + u"/holiday.png"_s;
+        QVERIFY(m_picture.save(file));
+    } else {
+        const QString other = m_folder.filePath(u"other"_s);
+        const QByteArray name = QFile::encodeName(other);
+        QFile::remove(other);
+        QVERIFY(kind == u"pipe" ? mkfifo(name.constData(), 0600) == 0 : QFile::link(file, other));
+        file = other;
+    }
+    m_portal->uri = QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded);
+    QCOMPARE(answer(), std::optional(isRead ? m_picture : QImage()));
+    QVERIFY(QFileInfo::exists(file));
+}
+
+void ScreenshotRequestTest::noteLastsUntilTheAnswer()
+{
+    const auto notes = [] {
+        return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                    u"/vellora/awaited-pictures"_s)
+            .entryList(QDir::Files);
+    };
+    FakeSystemLog log;
+    removeLeftPictures(log);
+    QCOMPARE(notes(), QStringList());
+    writePicture();
+    {
+        ScreenshotRequest request([](const QImage &, const QString &) {});
+        QCOMPARE(notes().size(), 1);
+    }
+    QCOMPARE(answer(), std::optional(m_picture));
+    QCOMPARE(notes().size(), 1);
+    removeLeftPictures(log);
+    QCOMPARE(notes(), QStringList());
+    QCOMPARE(log.lines, QStringList());
+}
+
+void ScreenshotRequestTest::pictureThatNobodyDeleted_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<int>("secondsAfter");
+    QTest::addColumn<bool>("isRemoved");
+    QTest::newRow("GNOME's") << QStringList{u"Screenshot-3.png"_s} << 1 << true;
+    QTest::newRow("KDE's") << QStringList{u"Screenshot_20230131_235959.png"_s} << 1 << true;
+    QTest::newRow("the user's") << QStringList{u"Screenshot from 2023-01-31 23-59-59.png"_s} << 1
+                                << false;
+    QTest::newRow("older") << QStringList{u"Screenshot.png"_s} << -60 << false;
+    QTest::newRow("much later") << QStringList{u"Screenshot.png"_s} << 60 << false;
+    QTest::newRow("one of two") << QStringList{u"Screenshot.png"_s, u"Screenshot-1.png"_s} << 1
+                                << false;
+}
+
+void ScreenshotRequestTest::pictureThatNobodyDeleted()
+{
+    QFETCH(const QStringList, names);
+    QFETCH(const int, secondsAfter);
+    QFETCH(const bool, isRemoved);
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    QVERIFY(QDir().mkpath(folder));
+    // The run that asked, and ended at once.
+    const AwaitedPicture awaited;
+    QStringList files;
+    for (const QString &name : names) {
+        files << folder + u'/' + name;
+        QVERIFY(m_picture.save(files.constLast()));
+        QFile file(files.constLast());
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(awaited.askedAt().addSecs(secondsAfter),
+                                 QFileDevice::FileModificationTime));
+    }
+    FakeSystemLog log;
+    removeLeftPictures(log);
+    QCOMPARE(log.lines.size(), isRemoved ? 1 : 0);
+    for (const QString &file : std::as_const(files)) {
+        QCOMPARE(QFile::exists(file), !isRemoved);
+        QFile::remove(file);
+    }
+    // Told and done once.
+    log.lines.clear();
+    removeLeftPictures(log);
+    QCOMPARE(log.lines, QStringList());
 }
 
 void ScreenshotRequestTest::portalEnds()

@@ -3,8 +3,11 @@
 own choice."""
 
 import os
+import signal
 import unittest
 from pathlib import Path
+
+from gi.repository import Gio
 
 from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
@@ -15,6 +18,8 @@ from support.program import Program, activate_action, is_dimmed, is_on_bus, is_u
 from support.waiting import holds_for, wait_until
 from support.wayland_tests import TEXT, ClipboardTests
 
+MEDIA_KEYS = "org.gnome.settings-daemon.plugins.media-keys"
+OUR_PLACE = "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/vellora/"
 PICTURES = Path(os.environ["HOME"]) / "Pictures"
 
 def drawn_box(window, before, least_height):
@@ -75,6 +80,36 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
                 assert_captures("super+shift+o")
                 self.assertEqual(page.said(f"key {QT_O}"), [])
             wait_until("the shortcut to be free", lambda: grabbed_keys() == others)
+
+    def test_shortcut_is_freed_after_a_kill(self):
+        others = wait_until("the settings daemon's own keys", grabbed_keys)
+        killed = Program({"hotkeyEnabled": "true"})
+        killed.start()
+        wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
+        killed.process.send_signal(signal.SIGKILL)
+        killed.wait_for_end()
+        wait_until("the name's release", lambda: not is_on_bus())
+        self.assertEqual(grabbed_keys(), others + 1)
+        with Program({}):
+            wait_until("the shortcut to be free", lambda: grabbed_keys() == others)
+
+    def test_a_key_of_the_users_at_our_place_stays(self):
+        mine = Gio.Settings.new_with_path(f"{MEDIA_KEYS}.custom-keybinding", OUR_PLACE)
+        listed = Gio.Settings.new(MEDIA_KEYS)
+        others = wait_until("the settings daemon's own keys", grabbed_keys)
+        mine.set_string("command", "true")
+        mine.set_string("binding", "<Control><Alt>k")
+        listed.set_strv("custom-keybindings", [OUR_PLACE])
+        Gio.Settings.sync()
+        wait_until("the user's key", lambda: grabbed_keys() == others + 1)
+        with Program({"hotkeyEnabled": "true"}):
+            wait_until("the shortcut", lambda: grabbed_keys() == others + 2)
+        wait_until("the user's key alone", lambda: grabbed_keys() == others + 1)
+        self.assertEqual(mine.get_string("command"), "true")
+        self.assertEqual(listed.get_strv("custom-keybindings"), [OUR_PLACE])
+        listed.reset("custom-keybindings")
+        Gio.Settings.sync()
+        wait_until("no key of the user's", lambda: grabbed_keys() == others)
 
     def test_no_picture_is_left_behind(self):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppDelegate.h"
+#include "Settings.h"
 #include "Support/FakePlatform.h"
 
 #include <QAction>
@@ -20,6 +21,7 @@ class LaunchTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void removesLeftoversBeforeItListens();
     void showsTheStatusItem();
     void touchesNoPermissionAtLaunch();
     void startsTheUpdaterAfterFiveSeconds();
@@ -63,6 +65,17 @@ QAction *LaunchTest::menuAction(const QString &title)
         }
     }
     return nullptr;
+}
+
+void LaunchTest::removesLeftoversBeforeItListens()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    int tapsThen = -1;
+    m_platform->leftovers().add([&] { tapsThen = m_platform->keyTap.createCount; });
+    m_delegate->applicationDidFinishLaunching();
+    QCOMPARE(tapsThen, 0);
+    QCOMPARE(m_platform->keyTap.createCount, 1);
+    Settings::shared().setHotkeyEnabled(false);
 }
 
 void LaunchTest::showsTheStatusItem()

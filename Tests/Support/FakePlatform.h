@@ -48,6 +48,7 @@ public:
 
     /// Reads the file of the user defaults anew, as a restart does.
     void reloadUserDefaults();
+    Leftovers &leftovers() { return m_platform.leftovers; }
     UserDefaults &userDefaults() { return *m_platform.userDefaults; }
 
     /// Cancels the selections that a test left open and lets what keeps them go.

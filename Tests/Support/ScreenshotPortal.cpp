@@ -2,7 +2,10 @@
 #include "Support/ScreenshotPortal.h"
 
 #include <QDBusMessage>
+#include <QDateTime>
+#include <QFile>
 #include <QTimer>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +58,13 @@ QDBusObjectPath ScreenshotPortal::Screenshot(const QString &parent, const QVaria
     const QString request = u"%1/request/%2/%3"_s.arg(path, sender.replace(u'.', u'_'), token);
     requests << request;
     const QDBusMessage answer = answerAt(request);
+    if (savesNow && QUrl(uri).isLocalFile()) {
+        // As if the picture had just been saved.
+        QFile file(QUrl(uri).toLocalFile());
+        if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
+            file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+        }
+    }
     if (!laterUris.isEmpty()) {
         uri = laterUris.takeFirst();
     }

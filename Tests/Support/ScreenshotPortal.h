@@ -25,6 +25,8 @@ public:
     bool endsSilently = false;
     /// Whether it never answers.
     bool isSilent = false;
+    /// Whether the file that it tells of is made new, as that of a real portal is.
+    bool savesNow = true;
     /// As portals before 0.9 did: they made up the place of the answer, and told it first.
     bool ignoresTokens = false;
     QString parentWindow;

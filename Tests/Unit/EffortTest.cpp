@@ -80,6 +80,7 @@ private Q_SLOTS:
     {
         Effort effort({}, 100ms, &testClock);
         const Effort::Share share(&effort);
+        effort.beginReading();
         taken += 25ms;
         checkOften();
         taken += 1ms;
@@ -87,6 +88,31 @@ private Q_SLOTS:
         effort.foundText();
         checkOften();
         taken += 75ms;
+        QVERIFY_THROWS_EXCEPTION(Spent, checkOften());
+    }
+
+    void findingLinesMayTakeAllTheTime()
+    {
+        Effort effort({}, 100ms, &testClock);
+        const Effort::Share share(&effort);
+        taken += 60ms;
+        checkOften();
+        effort.beginReading();
+        taken += 25ms;
+        checkOften();
+        taken += 1ms;
+        QVERIFY_THROWS_EXCEPTION(Spent, checkOften());
+        effort.foundText();
+        checkOften();
+        taken += 15ms;
+        QVERIFY_THROWS_EXCEPTION(Spent, checkOften());
+    }
+
+    void findingLinesTakesNoMoreThanAllTheTime()
+    {
+        Effort effort({}, 100ms, &testClock);
+        const Effort::Share share(&effort);
+        taken += 101ms;
         QVERIFY_THROWS_EXCEPTION(Spent, checkOften());
     }
 

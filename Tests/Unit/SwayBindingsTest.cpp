@@ -2,6 +2,7 @@
 #include "Platform/Sway/SwayBindings.h"
 
 #include "Platform/KeyTap.h"
+#include "Platform/Sway/SwayBindingRecord.h"
 
 #include <QTest>
 
@@ -20,6 +21,9 @@ private Q_SLOTS:
     void text();
     void bindings_data();
     void bindings();
+    void record();
+    void damagedRecords_data();
+    void damagedRecords();
 };
 
 void SwayBindingsTest::text()
@@ -70,6 +74,36 @@ void SwayBindingsTest::bindings()
     QFETCH(const QString, config);
     QFETCH(const bool, taken);
     QCOMPARE(swayConfigBinds(config, shiftSuperO), taken);
+}
+
+void SwayBindingsTest::record()
+{
+    const QByteArray socket = "/run/user/1000/sway-ipc.1000.1234.sock";
+    const QByteArray text = SwayBindingRecord::text(shiftSuperO, socket);
+    QCOMPARE(SwayBindingRecord::parsed(text, socket), std::optional(shiftSuperO));
+    // The sway of another session has none of it.
+    QCOMPARE(SwayBindingRecord::parsed(text, "/run/user/1000/sway-ipc.1000.5678.sock"),
+             std::nullopt);
+    QCOMPARE(SwayBindingRecord::parsed(text, QByteArray()), std::nullopt);
+}
+
+void SwayBindingsTest::damagedRecords_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("no JSON") << QByteArray("\0\xff{", 3);
+    QTest::newRow("a list") << QByteArray("[1]");
+    QTest::newRow("no key") << QByteArray(R"({"socket":"s","flags":0})");
+    QTest::newRow("a command") << QByteArray(R"({"socket":"s","keycode":"32; exec true"})");
+    QTest::newRow("no such key") << QByteArray(R"({"socket":"s","keycode":256})");
+    QTest::newRow("below") << QByteArray(R"({"socket":"s","keycode":-1})");
+    QTest::newRow("a fraction") << QByteArray(R"({"socket":"s","keycode":1e300})");
+}
+
+void SwayBindingsTest::damagedRecords()
+{
+    QFETCH(const QByteArray, text);
+    QCOMPARE(SwayBindingRecord::parsed(text, "s"), std::nullopt);
 }
 
 QTEST_GUILESS_MAIN(SwayBindingsTest)

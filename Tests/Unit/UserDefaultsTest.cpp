@@ -10,9 +10,38 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+/// While it lives, no file of this process can grow: writing fails as on a disk without room, for
+/// the superuser too.
+class FullDisk
+{
+public:
+    FullDisk()
+        : m_signal(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &m_limit);
+        const rlimit none{.rlim_cur = 0, .rlim_max = m_limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_limit);
+        std::signal(SIGXFSZ, m_signal);
+    }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    void (*m_signal)(int);
+    rlimit m_limit{};
+};
+} // namespace
 
 class UserDefaultsTest : public QObject
 {
@@ -39,6 +68,9 @@ private Q_SLOTS:
     void gatheredValuesComeWithTime();
     void laterWritesWin();
     void aFailedWriteIsToldOnce();
+    void aFullDiskLosesNothing();
+    void aDamagedFileOnAFullDiskStays();
+    void anEarlierCopyOutlivesAFullDisk();
 
 private:
     QString path() const { return m_folder->filePath(u"vellora/vellora.ini"_s); }
@@ -249,6 +281,57 @@ void UserDefaultsTest::aFailedWriteIsToldOnce()
     defaults.set(u"outputMode"_s, u"popup"_s);
     QCOMPARE(told, 1);
     QCOMPARE(defaults.string(u"outputMode"_s), u"popup"_s);
+}
+
+void UserDefaultsTest::aFullDiskLosesNothing()
+{
+    put("[General]\na=1\noutputMode=popup\n");
+    UserDefaults defaults(path());
+    {
+        const FullDisk fullDisk;
+        QVERIFY(!defaults.set(u"outputMode"_s, u"both"_s));
+        QCOMPARE(defaults.string(u"outputMode"_s), u"both"_s);
+        QVERIFY(!defaults.set(u"b"_s, true));
+        QCOMPARE(content(), "[General]\na=1\noutputMode=popup\n");
+        defaults.revert(u"outputMode"_s);
+        QCOMPARE(defaults.string(u"outputMode"_s), u"popup"_s);
+    }
+    // Once there is room again, what was taken back is not written after all; the rest is.
+    QVERIFY(defaults.set(u"c"_s, true));
+    defaults.flush();
+    UserDefaults again(path());
+    QCOMPARE(again.string(u"outputMode"_s), u"popup"_s);
+    QCOMPARE(again.string(u"a"_s), u"1"_s);
+    QVERIFY(again.boolean(u"b"_s));
+    QVERIFY(again.boolean(u"c"_s));
+}
+
+void UserDefaultsTest::aDamagedFileOnAFullDiskStays()
+{
+    const QByteArray damaged = "[General]\noutputMode=popup\nthis line is none\n";
+    put(damaged);
+    UserDefaults defaults(path());
+    {
+        const FullDisk fullDisk;
+        QVERIFY(!defaults.set(u"a"_s, true));
+        QCOMPARE(content(), damaged);
+        QVERIFY(content(u".damaged"_s).isEmpty());
+    }
+    QVERIFY(defaults.set(u"a"_s, true));
+    QCOMPARE(content(u".damaged"_s), damaged);
+}
+
+void UserDefaultsTest::anEarlierCopyOutlivesAFullDisk()
+{
+    put("[General]\nthis line is none\n");
+    QVERIFY(UserDefaults(path()).set(u"a"_s, true));
+    const QByteArray copy = content(u".damaged"_s);
+    QVERIFY(!copy.isEmpty());
+    put("[General]\nneither is this\n");
+    UserDefaults defaults(path());
+    const FullDisk fullDisk;
+    QVERIFY(!defaults.set(u"a"_s, false));
+    QCOMPARE(content(u".damaged"_s), copy);
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <QStringList>
 
+#include <algorithm>
+#include <array>
 #include <gio/gio.h>
 #include <memory>
 
@@ -16,8 +18,12 @@ namespace {
 constexpr auto listSchema = "org.gnome.settings-daemon.plugins.media-keys";
 constexpr auto listKey = "custom-keybindings";
 constexpr auto entrySchema = "org.gnome.settings-daemon.plugins.media-keys.custom-keybinding";
-constexpr auto entryPath =
-    "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/vellora/";
+/// Where an entry of ours may stand. More than one, as a user may have made the first their own.
+constexpr std::array entryPaths{
+    "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/vellora/",
+    "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/vellora-2/",
+    "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/vellora-3/",
+};
 
 struct Unref
 {
@@ -64,6 +70,57 @@ void set(GSettings *entry, const char *key, const QString &value)
     g_settings_set_string(entry, key, value.toUtf8().constData());
 }
 
+QString get(GSettings *entry, const char *key)
+{
+    const std::unique_ptr<gchar, decltype(&g_free)> value(g_settings_get_string(entry, key),
+                                                          g_free);
+    return QString::fromUtf8(value.get());
+}
+
+Settings entryAt(const char *path)
+{
+    return Settings(g_settings_new_with_path(entrySchema, path));
+}
+
+/// What an entry of ours runs. By this it is told from one that a user put in its place.
+QString ourCommand()
+{
+    return u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName());
+}
+
+/// The first place where there is no entry but perhaps one of ours; null when users have them all.
+const char *placeForOurs()
+{
+    const auto isFree = [](const char *path) {
+        const QString command = get(entryAt(path).get(), "command");
+        return command.isEmpty() || command == ourCommand();
+    };
+    const auto place = std::ranges::find_if(entryPaths, isFree);
+    return place == entryPaths.end() ? nullptr : *place;
+}
+
+/// Takes every entry of ours out of the settings; writes nothing where there is none.
+void removeOurs()
+{
+    const Settings list(g_settings_new(listSchema));
+    QStringList paths = entries(list.get());
+    bool wasListed = false;
+    for (const char *path : entryPaths) {
+        const Settings entry = entryAt(path);
+        if (get(entry.get(), "command") != ourCommand()) {
+            continue;
+        }
+        wasListed = paths.removeAll(QLatin1StringView(path)) > 0 || wasListed;
+        for (const char *key : {"name", "command", "binding"}) {
+            g_settings_reset(entry.get(), key);
+        }
+    }
+    if (wasListed) {
+        setEntries(list.get(), paths);
+    }
+    g_settings_sync();
+}
+
 /// As GTK writes it, such as "<Shift><Super>o"; empty for a key without a name.
 QString accelerator(const KeyCombination &combination)
 {
@@ -82,16 +139,12 @@ QString accelerator(const KeyCombination &combination)
 
 CustomKey::~CustomKey()
 {
-    const Settings list(g_settings_new(listSchema));
-    QStringList paths = entries(list.get());
-    if (paths.removeAll(QLatin1StringView(entryPath)) > 0) {
-        setEntries(list.get(), paths);
-    }
-    const Settings entry(g_settings_new_with_path(entrySchema, entryPath));
-    for (const char *key : {"name", "command", "binding"}) {
-        g_settings_reset(entry.get(), key);
-    }
-    g_settings_sync();
+    removeOurs();
+}
+
+void CustomKey::removeLeftover()
+{
+    removeOurs();
 }
 
 bool CustomKey::isOffered()
@@ -102,18 +155,21 @@ bool CustomKey::isOffered()
 bool CustomKey::setCombination(const KeyCombination &combination)
 {
     const QString binding = accelerator(combination);
-    const Settings entry(g_settings_new_with_path(entrySchema, entryPath));
+    const char *path = placeForOurs();
+    if (!path) {
+        return false;
+    }
+    const Settings entry = entryAt(path);
     set(entry.get(), "name",
         u"%1: %2"_s.arg(QCoreApplication::applicationName(),
                         QCoreApplication::translate("GlobalAccelKey", "Capture Text")));
-    set(entry.get(), "command",
-        u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName()));
+    set(entry.get(), "command", ourCommand());
     set(entry.get(), "binding", binding);
     const Settings list(g_settings_new(listSchema));
     QStringList paths = entries(list.get());
-    if (!paths.contains(QLatin1StringView(entryPath))) {
+    if (!paths.contains(QLatin1StringView(path))) {
         // Only now: the daemon reads the entry when it sees it listed.
-        setEntries(list.get(), paths << QLatin1StringView(entryPath));
+        setEntries(list.get(), paths << QLatin1StringView(path));
     }
     g_settings_sync();
     return !binding.isEmpty();

@@ -7,7 +7,7 @@
 /// it: our action "capture" over the session bus. So no callback hears of a press.
 ///
 /// A program that is killed leaves the shortcut; it then starts the program, where that is
-/// installed, until its next end.
+/// installed, until the next start removes it.
 class CustomKey : public KeyTap::Tap
 {
 public:
@@ -20,7 +20,11 @@ public:
     /// Whether GNOME has such settings here.
     static bool isOffered();
 
-    /// False for a key without a name in the layout in use. The daemon tells nobody of a
-    /// combination that it cannot have.
+    /// Takes out of the settings what a program that was killed left there: entries at our places
+    /// that run our command. Nothing where GNOME has no such settings.
+    static void removeLeftover();
+
+    /// False for a key without a name in the layout in use, or when the user has put other entries
+    /// at all our places. The daemon tells nobody of a combination that it cannot have.
     bool setCombination(const KeyCombination &combination) override;
 };

@@ -154,8 +154,13 @@ bool GlobalAccelKey::bind()
 void GlobalAccelKey::unbind()
 {
     if (std::exchange(m_isBound, false)) {
-        ask(u"unregister"_s, {componentName(), actionName});
+        removeLeftover();
     }
+}
+
+void GlobalAccelKey::removeLeftover()
+{
+    ask(u"unregister"_s, {componentName(), actionName});
 }
 
 void GlobalAccelKey::globalShortcutPressed(const QString &component, const QString &action,

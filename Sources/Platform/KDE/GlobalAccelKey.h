@@ -7,7 +7,7 @@
 #include <QObject>
 
 /// One combination that kglobalaccel keeps for us, as the action "capture" of the program. A
-/// program that is killed leaves it taken until its next start or the session's end.
+/// program that is killed leaves it taken until its next start removes it, or the session's end.
 class GlobalAccelKey : public QObject, public KeyTap::Tap
 {
     Q_OBJECT
@@ -18,6 +18,9 @@ public:
     ~GlobalAccelKey() override;
 
     bool setCombination(const KeyCombination &combination) override;
+
+    /// Gives back what a program that was killed left taken; nothing where it left nothing.
+    static void removeLeftover();
 
 private Q_SLOTS:
     void globalShortcutPressed(const QString &component, const QString &action, qlonglong time);

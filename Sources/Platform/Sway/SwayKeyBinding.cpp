@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Sway/SwayKeyBinding.h"
 
+#include "Platform/Sway/SwayBindingRecord.h"
 #include "Platform/Wayland/WaylandKeyboard.h"
 
 #include <QCoreApplication>
@@ -22,6 +23,25 @@ QString nextCommand()
 {
     static int number = 0;
     return u"nop vellora %1 %2"_s.arg(QCoreApplication::applicationPid()).arg(++number);
+}
+
+/// Whether the configuration that sway uses binds the combination.
+bool isTaken(SwayConnection &connection, const SwayKey &key)
+{
+    const QString config = connection.request(SwayConnection::Request::GetConfig)
+                               .object()
+                               .value("config"_L1)
+                               .toString();
+    return swayConfigBinds(config, key);
+}
+
+void unbindAll(SwayConnection &connection, const SwayKey &key)
+{
+    for (const QStringList &locks : lockVariants()) {
+        // Where there is none, after a reload, sway answers with an error that concerns nobody.
+        connection.run(u"unbindcode %1"_s.arg(swayKeyText(key, locks)));
+    }
+    SwayBindingRecord::clear();
 }
 } // namespace
 
@@ -56,10 +76,11 @@ bool SwayKeyBinding::bind()
     for (const QString &name : keyboard.keysymNames(m_combination.keyCode)) {
         key.keysyms << name.toLower();
     }
-    if (isTaken(key)) {
+    if (isTaken(m_connection, key)) {
         return false;
     }
     m_bound = key;
+    SwayBindingRecord::write(key);
     const bool isBound = std::ranges::all_of(lockVariants(), [&](const QStringList &locks) {
         // By the key's place: what a layout prints on it does not matter.
         return m_connection.run(
@@ -73,23 +94,24 @@ bool SwayKeyBinding::bind()
 
 void SwayKeyBinding::unbind()
 {
-    const auto bound = std::exchange(m_bound, std::nullopt);
-    if (!bound) {
-        return;
-    }
-    for (const QStringList &locks : lockVariants()) {
-        // Where there is none, after a reload, sway answers with an error that concerns nobody.
-        m_connection.run(u"unbindcode %1"_s.arg(swayKeyText(*bound, locks)));
+    if (const auto bound = std::exchange(m_bound, std::nullopt)) {
+        unbindAll(m_connection, *bound);
     }
 }
 
-bool SwayKeyBinding::isTaken(const SwayKey &key)
+void SwayKeyBinding::removeLeftover()
 {
-    const QString config = m_connection.request(SwayConnection::Request::GetConfig)
-                               .object()
-                               .value("config"_L1)
-                               .toString();
-    return swayConfigBinds(config, key);
+    const auto left = SwayBindingRecord::read();
+    if (!left) {
+        return;
+    }
+    SwayConnection connection;
+    if (isTaken(connection, *left)) {
+        // The configuration was read anew meanwhile: the binding is the user's.
+        SwayBindingRecord::clear();
+        return;
+    }
+    unbindAll(connection, *left);
 }
 
 void SwayKeyBinding::handle(SwayEvents::Type type, const QJsonObject &event)

@@ -13,7 +13,7 @@
 /// One combination, bound at run time to a command that does nothing but be told of.
 ///
 /// Sway forgets such bindings when it reads its configuration again; they are made anew then. A
-/// program that is killed leaves its binding behind until that, or until its next start.
+/// program that is killed leaves its binding behind until that, or until its next start removes it.
 class SwayKeyBinding : public KeyTap::Tap
 {
 public:
@@ -23,10 +23,13 @@ public:
 
     bool setCombination(const KeyCombination &combination) override;
 
+    /// Takes away the binding that a program that was killed left in this sway, unless the user's
+    /// configuration binds the combination by now.
+    static void removeLeftover();
+
 private:
     bool bind();
     void unbind();
-    bool isTaken(const SwayKey &key);
     void handle(SwayEvents::Type type, const QJsonObject &event);
 
     KeyTap::Callback m_callback;

@@ -1,10 +1,12 @@
 # SPDX-License-Identifier: MIT
 """Tests that are alike on several Wayland desktops, for their test cases to derive from."""
 
+import signal
+
 from .desktop import Clipboard
 from .page import Page
 from .pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
-from .program import Program, wait_until_launched
+from .program import Program, is_on_bus, wait_until_launched
 from .waiting import holds_for, wait_until
 
 TEXT = "Between two worlds"
@@ -31,6 +33,19 @@ class ShortcutTests:
                 wait_until_launched()
                 assert_captures("super+shift+o")
             assert_reaches(page, "super+shift+o")
+
+    def test_shortcut_is_freed_after_a_kill(self):
+        with Page(TEXT) as page:
+            killed = Program(SHORTCUT_ON)
+            killed.start()
+            wait_until_launched()
+            assert_captures("super+shift+o")
+            killed.process.send_signal(signal.SIGKILL)
+            killed.wait_for_end()
+            wait_until("the name's release", lambda: not is_on_bus())
+            with Program({}):
+                wait_until_launched()
+                assert_reaches(page, "super+shift+o")
 
     def test_shortcut_that_is_taken(self):
         with Program({**SHORTCUT_ON, "hotkeyString": self.TAKEN}) as program:
