@@ -29,6 +29,7 @@ private Q_SLOTS:
     void pollsEveryOneAndAHalfSeconds();
     void givesUpAfterTwoMinutes();
     void sharesTheTimeOutBetweenTwoRequests();
+    void pollsOnceAfterTwoRequests();
     void doesNothingWhenGrantedAfterTheTimeOut();
     void staysQuietAtTheTimeOutOnceGranted();
     void tellsARefusalAtOnce();
@@ -149,6 +150,21 @@ void PermissionTest::sharesTheTimeOutBetweenTwoRequests()
     // The second request's own time-out finds nothing left to end.
     m_platform->mainQueue.advance(60s);
     QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+}
+
+void PermissionTest::pollsOnceAfterTwoRequests()
+{
+    button().leftClick();
+    m_platform->mainQueue.advance(1s);
+    button().leftClick();
+    const int before = m_platform->screenRecording.preflightCount;
+    // The first poll would look after half a second more.
+    m_platform->mainQueue.advance(1499ms);
+    QCOMPARE(m_platform->screenRecording.preflightCount, before);
+    m_platform->mainQueue.advance(1ms);
+    QCOMPARE(m_platform->screenRecording.preflightCount, before + 1);
+    m_platform->mainQueue.advance(15s);
+    QCOMPARE(m_platform->screenRecording.preflightCount, before + 11);
 }
 
 void PermissionTest::doesNothingWhenGrantedAfterTheTimeOut()

@@ -21,11 +21,13 @@ private Q_SLOTS:
     void findsItInTheDataFolders();
     void fallsBackToTheBuildTree();
     void endsTheProgramWhenThereIsNone();
+    void theModuleLiesNextToTheProgramFirst();
+    void isFoundOnceByAllThreads();
 
 private:
     QString path(const QString &relative) { return m_folder->filePath(relative); }
     void makeBundle(const QString &parent);
-    void run();
+    void run(const QStringList &arguments = {});
 
     const QString m_bundle = u"/Vellora_Vellora.bundle"_s;
     const QString m_buildPath = QStringLiteral(BUNDLE_PROBE_BUILD_PATH);
@@ -49,10 +51,10 @@ void BundleLookupTest::makeBundle(const QString &parent)
     QVERIFY(QDir().mkpath(parent + m_bundle));
 }
 
-void BundleLookupTest::run()
+void BundleLookupTest::run(const QStringList &arguments)
 {
     QProcess probe;
-    probe.start(path(u"bin/probe"_s), QStringList());
+    probe.start(path(u"bin/probe"_s), arguments);
     QVERIFY(probe.waitForFinished());
     m_output = QString::fromLocal8Bit(probe.readAllStandardOutput()).split(u'\n');
     m_errors = QString::fromLocal8Bit(probe.readAllStandardError());
@@ -111,6 +113,29 @@ void BundleLookupTest::endsTheProgramWhenThereIsNone()
     QVERIFY2(m_errors.contains(u"could not load resource bundle: from %1 or %2"_s.arg(
                  path(u"bin"_s) + m_bundle, m_buildPath)),
              qPrintable(m_errors));
+}
+
+void BundleLookupTest::theModuleLiesNextToTheProgramFirst()
+{
+    makeBundle(path(u"bin"_s));
+    // Not in the resource folder, where the program looks before.
+    makeBundle(path(u"share/vellora"_s));
+    QVERIFY(QDir().mkpath(m_buildPath));
+    run({u"module"_s});
+    QCOMPARE(m_output.value(0), path(u"bin"_s) + m_bundle);
+    QVERIFY(m_ended);
+    QVERIFY(QDir(path(u"bin"_s) + m_bundle).removeRecursively());
+    run({u"module"_s});
+    QCOMPARE(m_output.value(0), m_buildPath);
+}
+
+void BundleLookupTest::isFoundOnceByAllThreads()
+{
+    makeBundle(path(u"share/vellora"_s));
+    run({u"threads"_s});
+    QCOMPARE(m_output.value(0), path(u"share/vellora"_s) + m_bundle);
+    QCOMPARE(m_output.value(1), u"same"_s);
+    QVERIFY(m_ended);
 }
 
 QTEST_GUILESS_MAIN(BundleLookupTest)

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void writesAtOnce();
     void repeatsEveryStepForTheSameValue();
     void togglesTheLoginItem();
+    void storesBeforeItRegistersTheLoginItem();
     void logsAFailingLoginItem();
     void isOneSharedInstance();
     void namesOutputModes();
@@ -260,6 +261,18 @@ void SettingsTest::togglesTheLoginItem()
     settings.setHotkeyEnabled(true);
     QCOMPARE(m_platform->loginItem.requests.size(), 2);
     QVERIFY(m_platform->systemLog.lines.isEmpty());
+}
+
+void SettingsTest::storesBeforeItRegistersTheLoginItem()
+{
+    Settings settings;
+    int asked = 0;
+    m_platform->loginItem.onRequest = [&] {
+        ++asked;
+        QVERIFY(m_platform->userDefaults().boolean(u"launchAtLogin"_s));
+    };
+    settings.setLaunchAtLogin(true);
+    QCOMPARE(asked, 1);
 }
 
 void SettingsTest::logsAFailingLoginItem()
