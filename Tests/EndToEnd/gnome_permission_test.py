@@ -9,7 +9,8 @@ from pathlib import Path
 
 from support import desktop, main
 from support.desktop import key, screenshot
-from support.gnome import answer, dialog_button, grabbed_keys, set_permission, stored_permission
+from support.gnome import (allow_shortcut, answer, dialog_button, grabbed_keys, set_permission,
+                           stored_permission)
 from support.page import Page
 from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus, is_unchanged,
                              settled_screenshot)
@@ -89,6 +90,7 @@ class GnomePermissionTest(unittest.TestCase):
     def test_allow_with_another_window_in_front(self):
         with Page(TEXT):
             self.start(AUTOSTART, hotkeyEnabled="true")
+            allow_shortcut()
             before = screenshot()
             activate_action("capture")
             answer("Allow")
@@ -180,6 +182,7 @@ class GnomePermissionTest(unittest.TestCase):
         with Page(TEXT):
             others = grabbed_keys()
             self.start(hotkeyEnabled="true")
+            allow_shortcut()
             wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
             before = screenshot()
             key("super+shift+o")

@@ -11,7 +11,7 @@ from gi.repository import Gio
 
 from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
-from support.gnome import answer, grabbed_keys, set_permission
+from support.gnome import allow_shortcut, answer, grabbed_keys, set_permission
 from support.page import Page
 from support.pressing import QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
@@ -76,6 +76,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
         with Page(TEXT) as page:
             others = wait_until("the settings daemon's own keys", grabbed_keys)
             with Program({"outputMode": "clipboard", "hotkeyEnabled": "true"}):
+                allow_shortcut()
                 wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
                 assert_captures("super+shift+o")
                 self.assertEqual(page.said(f"key {QT_O}"), [])

@@ -5,6 +5,7 @@ desktop. Programs under test see nothing of that."""
 import atexit
 import json
 import tempfile
+from pathlib import Path
 
 import dbus
 import numpy
@@ -193,10 +194,30 @@ _BUTTON = """(() => {{
 }})()"""
 
 
+# From GNOME 48 on dialogs are windows of these programs. Where their buttons are, in points.
+_WINDOW_BUTTONS = {
+    "Deny": ("xdg-desktop-portal-gnome",
+             lambda frame: Box(frame.x + 24, frame.bottom - 68, frame.width // 2 - 30, 44)),
+    "Allow": ("xdg-desktop-portal-gnome",
+              lambda frame: Box(frame.middle[0] + 6, frame.bottom - 68, frame.width // 2 - 30, 44)),
+    "Add": ("org.gnome.Settings.GlobalShortcutsProvider",
+            lambda frame: Box(frame.right - 69, frame.y + 6, 63, 34)),
+}
+
+
+def _window_button(name):
+    owner, place = _WINDOW_BUTTONS[name]
+    # Drawn once it has the keyboard; of no size before.
+    frames = [Box(*each["frame"]) for each in _windows() if each["owner"] == owner and each["active"]]
+    return _in_pixels(place(frames[0])) if frames and frames[0].width else None
+
+
 def dialog_button(name):
-    """Where the button is, while the shell's dialog is there."""
+    """Where the button is, while the desktop's dialog is there."""
     sides = ask(_BUTTON.format(name=name))
-    return _in_pixels(sides) if sides and None not in sides else None
+    if sides and None not in sides:
+        return _in_pixels(sides)
+    return _window_button(name)
 
 
 def answer(name):
@@ -210,6 +231,12 @@ def answer(name):
     press()
     release()
     wait_until("the dialog's end", lambda: dialog_button(name) is None)
+
+
+def allow_shortcut():
+    """Answers GNOME's question for it, which comes from the version on that has a portal for it."""
+    if "GlobalShortcuts" in Path("/usr/share/xdg-desktop-portal/portals/gnome.portal").read_text():
+        answer("Add")
 
 
 def grabbed_keys():
@@ -278,7 +305,7 @@ def _in_pixels(box):
 _WINDOWS = """(() => {
     const box = r => [r.x, r.y, r.width, r.height];
     return global.get_window_actors().map(a => a.meta_window).map(w => ({
-        id: w.get_id(), title: w.title, frame: box(w.get_frame_rect()),
+        id: w.get_id(), title: w.title, owner: w.get_wm_class(), frame: box(w.get_frame_rect()),
         placed: w.get_compositor_private().visible, active: w.has_focus(), listed: !w.skip_taskbar}));
 })()"""
 
