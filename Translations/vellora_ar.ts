@@ -55,6 +55,10 @@
         <source>Settings cannot be saved: “%1” cannot be written</source>
         <translation>تعذّر حفظ الإعدادات: لا يمكن الكتابة في «%1»</translation>
     </message>
+    <message>
+        <source>There is not enough memory. Close some programs and try again.</source>
+        <translation>لا توجد ذاكرة كافية. أغلق بعض البرامج ثم أعد المحاولة.</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>

@@ -55,6 +55,10 @@
         <source>Settings cannot be saved: “%1” cannot be written</source>
         <translation>Die Einstellungen können nicht gespeichert werden: „%1“ ist nicht beschreibbar</translation>
     </message>
+    <message>
+        <source>There is not enough memory. Close some programs and try again.</source>
+        <translation>Es ist nicht genug Speicher frei. Schließen Sie einige Programme und versuchen Sie es erneut.</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>
