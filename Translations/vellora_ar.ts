@@ -63,6 +63,10 @@
         <source>The text could not be copied: the desktop gave Vellora no keyboard</source>
         <translation>تعذّر نسخ النص: لم يمنح سطح المكتب لوحة المفاتيح لـ Vellora</translation>
     </message>
+    <message>
+        <source>There is not enough memory. Close some programs and try again.</source>
+        <translation>لا توجد ذاكرة كافية. أغلق بعض البرامج ثم أعد المحاولة.</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>

@@ -63,6 +63,10 @@
         <source>The text could not be copied: the desktop gave Vellora no keyboard</source>
         <translation>Der Text konnte nicht kopiert werden: Der Desktop gab Vellora die Tastatur nicht</translation>
     </message>
+    <message>
+        <source>There is not enough memory. Close some programs and try again.</source>
+        <translation>Es ist nicht genug Speicher frei. Schließen Sie einige Programme und versuchen Sie es erneut.</translation>
+    </message>
 </context>
 <context>
     <name>DesktopPlatform</name>

@@ -3,6 +3,7 @@
 
 set(VELLORA_SANITIZE "" CACHE STRING "Value for -fsanitize=, such as address,undefined or thread")
 option(VELLORA_COVERAGE "Instrument for gcov" OFF)
+option(VELLORA_FUZZ "Build the fuzzers instead of the tests; only with Clang" OFF)
 # Not for those who build with a compiler that is newer than ours and warns of more.
 option(VELLORA_WARNINGS_AS_ERRORS "Let no warning pass" OFF)
 
@@ -27,6 +28,11 @@ if(VELLORA_SANITIZE)
   add_link_options(-fsanitize=${VELLORA_SANITIZE})
   # GCC 12 takes the temporaries of its own instrumentation for uninitialized variables.
   add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+endif()
+
+if(VELLORA_FUZZ)
+  # Tells libFuzzer what an input reached.
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(VELLORA_COVERAGE)

@@ -98,6 +98,17 @@ void AppDelegate::settingsWriteDidFail()
     }
 }
 
+void AppDelegate::memoryDidEnd()
+{
+    Platform::current().systemLog->log(u"Vellora: out of memory"_s);
+    if (const auto button = statusItemButton()) {
+        show(StatusMark{u"exclamationmark.triangle"_s, tr("Error"),
+                        tr("There is not enough memory. Close some programs and try again."),
+                        3000ms},
+             button);
+    }
+}
+
 void AppDelegate::setupGlobalHotkey()
 {
     globalHotkey = GlobalHotkey::make([self = QPointer(this)] {

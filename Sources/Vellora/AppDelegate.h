@@ -39,6 +39,9 @@ public:
     /// way.
     bool isIdle() const;
 
+    /// What the user wanted was given up for want of memory, and says so.
+    void memoryDidEnd();
+
     /// Does what a desktop action of this name stands for; unknown names do nothing.
     void performAction(const QString &name);
 
@@ -46,7 +49,7 @@ private:
     void installMainMenu();
     void setupStatusItem();
     void setupGlobalHotkey();
-    /// What the user chose holds until the program ends; that it ends there is told once.
+    /// What the user chose does not hold; that is told once.
     void settingsWriteDidFail();
     /// Says in the settings how to use the program, if no panel shows the status item in time.
     void watchForPanels();

@@ -16,7 +16,8 @@ public:
     static GlobalQueue &shared();
 
     /// Runs `work`, which throws nothing, on a thread of its own, so that nothing waits for what
-    /// was begun before. Throws std::system_error if the system cannot start one.
+    /// was begun before. Throws std::system_error if the system cannot start one, std::bad_alloc if
+    /// there is no memory for it.
     void async(Work work);
     /// Returns when everything has been done.
     void waitForDone();

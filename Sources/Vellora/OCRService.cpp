@@ -136,7 +136,7 @@ void OCRService::recognize(const QImage &image, const Completion &completion,
     try {
         GlobalQueue::shared().async(
             [recognition, image, &recognizer] { recognition->perform(recognizer, image); });
-    } catch (const std::system_error &failure) {
+    } catch (const std::exception &failure) {
         recognition->deliver(OCRError::vision(errorOf(failure)));
     }
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppDelegate.h"
+#include "Application.h"
 #include "OCRService.h"
 #include "Platform/DesktopPlatform.h"
 #include "Platform/Platform.h"
@@ -21,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 /// The application object and its delegate, for the life of the process.
-std::unique_ptr<QApplication> app;
+std::unique_ptr<Application> app;
 std::unique_ptr<AppDelegate> delegate;
 
 /// Runs the program on the desktop that `platform` stands for.
@@ -45,6 +46,11 @@ int run(Platform &platform)
         platform.pasteboard->setString(*text);
     }
     delegate = std::make_unique<AppDelegate>();
+    app->memoryDidEnd = [delegate = QPointer(delegate.get())] {
+        if (delegate) {
+            delegate->memoryDidEnd();
+        }
+    };
     const UpdateRestart updateRestart([] { return delegate->isIdle(); });
     service.setActionHandler([](const QString &action) { delegate->performAction(action); });
     platform.mainQueue->async([] { delegate->applicationDidFinishLaunching(); });
@@ -72,7 +78,7 @@ int main(int argc, char *argv[])
     forbidCoreDumps();
 #endif
     prepareDesktopPlatform();
-    app = std::make_unique<QApplication>(argc, argv);
+    app = std::make_unique<Application>(argc, argv);
     installTranslations();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     int status = 1;

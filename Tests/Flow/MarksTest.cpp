@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include "Application.h"
 #include "CaptureFixture.h"
 #include "Settings.h"
 
 #include <QDir>
 #include <QTest>
+#include <QThread>
 #include <QTranslator>
 
 #include <chrono>
+#include <new>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -28,6 +31,9 @@ private Q_SLOTS:
     void warnsOfAScreenThatCannotBeCovered();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
+    void settingsStayWhatIsStored();
+    void saysThatMemoryHasEnded();
+    void whatMeetsTheEndOfMemoryIsGivenUp();
     void postsWhatThePanelDoesNotShow_data();
     void postsWhatThePanelDoesNotShow();
     void neverPostsRecognizedText();
@@ -211,6 +217,78 @@ void MarksTest::saysOnceThatSettingsCannotBeSaved()
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
 }
 
+void MarksTest::settingsStayWhatIsStored()
+{
+    const QString file = m_platform->userDefaults().filePath();
+    Settings &settings = Settings::shared();
+    settings.setHotkeyString(u"cmd+shift+o"_s);
+    settings.setHotkeyEnabled(false);
+    settings.setLaunchAtLogin(false);
+    m_platform->loginItem.requests.clear();
+    QFile::remove(file);
+    QVERIFY(QDir().mkpath(file + u"/inside"_s));
+
+    settings.setHotkeyEnabled(true);
+    QVERIFY(!settings.hotkeyEnabled());
+    QCOMPARE(m_platform->keyTap.tapCount(), 0);
+    settings.setHotkeyString(u"ctrl+k"_s);
+    QCOMPARE(settings.hotkeyString(), u"cmd+shift+o"_s);
+    settings.setLaunchAtLogin(true);
+    QVERIFY(!settings.launchAtLogin());
+    QCOMPARE(m_platform->loginItem.requests, QStringList());
+    settings.setOutputMode(OutputMode::popupOnly);
+    QCOMPARE(settings.outputMode(), OutputMode::both);
+
+    QVERIFY(QDir(file).removeRecursively());
+    settings.setOutputMode(OutputMode::popupOnly);
+    QCOMPARE(settings.outputMode(), OutputMode::popupOnly);
+    settings.setOutputMode(OutputMode::both);
+}
+
+void MarksTest::saysThatMemoryHasEnded()
+{
+    m_delegate->memoryDidEnd();
+    QCOMPARE(button().currentImage.accessibilityDescription, u"Error"_s);
+    QCOMPARE(button().currentToolTip,
+             u"There is not enough memory. Close some programs and try again."_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
+    m_platform->mainQueue.advance(3s);
+    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
+}
+
+void MarksTest::whatMeetsTheEndOfMemoryIsGivenUp()
+{
+    auto *app = dynamic_cast<Application *>(qApp);
+    QVERIFY(app);
+    int told = 0;
+    bool isToldInVain = false;
+    app->memoryDidEnd = [&] {
+        ++told;
+        if (isToldInVain) {
+            throw std::bad_alloc();
+        }
+    };
+    const auto meetTheEnd = [] {
+        throw std::bad_alloc();
+    };
+    QMetaObject::invokeMethod(app, meetTheEnd, Qt::QueuedConnection);
+    QTRY_COMPARE(told, 1);
+    isToldInVain = true;
+    QMetaObject::invokeMethod(app, meetTheEnd, Qt::QueuedConnection);
+    QTRY_COMPARE(told, 2);
+    // Elsewhere, and told here.
+    isToldInVain = false;
+    QThread thread;
+    QObject elsewhere;
+    elsewhere.moveToThread(&thread);
+    thread.start();
+    QMetaObject::invokeMethod(&elsewhere, meetTheEnd, Qt::QueuedConnection);
+    QTRY_COMPARE(told, 3);
+    thread.quit();
+    thread.wait();
+    app->memoryDidEnd = nullptr;
+}
+
 void MarksTest::postsWhatThePanelDoesNotShow_data()
 {
     QTest::addColumn<StatusItemExposure::Extent>("extent");
@@ -268,5 +346,12 @@ void MarksTest::neverPostsRecognizedText()
     QCOMPARE(m_platform->notifications.posted.size(), 2);
 }
 
-QTEST_MAIN(MarksTest)
+int main(int argc, char *argv[])
+{
+    Application app(argc, argv);
+    QTEST_SET_MAIN_SOURCE_PATH
+    MarksTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "MarksTest.moc"

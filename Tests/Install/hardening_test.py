@@ -39,6 +39,14 @@ class ProgramTest(unittest.TestCase):
             with self.subTest(program=program):
                 self.assertEqual(elf.problems_of_linking(program), [])
 
+    def test_no_library_for_the_network(self):
+        for program in self.programs():
+            with self.subTest(program=program):
+                libraries = elf.needed_libraries(program)
+                self.assertIn("libQt6Core.so.6", libraries)
+                for name in ("Network", "WebSockets", "curl", "soup", "ssl", "gnutls", "nss3"):
+                    self.assertEqual([each for each in libraries if name in each], [])
+
     def test_planted_libraries(self):
         for program in self.programs():
             with self.subTest(program=program), tempfile.TemporaryDirectory() as folder:

@@ -31,6 +31,10 @@ const QList<Family> &families()
           u"Platform/PackageKit"_s, u"Platform/Flatpak"_s}},
         {QRegularExpression(u"^(canberra|pulse/|alsa/)"_s),
          {u"Platform/Freedesktop"_s, u"Platform/Canberra"_s}},
+        // The program speaks to nobody outside the machine.
+        {QRegularExpression(u"^(QtNetwork|QNetwork|QTcp|QUdp|QSsl|QAbstractSocket|QHostAddress|"
+                            "QWebSocket|netinet/|arpa/|netdb\\.h|curl/|libsoup)"_s),
+         {}},
         // Models are read without it.
         {QRegularExpression(u"^(tesseract/|leptonica/|allheaders\\.h)"_s), {}},
     };
@@ -180,6 +184,9 @@ void DependencyRuleTest::violationsAreFound_data()
     row("reader, mechanism", u"VelloraRead/A.cpp"_s, u"#include \"Platform/X11/XcbOverlay.h\""_s,
         false);
     row("reader, program", u"VelloraRead/A.cpp"_s, u"#include \"Vellora/Settings.h\""_s, false);
+    row("mechanism, network", u"Platform/Freedesktop/A.cpp"_s, u"#include <QNetworkRequest>"_s,
+        false);
+    row("program, network", u"Vellora/A.cpp"_s, u"#include <QTcpSocket>"_s, false);
     row("mechanism, own", u"Platform/X11/A.cpp"_s, u"#include <xcb/shm.h>"_s, true);
     row("mechanism, program", u"Platform/X11/A.cpp"_s, u"#include \"Vellora/Settings.h\""_s, false);
     row("mechanism, another's", u"Platform/Freedesktop/A.cpp"_s, u"#include <xcb/xcb.h>"_s, false);
