@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (const auto written = HotkeyString::written(combination)) {
         require(HotkeyString::parsed(*written) == combination, "what is written reads the same");
     }
-    HotkeyString::display(text);
+    HotkeyString::displayString(text);
     HotkeyString::spoken(text);
     return 0;
 }
