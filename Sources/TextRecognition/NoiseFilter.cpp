@@ -2,6 +2,8 @@
 #include "NoiseFilter.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <numeric>
 
 namespace recognition {
 
@@ -126,7 +128,65 @@ bool isNoise(const LineTask &task, const Evidence &page)
            (task.best.characters() < 12 && confidence < 70);
 }
 
+/// What of a line stands at an edge of the page if that cuts small letters, compared with an
+/// average row of it: of tall letters alone, and of tails, there is less.
+constexpr double leastCut = 0.7;
+
+/// Letters that only touch the edge are read as surely as others.
+constexpr double sureThoughCut = 75;
+
+/// What stands as high as two thirds of the next line is not cut by more than a third.
+bool isLower(const TextLine &line, const std::vector<LineTask> &tasks)
+{
+    const TextLine *next = nullptr;
+    for (const LineTask &task : tasks) {
+        const auto apart = [&line](const TextLine &other) {
+            return std::abs(other.box.centreY2() - line.box.centreY2());
+        };
+        if (&task.line() != &line && horizontalOverlap(task.line().box, line.box) > 0 &&
+            (!next || apart(task.line()) < apart(*next))) {
+            next = &task.line();
+        }
+    }
+    return next && 3 * line.letterHeight < 2 * next->letterHeight;
+}
+
+bool isCut(const LineTask &task, int pageHeight)
+{
+    double atEdge = 0;
+    double average = 0;
+    for (const Mark &mark : task.line().marks) {
+        if (mark.rows.empty()) {
+            continue;
+        }
+        average +=
+            std::accumulate(mark.rows.begin(), mark.rows.end(), 0.0) / double(mark.rows.size());
+        if (mark.box.top <= 0) {
+            atEdge += mark.rows.front();
+        } else if (mark.box.bottom >= pageHeight) {
+            atEdge += mark.rows.back();
+        }
+    }
+    return atEdge >= leastCut * average;
+}
+
 } // namespace
+
+void dropCutLines(std::vector<LineTask> &tasks, int pageHeight)
+{
+    std::vector<bool> isKept;
+    for (const LineTask &task : tasks) {
+        isKept.push_back(!isCut(task, pageHeight) ||
+                         (task.best.confidence() >= sureThoughCut && !isLower(task.line(), tasks)));
+    }
+    std::vector<LineTask> kept;
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        if (isKept[i]) {
+            kept.push_back(std::move(tasks[i]));
+        }
+    }
+    tasks = std::move(kept);
+}
 
 void dropNoise(std::vector<LineTask> &tasks)
 {

@@ -241,6 +241,7 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         effort->liftBudget();
     }
     if (!tasks.empty()) {
+        dropCutLines(tasks, page.height);
         dropNoise(tasks);
         dropScenery(tasks, outlined.rows);
     }
