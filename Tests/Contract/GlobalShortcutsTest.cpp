@@ -51,6 +51,7 @@ private Q_SLOTS:
     void programIsNamedBeforeAnythingElse();
     void isOfferedWhereADesktopStandsBehindIt();
     void pressIsHeard();
+    void keysThatAreCalledAFailureButNamed();
     void otherPressesAreNot();
     void keysAreProposed();
     void anotherCombinationTakesAnotherSession();
@@ -155,6 +156,19 @@ void GlobalShortcutsTest::pressIsHeard()
     QTRY_COMPARE(m_presses.size(), 2);
     QVERIFY(m_ends.isEmpty());
     QCOMPARE(m_log.lines, QStringList());
+}
+
+/// As GNOME 48 answers when its user has added the shortcut.
+void GlobalShortcutsTest::keysThatAreCalledAFailureButNamed()
+{
+    m_portal->bindResponse = 2;
+    const auto tap = bound();
+    QVERIFY(tap);
+    QTRY_VERIFY(m_portal->isAnswered());
+    m_portal->press();
+    QTRY_COMPARE(m_presses.size(), 1);
+    QVERIFY(m_ends.isEmpty());
+    QVERIFY(m_portal->closed.isEmpty());
 }
 
 void GlobalShortcutsTest::otherPressesAreNot()

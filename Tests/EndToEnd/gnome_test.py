@@ -55,7 +55,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             activate_action("capture")
             answer("Deny")
             wait_until("the screen of before", lambda: is_unchanged(before))
-            program.logged("Vellora: Screen Recording permission not granted: It was denied .*")
+            program.logged("Vellora: Screen Recording permission not granted: It was denied[ ;].*")
             # Longer than a look at what the user may have changed.
             holds_for("without an overlay", lambda: is_unchanged(before), 2)
             # The settings allow it later: the program sees that by itself.

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -23,6 +24,14 @@ const QString shortcutId = u"capture"_s;
 /// There was no window of ours that the question could belong to.
 const QString noParentWindow;
 constexpr auto noLimit = 0ms;
+
+/// As the portal has bound it; nothing when the answer does not name it.
+std::optional<PortalShortcut> ourShortcut(const QVariantMap &results)
+{
+    const QList<PortalShortcut> bound = portalShortcuts(results.value(u"shortcuts"_s));
+    const auto ours = std::ranges::find(bound, shortcutId, &PortalShortcut::id);
+    return ours == bound.end() ? std::nullopt : std::optional(*ours);
+}
 } // namespace
 
 GlobalShortcutsKey::GlobalShortcutsKey(KeyTap::Callback callback, GivenKeys &given, SystemLog &log,
@@ -102,9 +111,8 @@ void GlobalShortcutsKey::bindShortcut()
           QVariant::fromValue(QList<PortalShortcut>{shortcut}), noParentWindow},
          {}},
         noLimit, [this](const QVariantMap &results) {
-            const QList<PortalShortcut> bound = portalShortcuts(results.value(u"shortcuts"_s));
-            const auto ours = std::ranges::find(bound, shortcutId, &PortalShortcut::id);
-            if (ours == bound.end()) {
+            const auto ours = ourShortcut(results);
+            if (!ours) {
                 end(End::Failed);
                 return;
             }
@@ -118,7 +126,9 @@ void GlobalShortcutsKey::ask(PortalRequest::Call call, std::chrono::milliseconds
     m_request = std::make_unique<PortalRequest>(
         std::move(call), [this, whenGranted = std::move(whenGranted)](PortalAnswer answer,
                                                                       const QVariantMap &results) {
-            if (answer == PortalAnswer::Granted) {
+            // GNOME 48 calls a shortcut that its user has added a failure, but names it.
+            if (answer == PortalAnswer::Granted ||
+                (answer == PortalAnswer::Failed && ourShortcut(results))) {
                 whenGranted(results);
             } else {
                 end(answer == PortalAnswer::Denied ? End::Denied : End::Failed);

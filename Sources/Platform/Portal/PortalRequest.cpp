@@ -22,6 +22,7 @@ const QString service = u"org.freedesktop.portal.Desktop"_s;
 enum Response : uint {
     Success = 0,
     Cancelled = 1,
+    EndedOtherwise = 2,
 };
 
 /// Where the portal answers a call with this token.
@@ -107,6 +108,9 @@ void PortalRequest::respond(uint response, const QVariantMap &results)
         break;
     case Cancelled:
         finish(PortalAnswer::Denied);
+        break;
+    case EndedOtherwise:
+        finish(PortalAnswer::Failed, results);
         break;
     default:
         finish(PortalAnswer::Failed);

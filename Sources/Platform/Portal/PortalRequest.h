@@ -23,7 +23,7 @@ class PortalRequest : public QObject
     Q_OBJECT
 
 public:
-    /// The answer, with what comes with one that is granted.
+    /// The answer, with what comes with one that is granted, or that the portal ended otherwise.
     using Handler = std::function<void(PortalAnswer, const QVariantMap &)>;
 
     /// What to call: `interface` is the part after "org.freedesktop.portal.", `arguments` are those
