@@ -27,6 +27,15 @@ def open_settings():
     return window
 
 
+def wait_until_placed(window):
+    """The program moves it when sway has told what it has made of it."""
+    screen = desktop.SCREENS[0]
+    middle = screen.x + screen.width // 2, (screen.bottom - points(BAR)) // 2
+    wait_until(f"the middle, {middle}", lambda: all(
+        abs(is_at - should) <= 1
+        for is_at, should in zip(desktop.frame_box(window).middle, middle)))
+
+
 def close_settings():
     command(f'[title="^{TITLE}$"] kill')
     wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE), 30)
@@ -45,6 +54,7 @@ class SettingsWindowTest(unittest.TestCase):
         with Program({}):
             wait_until_launched()
             window = open_settings()
+            wait_until_placed(window)
             place = desktop.frame_box(window)
             with Page("covers", place):
                 page, = desktop.windows_titled("Text page")
@@ -58,25 +68,23 @@ class SettingsWindowTest(unittest.TestCase):
         with Program({}):
             wait_until_launched()
             window = open_settings()
-            content, frame = desktop.window_box(window), desktop.frame_box(window)
+            content = desktop.window_box(window)
             self.assertEqual((content.width, content.height), (points(380), points(420)))
-            screen = desktop.SCREENS[0]
-            wait_until(f"the middle, not {frame}", lambda: all(
-                abs(is_at - should) <= 1 for is_at, should in zip(
-                    desktop.frame_box(window).middle,
-                    (screen.x + screen.width // 2, (screen.bottom - points(BAR)) // 2))))
+            wait_until_placed(window)
 
     @unittest.skipUnless(desktop.NAME == "sway", "sway tells all places")
     def test_place_is_remembered(self):
         with Program({}) as program:
             wait_until_launched()
             window = open_settings()
+            wait_until_placed(window)
             command(f"[con_id={window}] move absolute position 100 px 60 px")
             command(f"[con_id={window}] resize set 500 px 450 px")
             moved = wait_until("the new size", lambda: desktop.window_box(window).width
                                > points(480) and desktop.frame_box(window))
             close_settings()
-            self.assertEqual(desktop.frame_box(open_settings()), moved)
+            again = open_settings()
+            wait_until("the place of before", lambda: desktop.frame_box(again) == moved)
             program.quit()
         with Program(None):
             wait_until_launched()
