@@ -96,7 +96,9 @@ class SettingsWindowTest(unittest.TestCase):
         with Program({"settingsWindowFrame": '"{{17, 31}, {400, 500}}"'}):
             wait_until_launched()
             window = open_settings()
-            size = desktop.frame_box(window)
+            # Larger by its borders until the program knows of them.
+            size = wait_until("the size of before", lambda: desktop.frame_box(window)[2:] ==
+                              (points(400), points(500)) and desktop.frame_box(window))
             resize(window, size.width + 60, size.height + 40)
             wait_until("the new size in the file", lambda: stored_frame()[2:] > (440, 0))
             self.assertEqual(stored_frame()[:2], (17, 31))
