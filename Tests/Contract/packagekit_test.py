@@ -173,7 +173,7 @@ class PackageKitTest(unittest.TestCase):
         self.install_old()
         self.publish_new()
         self.assertEqual(self.probe.ask("look")["result"], "available")
-        with self.packagekit.locked("root/var/lib/dpkg/lock"):
+        with self.packagekit.locked("system/var/lib/dpkg/lock"):
             self.probe.tell("install")
             wait_until("waiting for the other one",
                        lambda: any(step.get("progress") == "waiting for others"

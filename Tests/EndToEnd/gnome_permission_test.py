@@ -8,6 +8,7 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
+from support.artifacts import keep
 from support.desktop import key, screenshot
 from support.gnome import (allow_shortcut, answer, dialog_button, grabbed_keys, set_permission,
                            stored_permission)
@@ -27,13 +28,6 @@ DENIED = ("Vellora: Screen Recording permission not granted: It was denied; this
           "Settings, Applications, Vellora, Screenshots.")
 UNANSWERED = ("Vellora: Screen Recording permission not granted: The desktop’s portal was asked, "
               "and gave no picture.")
-
-
-def keep(name):
-    """A picture for people."""
-    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
-    folder.mkdir(parents=True, exist_ok=True)
-    desktop.save(screenshot(), folder / f"{name}.png")
 
 
 def windows():

@@ -2,13 +2,13 @@
 """Plasma's portal takes the pictures where KWin refuses them, as it does a program that no desktop
 entry names: the real xdg-desktop-portal with KDE's part of it."""
 
-import os
 import re
 import unittest
 from pathlib import Path
 
-from support import accessibility, desktop, main, status_notifier
+from support import accessibility, main, status_notifier
 from support.accessibility import control
+from support.artifacts import keep
 from support.built_entry import copied_program
 from support.desktop import Clipboard, Pointer, screenshot
 from support.page import Page
@@ -22,13 +22,6 @@ WINDOW = "Vellora"
 NOT_GRANTED = "Screen Recording permission not granted — left-click to try again"
 REFUSED = ("Vellora: Screen Recording permission not granted: KWin .* {}[.] Install Vellora, .* "
            "The desktop’s portal was asked, and gave no picture[.]")
-
-
-def keep(name):
-    """A picture for people."""
-    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
-    folder.mkdir(parents=True, exist_ok=True)
-    desktop.save(screenshot(), folder / f"{name}.png")
 
 
 class KWinPortalTest(unittest.TestCase):

@@ -63,10 +63,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
 
     def test_result_window_stays_on_the_screen_and_out_of_the_task_bar(self):
         screen = desktop.SCREENS[0]
-        box = Page.usual_box()
-        box = box._replace(x=screen.right - box.width - points(10),
-                           y=screen.bottom - box.height - points(40))
-        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+        with Page(TEXT, Page.corner_box(above=40)) as page, Program({"outputMode": "popup"}) as program:
             program.capture(page.box)
             popup = program.popup()
             wait_until("the result window in the corner",

@@ -2,10 +2,8 @@
 """A desktop without any place for a status item: the program says how to use it all the same, and
 what its marks would say goes out as notifications."""
 
-import os
 import subprocess
 import unittest
-from pathlib import Path
 
 import dbus
 import dbus.service
@@ -13,6 +11,7 @@ from dbus.mainloop.glib import DBusGMainLoop
 from gi.repository import GLib
 
 from support import desktop, main
+from support.artifacts import keep
 from support.desktop import Pointer, key, screenshot
 from support.page import Page
 from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus,
@@ -25,13 +24,6 @@ SETTINGS = "Vellora Settings"
 # The program waits ten seconds for a panel.
 PATIENCE = 40
 FIRST_START = {"outputMode": "clipboard", "missingStatusItemDismissed": "false"}
-
-
-def keep(name):
-    """A picture for people."""
-    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
-    folder.mkdir(parents=True, exist_ok=True)
-    desktop.save(screenshot(), folder / f"{name}@{desktop.NAME}.png")
 
 
 def settings():

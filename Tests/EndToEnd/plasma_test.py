@@ -84,10 +84,7 @@ class PlasmaTest(unittest.TestCase):
 
     def test_result_window_stands_above_the_panel(self):
         screen = desktop.SCREENS[0]
-        box = Page.usual_box()
-        box = box._replace(x=screen.right - box.width - points(10),
-                           y=screen.bottom - box.height - points(60))
-        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+        with Page(TEXT, Page.corner_box(above=60)) as page, Program({"outputMode": "popup"}) as program:
             Clipboard.put("before")
             program.capture(page.box)
             popup = program.popup()

@@ -123,10 +123,7 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
 
     def test_first_result_window_in_the_corner_stands_on_the_bar(self):
         screen = desktop.SCREENS[0]
-        box = Page.usual_box()
-        box = box._replace(x=screen.right - box.width - points(10),
-                           y=screen.bottom - box.height - points(40))
-        with Page(TEXT, box) as page, Program({"outputMode": "popup"}) as program:
+        with Page(TEXT, Page.corner_box(above=40)) as page, Program({"outputMode": "popup"}) as program:
             program.capture(page.box)
             popup = program.popup()
             # Exactly, though sway has told nothing of title bars before this window.

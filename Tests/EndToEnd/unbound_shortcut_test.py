@@ -2,13 +2,12 @@
 """The shortcut on a desktop that serves none to programs: sway without its IPC, and without a portal
 that has shortcuts. The settings name the command that the user can bind to a key."""
 
-import os
 import re
 import unittest
-from pathlib import Path
 
 from support import accessibility, desktop, main
 from support.accessibility import control, has_control
+from support.artifacts import keep
 from support.desktop import screenshot
 from support.pressing import NOT_CREATED
 from support.program import Program, activate_action, is_dimmed, wait_until_launched
@@ -19,13 +18,6 @@ ENVIRONMENT = {"SWAYSOCK": None, **accessibility.ENVIRONMENT}
 COMMAND = "gapplication action org.vellora.Vellora capture"
 SENTENCE = ("This desktop lets programs bind no keys. Bind one yourself, in its settings, to: "
             f"{COMMAND}")
-
-
-def keep(name):
-    """A picture for people."""
-    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
-    folder.mkdir(parents=True, exist_ok=True)
-    desktop.save(screenshot(), folder / f"{name}.png")
 
 
 class UnboundShortcutTest(unittest.TestCase):

@@ -68,7 +68,7 @@ class UpdateTest(unittest.TestCase):
     def setUp(self):
         self.packagekit = self.enterContext(PackageKit())
         self.packagekit.install(self.old)
-        self.path = Path(self.packagekit.folder) / "root/usr/bin/vellora"
+        self.path = Path(self.packagekit.folder) / "system/usr/bin/vellora"
 
     def publish(self, *files):
         self.repository.withdraw_all()
@@ -95,7 +95,7 @@ class UpdateTest(unittest.TestCase):
             install = control(TITLE, BUTTON, "Install")
             self.assertTrue(install.is_("focused"))
             self.assertTrue(install.description.startswith("Vellora 0.2.0 is available"))
-            with self.packagekit.locked("root/var/lib/dpkg/lock"):
+            with self.packagekit.locked("system/var/lib/dpkg/lock"):
                 click("Install")
                 says("Waiting until another installation has ended…")
                 self.assertEqual(self.packagekit.installed_version(), OLD)

@@ -38,7 +38,7 @@ BUS = """<busconfig>
 </busconfig>
 """
 APT = """Dir::State "{folder}/state";
-Dir::State::status "{folder}/root/var/lib/dpkg/status";
+Dir::State::status "{folder}/system/var/lib/dpkg/status";
 Dir::Cache "{folder}/cache";
 Dir::Log "{folder}/state";
 Dir::Etc::sourcelist "{folder}/etc/sources.list";
@@ -90,12 +90,12 @@ class PackageKit:
         self.answer("yes")
 
     def __enter__(self):
-        for each in ("root/var/lib/dpkg/info", "root/var/lib/dpkg/updates", "root/tmp",
-                     "root/var/lib/dpkg/triggers", "state/lists/partial", "services",
+        for each in ("system/var/lib/dpkg/info", "system/var/lib/dpkg/updates", "system/tmp",
+                     "system/var/lib/dpkg/triggers", "state/lists/partial", "services",
                      "cache/archives/partial", "etc/sources.list.d", "etc/trusted", "etc/preferences.d"):
             (self.folder / each).mkdir(parents=True)
         for each in ("status", "available"):
-            (self.folder / "root/var/lib/dpkg" / each).touch()
+            (self.folder / "system/var/lib/dpkg" / each).touch()
         options = " ".join(f'"{option}";' for option in self._dpkg_options())
         self._write("apt.conf", APT.format(folder=self.folder, options=options))
         self._write("bus.conf", BUS.format(folder=self.folder))
@@ -129,7 +129,7 @@ class PackageKit:
         self._write(f"services/{name}.service", f"[D-BUS Service]\nName={name}\nExec={command}\n")
 
     def _dpkg_options(self):
-        return (f"--root={self.folder}/root", "--force-not-root", "--force-script-chrootless",
+        return (f"--root={self.folder}/system", "--force-not-root", "--force-script-chrootless",
                 "--force-bad-path", f"--log={self.folder}/dpkg.log")
 
     def answer(self, word):
@@ -141,7 +141,7 @@ class PackageKit:
         run("dpkg", *self._dpkg_options(), "-i", file)
 
     def installed_version(self, package=PACKAGE):
-        return run("dpkg-query", f"--admindir={self.folder}/root/var/lib/dpkg",
+        return run("dpkg-query", f"--admindir={self.folder}/system/var/lib/dpkg",
                    "--showformat=${Version}", "--show", package)
 
     def hold(self, package):
@@ -176,7 +176,7 @@ class PackageKit:
 
     @contextmanager
     def locked(self, file):
-        """Another program holds this lock, as apt and dpkg do: "root/var/lib/dpkg/lock-frontend"
+        """Another program holds this lock, as apt and dpkg do: "system/var/lib/dpkg/lock-frontend"
         while it installs something, "state/lists/lock" while it renews the lists."""
         with open(self.folder / file, "w") as lock:
             whole_file = struct.pack("hhqqi", fcntl.F_WRLCK, os.SEEK_SET, 0, 0, 0)

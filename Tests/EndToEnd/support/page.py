@@ -28,6 +28,14 @@ class Page:
         return Box(desktop.points(60), desktop.points(50), desktop.points(520),
                    desktop.points(150))
 
+    @staticmethod
+    def corner_box(above):
+        """In the first screen's lower right corner, `above` points over its edge: the popup below
+        it has no room there."""
+        screen, box = desktop.SCREENS[0], Page.usual_box()
+        return box._replace(x=screen.right - box.width - desktop.points(10),
+                            y=screen.bottom - box.height - desktop.points(above))
+
     def __enter__(self):
         self._process = subprocess.Popen(self._command, stdout=subprocess.PIPE, text=True)
         self._reader = threading.Thread(target=self._read, daemon=True)

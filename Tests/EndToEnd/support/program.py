@@ -12,6 +12,7 @@ from pathlib import Path
 import support
 
 from . import desktop
+from .artifacts import keep
 from .desktop import Box, Pointer, points, screenshot
 from .waiting import TimedOut, holds_for, wait_until
 
@@ -112,10 +113,7 @@ class Program:
     @staticmethod
     def _keep_evidence():
         """What the screens show when a test fails, before anything is cleaned up."""
-        folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
-        folder.mkdir(parents=True, exist_ok=True)
-        file = folder / f"{support.current_test}@{desktop.NAME}-{os.getpid()}.png"
-        desktop.save(screenshot(), file)
+        file = keep(f"{support.current_test}@{desktop.NAME}-{os.getpid()}")
         print(f"screenshot: {file}", file=sys.stderr)
 
     def _end(self):

@@ -1,0 +1,16 @@
+# SPDX-License-Identifier: MIT
+"""Pictures of the screens for people, beside the build."""
+
+import os
+from pathlib import Path
+
+from . import desktop
+
+
+def keep(name):
+    """What the screens show now; returns the file."""
+    folder = Path(os.environ.get("VELLORA_ARTIFACTS", "screenshots"))
+    folder.mkdir(parents=True, exist_ok=True)
+    file = folder / f"{name}.png"
+    desktop.save(desktop.screenshot(), file)
+    return file
