@@ -11,7 +11,7 @@ from gi.repository import Gio
 
 from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
-from support.gnome import allow_shortcut, answer, grabbed_keys, set_permission
+from support.gnome import allow_shortcut, answer, grabbed_keys, set_permission, tray_icons
 from support.page import Page
 from support.pressing import QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
@@ -66,7 +66,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             self.assertTrue(program.is_running())
 
     def test_the_icon_stays(self):
-        wait_until("the end of an earlier program's icon", lambda: not desktop.find_tray_icon())
+        wait_until("the end of earlier programs' icons", lambda: not tray_icons())
         with Program({}) as program:
             program.status_item()
             # The extension reads the item once more a second after it has shown it.

@@ -376,15 +376,20 @@ def page_box(_process, _said):
                  if each["title"] == "Text page" and each["placed"]), None)
 
 
-def find_tray_icon():
-    """Where the status item is, once the shell has it; else None."""
-    boxes = ask("""(() => {
+def tray_icons():
+    """Where the shell has status items: x, y, width and height of each, without numbers as long as
+    it has no place. One whose program has ended stays for half a second."""
+    return ask("""(() => {
         const area = Main.panel.statusArea;
         return Object.keys(area).filter(name => name.startsWith("appindicator-"))
             .map(name => area[name].container).filter(item => item.mapped && item.width > 0)
             .map(item => [...item.get_transformed_position(), item.width, item.height]);
     })()""")
-    # Without numbers as long as it has no place.
+
+
+def find_tray_icon():
+    """Where the one status item is, once the shell has it; else None."""
+    boxes = tray_icons()
     if len(boxes) != 1 or None in boxes[0]:
         return None
     return _in_pixels(boxes[0])
