@@ -3,7 +3,7 @@
 // its own.
 
 #include "Platform/Freedesktop/FreedesktopNotifications.h"
-#include "Support/FakeServices.h"
+#include "Support/FakeStatusItem.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>

@@ -4,6 +4,9 @@
 #include "Support/FakeKeyTap.h"
 #include "Support/FakeMainQueue.h"
 #include "Support/FakeServices.h"
+#include "Support/FakeStatusItem.h"
+#include "Support/FakeTextRecognizer.h"
+#include "Support/FakeUpdates.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Portal/AwaitedPictures.h"
 
+#include "Platform/Portal/PortalPicture.h"
 #include "Platform/Portal/PortalRequest.h"
 
 #include <QDir>
@@ -18,8 +19,6 @@ namespace {
 /// Twice what a grab waits for a portal at most; without a graphics card GNOME's shell takes two
 /// seconds for a picture of many screens.
 constexpr auto savingTime = 10s;
-/// Some file systems keep whole seconds, and FAT pairs of them.
-constexpr auto clockCoarseness = 2s;
 
 QString notesFolder()
 {
@@ -46,7 +45,7 @@ QFileInfoList picturesSavedAfter(const QDateTime &askedAt)
             QDir(folder).entryInfoList({u"Screenshot*.png"_s}, QDir::Files | QDir::NoSymLinks);
         for (const QFileInfo &file : files) {
             const std::chrono::milliseconds after(askedAt.msecsTo(file.lastModified()));
-            if (hasPortalsName(file) && after >= -clockCoarseness && after <= savingTime) {
+            if (hasPortalsName(file) && after >= -fileTimeCoarseness && after <= savingTime) {
                 found << file;
             }
         }

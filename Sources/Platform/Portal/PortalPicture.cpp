@@ -16,12 +16,8 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-/// Some file systems keep whole seconds, and FAT pairs of them.
-constexpr auto clockCoarseness = 2s;
-
 bool isSame(const struct stat &one, const struct stat &other)
 {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
@@ -34,7 +30,7 @@ void removeIfOurs(const QString &path, const struct stat &read, const QDateTime 
     struct stat named = {};
     const bool isNamed = lstat(QFile::encodeName(path).constData(), &named) == 0;
     const bool isLate =
-        saved.msecsTo(askedAt) <= std::chrono::milliseconds(clockCoarseness).count();
+        saved.msecsTo(askedAt) <= std::chrono::milliseconds(fileTimeCoarseness).count();
     if (isNamed && isSame(named, read) && isLate && isInPortalFolder(path)) {
         QFile::remove(path);
     }

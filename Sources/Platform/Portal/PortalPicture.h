@@ -5,6 +5,12 @@
 #include <QImage>
 #include <QString>
 
+#include <chrono>
+
+/// How much earlier than it was written a file may say that it was: some file systems keep whole
+/// seconds, and FAT pairs of them.
+constexpr std::chrono::seconds fileTimeCoarseness(2);
+
 /// A picture of the screen out of a file that a portal told of.
 struct PortalPicture
 {

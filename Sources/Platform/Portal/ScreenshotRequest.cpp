@@ -21,10 +21,10 @@ ScreenshotRequest::ScreenshotRequest(PictureHandler handler, const QString &pare
                         }
                         if (answer == PortalAnswer::Denied) {
                             awaited.end();
+                            handler({}, u"The portal took no picture of the screen: denied"_s);
+                            return;
                         }
-                        handler({}, answer == PortalAnswer::Denied
-                                        ? u"The portal took no picture of the screen: denied"_s
-                                        : u"The portal took no picture of the screen"_s);
+                        handler({}, u"The portal took no picture of the screen"_s);
                     })
 {
 }
