@@ -6,13 +6,14 @@ import sys
 import torch
 
 from network import LineNet, write_model
+from recipes import RECIPES
 
 
 def main(model, out):
     stored = torch.load(model, map_location="cpu")
-    net = LineNet(stored["start"], stored["added"])
+    net = LineNet(stored["start"], RECIPES[stored["recipe"]].alphabet)
     net.load_state_dict(stored["net"])
-    size = write_model(net, stored["start"], out, f"vellora:code:{stored['state']['seen']} lines")
+    size = write_model(net, stored["start"], out, f"vellora:{stored['recipe']}:{stored['state']['seen']} lines")
     print(f"{out}: {size} bytes, {stored['state']['seen']} lines seen")
 
 

@@ -23,6 +23,17 @@ Roboto Slab|Oxygen-Sans
 """
 PROPORTIONAL_HELD_OUT = "Aurulent Sans|Overpass|B612"
 
+ARABIC = """
+Noto Sans Arabic|Noto Sans Arabic|Noto Sans Arabic|Noto Sans Arabic|Noto Sans Arabic|Noto Sans Arabic|Noto Sans Arabic UI|Noto Sans Arabic UI|Noto Sans Arabic UI
+DejaVu Sans|DejaVu Sans|DejaVu Sans|DejaVu Sans|DejaVu Sans|DejaVu Sans|DejaVu Sans Mono|DejaVu Sans Mono
+Noto Naskh Arabic|Noto Naskh Arabic|Noto Naskh Arabic|Noto Naskh Arabic|Noto Naskh Arabic UI|Noto Naskh Arabic UI|Noto Kufi Arabic|Noto Kufi Arabic
+Amiri|Amiri|Amiri|Scheherazade|Scheherazade|Scheherazade|Lateef|Lemonada|FreeSerif|FreeSerif|FreeMono|FreeFarsi|Nazli|Nazli|Homa|Titr
+AlArabiya|AlArabiya|AlArabiya|KacstBook|KacstBook|KacstBook|KacstNaskh|KacstOffice|KacstOffice|KacstScreen|KacstLetter|KacstFarsi|KacstDigital|KacstPen|KacstTitle
+KacstPoster|KacstQurn|mry_KacstQurn|Arab|AlBattar|AlHor|AlManzomah|AlYarmook|Cortoba|Electron|Furat|Furat|Granada|Hani|Kayrawan|Khalid|Mashq|Metal|Nagham
+Ostorah|Petra|Rehan|Salem|Sharjah|Sindbad|Tarablus|Tholoth
+"""
+ARABIC_HELD_OUT = "Harmattan|KacstOne|Nada|Thabit|Jet"
+
 
 def listed(names):
     """The names of a list that fontconfig has."""
@@ -32,7 +43,15 @@ def listed(names):
     return [name for name in names.strip().replace("\n", "|").split("|") if name in known]
 
 
-def families(part):
+def code(part):
     """(fixed-pitch, proportional) families of "train" or "held-out"."""
     names = (FIXED, PROPORTIONAL) if part == "train" else (FIXED_HELD_OUT, PROPORTIONAL_HELD_OUT)
     return tuple(listed(n) for n in names)
+
+
+def arabic(part):
+    """The same for lines that hold Arabic: lists of families, the first that has a character draws it. Interfaces name the Latin one
+    first as often as not."""
+    latin = [name for name in listed(PROPORTIONAL) if name not in ("DejaVu Sans", "FreeSans")]
+    names = listed(ARABIC if part == "train" else ARABIC_HELD_OUT)
+    return [], [f"{one}, {other}" for name in names for family in latin for one, other in ((name, family), (family, name))]

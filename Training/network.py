@@ -6,6 +6,7 @@ each column whose last state is kept, LSTMs along the line to the right, to the 
 reads the same form and says what the parts of such a file are.
 """
 import struct
+import unicodedata
 
 import torch
 from torch import nn
@@ -16,7 +17,7 @@ PARTS = 24
 # The first characters of a file's list mean: a blank, letters joined, letters broken.
 NO_CHARACTERS = 3
 # What the weights of a character begin as that the file does not know, and how much less likely: e to the power of it.
-LOOKS_LIKE = {"^": "'", "`": "‘", "…": ".", "–": "—", "•": "*", "→": ">", "│": "|", "─": "—", "├": "|", "└": "L", "·": "."}
+LOOKS_LIKE = {"^": "'", "`": "‘", "…": ".", "–": "—", "•": "*", "→": ">", "│": "|", "─": "—", "├": "|", "└": "L", "·": ".", "،": ",", "٪": "%", "ـ": "_", "ß": "B"}
 LESS_LIKELY = 3
 
 
@@ -122,11 +123,17 @@ def gates_of(lstm):
     return [g, i, f, o]
 
 
+def model_for(character, known):
+    """The character of `known` that it looks like."""
+    base = unicodedata.normalize("NFD", character)[0]
+    return next(like for like in (LOOKS_LIKE.get(character), base, "-") if like in known)
+
+
 class LineNet(nn.Module):
-    """A file's network with its own codes, and further ones for the characters of `added` that it does not know."""
+    """A file's network with its own codes, and further ones for the characters of `alphabet` that it does not know."""
     column_width = 3
 
-    def __init__(self, path, added=""):
+    def __init__(self, path, alphabet=""):
         super().__init__()
         parts = read_parts(path)
         reader, found = Reader(parts[NETWORK]), []
@@ -156,7 +163,7 @@ class LineNet(nn.Module):
                 self.code_of[" "] = codes[0]
             elif index >= NO_CHARACTERS:
                 self.code_of.setdefault(names[index], codes[0])
-        self.added = "".join(c for c in added if c not in self.code_of)
+        self.added = "".join(c for c in dict.fromkeys(alphabet) if c not in self.code_of)
         for index, character in enumerate(self.added):
             self.code_of[character] = out.shape[0] + index
         self.text_of = {code: character for character, code in self.code_of.items()}
@@ -166,7 +173,7 @@ class LineNet(nn.Module):
             self.last.bias[:out.shape[0]] = out[:, -1]
             # What is new begins as what it looks like, a little less likely: any other row disturbs what is known.
             for character in self.added:
-                like = self.code_of[LOOKS_LIKE.get(character, "-")]
+                like = self.code_of[model_for(character, self.code_of)]
                 self.last.weight[self.code_of[character]] = out[like, :-1]
                 self.last.bias[self.code_of[character]] = out[like, -1] - LESS_LIKELY
 

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""train.py SHARDS MODEL --start FILE.traineddata --minutes M [--resume]: trains a file's network on with lines that `render` drew.
+"""train.py RECIPE SHARDS MODEL --models FOLDER --minutes M [--resume]: trains a network on with lines that `render` drew.
 
-SHARDS: a folder of s*.npz; files that appear meanwhile are taken in. MODEL is stored every few minutes with its optimiser, its place on the curve of the learning
+FOLDER: where the file is that it begins from. SHARDS: a folder of s*.npz; files that appear meanwhile are taken in. MODEL is stored every few minutes with its optimiser, its place on the curve of the learning
 rate and how often each file was used, so that --resume goes on as if it had not been stopped. The curve: up for 200 steps, then down to nothing by the end (half a cosine).
 MODEL.curve gets a line of JSON each time: lines seen, loss, errors of the held-out lines. On a GPU where there is one; otherwise with --threads.
 """
@@ -22,7 +22,7 @@ from Levenshtein import distance
 from torch.nn.functional import ctc_loss
 
 from network import LineNet
-from render import ADDED
+from recipes import RECIPES
 
 WARM_UP = 200
 # Of each file to report on while training; evaluate.py reads all of them.
@@ -89,9 +89,10 @@ def batches(folder, columns, widest, used, rng, ends):
 
 def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("recipe", choices=RECIPES)
     parser.add_argument("shards")
     parser.add_argument("model")
-    parser.add_argument("--start", required=True, metavar="FILE.traineddata")
+    parser.add_argument("--models", required=True, metavar="FOLDER")
     parser.add_argument("--minutes", type=float, required=True, help="of processor time where there is no GPU: the curve is the same on a busy machine")
     parser.add_argument("--resume", action="store_true")
     parser.add_argument("--valid", nargs="*", default=[], metavar="FILE.npz", help="told by the name of its folder")
@@ -106,7 +107,9 @@ def main(arguments=None):
     torch.manual_seed(options.seed)
     rng = random.Random(options.seed)
     device = "cuda" if torch.cuda.is_available() else "cpu"
-    net = LineNet(options.start, ADDED).to(device)
+    recipe = RECIPES[options.recipe]
+    start = os.path.join(options.models, recipe.start + ".traineddata")
+    net = LineNet(start, recipe.alphabet).to(device)
     optimizer = torch.optim.AdamW(net.parameters(), lr=options.rate, betas=(.9, .98), weight_decay=1e-3)
     state = {"seen": 0, "step": 0, "spent": 0., "used": {}}
     if options.resume:
@@ -124,7 +127,7 @@ def main(arguments=None):
     def store():
         line = {"minutes": round(state["spent"] / 60, 1), "lines": state["seen"], "steps": state["step"], "loss": round(float(np.mean(losses[-200:])), 4) if losses else None,
                 **{name: errors(net, lines, device) for name, lines in valid}}
-        torch.save({"net": net.state_dict(), "optimizer": optimizer.state_dict(), "state": state, "start": options.start, "added": ADDED}, options.model + ".new")
+        torch.save({"net": net.state_dict(), "optimizer": optimizer.state_dict(), "state": state, "recipe": options.recipe, "start": start}, options.model + ".new")
         os.rename(options.model + ".new", options.model)
         with open(options.model + ".curve", "a", encoding="utf-8") as file:
             file.write(json.dumps(line) + "\n")

@@ -6,6 +6,7 @@ Skipped where PyTorch or what draws is not installed: training is for those who 
 """
 import json
 import os
+import random
 import subprocess
 import sys
 import tempfile
@@ -21,6 +22,7 @@ try:
     import torch
     from PIL import Image
 
+    import code_writer
     import export
     import faces
     import network
@@ -48,13 +50,13 @@ class TrainingTest(unittest.TestCase):
         cls.texts = os.path.join(cls.folder.name, "texts.json")
         with open(cls.texts, "w", encoding="utf-8") as file:
             json.dump(TEXTS, file)
-        render.main([cls.texts, cls.shards, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "60"])
+        render.main(["code", cls.texts, cls.shards, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "60"])
         cls.lines = train.load(os.path.join(cls.shards, "s00010000.npz"))
 
     def trained(self, minutes, *more):
         """Trains for so many minutes of processor time; what was stored."""
         model = os.path.join(self.folder.name, "model.pt")
-        train.main([self.shards, model, "--start", START, "--minutes", str(minutes), "--rate", "3e-4", *more])
+        train.main(["code", self.shards, model, "--models", os.path.dirname(START), "--minutes", str(minutes), "--rate", "3e-4", *more])
         return model, torch.load(model, map_location="cpu")
 
     def read(self, model, pictures):
@@ -80,11 +82,23 @@ class TrainingTest(unittest.TestCase):
         for picture, text, _ in self.lines:
             self.assertEqual(picture.shape[0], 36)
             self.assertLess(picture.min(), render.INK, text)
-            self.assertTrue(set(text) <= set(render.ALPHABET), text)
+            self.assertTrue(set(text) <= set(code_writer.ALPHABET), text)
+
+    def test_a_line_from_the_right_is_told_as_it_is_seen(self):
+        page = render.Page(None, ([], ["DejaVu Sans"]), random.Random(1), 1)
+        for text, is_from_right, seen in (
+                ("فتح (Firefox 12)، ٢٠٢٣", True, "٢٠٢٣ ،)Firefox 12( حتف"),
+                ("Firefox فتح", False, "Firefox حتف"),
+                ("Firefox فتح", True, "حتف Firefox")):
+            told, edges = page.lay_out(text, is_from_right)
+            self.assertEqual(told, seen)
+            self.assertEqual(len(edges), 2)
+        self.assertEqual(page.lay_out("ab", False)[0], "ab")
+        self.assertEqual(len(page.lay_out("ab", False)[1]), 3)
 
     def test_the_same_seed_draws_the_same(self):
         again = os.path.join(self.folder.name, "again")
-        render.main([self.texts, again, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "20"])
+        render.main(["code", self.texts, again, "--prepare", os.path.join(TOOLS, "prepare-lines"), "--count", "20"])
         for (picture, text, _), (other, other_text, _) in zip(self.lines, train.load(os.path.join(again, "s00010000.npz"))):
             self.assertEqual(text, other_text)
             self.assertTrue(np.array_equal(picture, other), text)
@@ -111,7 +125,7 @@ class TrainingTest(unittest.TestCase):
         self.assertGreater(right, len(truth) // 3, list(zip(truth, read)))
 
     def test_what_is_written_is_what_was_read(self):
-        net = network.LineNet(START, render.ADDED)
+        net = network.LineNet(START, code_writer.ALPHABET)
         path = os.path.join(self.folder.name, "same.traineddata")
         network.write_model(net, START, path, "test")
         again = network.LineNet(path)

@@ -2,6 +2,8 @@
 """Makes up lines as they stand in terminals and editors: out of the texts gathered, and of its own where a program would print numbers."""
 import string
 
+# ASCII and the marks of code that the model it begins from knows, and what it is to learn.
+ALPHABET = "".join(map(chr, range(32, 127))) + "©®€£¥§—‘’“”«»°é™¢^`…–•→│─├└·"
 USERS = "root www-data postgres nobody anna daemon mail systemd+ messagebus kim tom".split()
 NAMES = "main util config parser index server client test_io README Makefile setup data log cache node_modules build src lib core app view model".split()
 ENDINGS = ".py .cpp .h .c .js .json .txt .md .sh .conf .log .go .rs .xml .html .yml .tar.gz .so.1 .o".split()
@@ -125,7 +127,7 @@ class Writer:
         return " " * min(indentation, r.choice([0, 0, 4, 8])) + body
 
     def line(self):
-        """A line of the alphabet, without its blanks at the end."""
+        """A line of the alphabet, without its blanks at the end, and whether it stands among lines that are read from the right: never."""
         r = self.rng
         while True:
             x = r.random()
@@ -138,4 +140,4 @@ class Writer:
             if r.random() < .02:
                 line = r.choice(["│ ", "├── ", "└── ", "│   ├── ", "│   └── "]) + line.strip()
             if line.strip() and all(c in self.alphabet for c in line):
-                return line.rstrip()
+                return line.rstrip(), False
