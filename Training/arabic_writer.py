@@ -8,7 +8,7 @@ LETTERS = "".join(map(chr, range(0x621, 0x63b))) + "".join(map(chr, range(0x641,
 # Letters that join the next one, so that the line between them can be drawn out.
 JOINING = "بتثجحخسشصضطظعغفقكلمنهي"
 INDIC_DIGITS = {48 + digit: 0x660 + digit for digit in range(10)}
-ALPHABET = "".join(map(chr, range(32, 127))) + LETTERS + VOWELS + "\u0670ـ،؛؟٪" + "".join(map(chr, INDIC_DIGITS.values())) + "©®€£°×«»‘’“”…–—•éèêüöäçñßáíóú"
+ALPHABET = "".join(map(chr, range(32, 127))) + LETTERS + VOWELS + "\u0670ـ،؛؟٪پچڤگ" + "".join(map(chr, INDIC_DIGITS.values())) + "©®€£°×«»‘’“”…–—•éèêüöäçñßáíóú"
 # Letters and marks that look like those of the alphabet, and are as good.
 ALIKE = str.maketrans({"\u00a0": " ", "\u202f": " ", "ﬁ": "fi", "ﬂ": "fl", "‐": "-", "‑": "-", "−": "-", "ی": "ي", "ک": "ك", "ھ": "ه", "ﻻ": "لا", "٬": "،", "ٱ": "ا"})
 # What a piece of a text may be cut to, in characters: shorter lines are learnt from more cheaply.

@@ -32,7 +32,7 @@ AlArabiya|AlArabiya|AlArabiya|KacstBook|KacstBook|KacstBook|KacstNaskh|KacstOffi
 KacstPoster|KacstQurn|mry_KacstQurn|Arab|AlBattar|AlHor|AlManzomah|AlYarmook|Cortoba|Electron|Furat|Furat|Granada|Hani|Kayrawan|Khalid|Mashq|Metal|Nagham
 Ostorah|Petra|Rehan|Salem|Sharjah|Sindbad|Tarablus|Tholoth
 """
-ARABIC_HELD_OUT = "Harmattan|KacstOne|Nada|Thabit|Jet"
+ARABIC_HELD_OUT = "Harmattan|Nada|Thabit|Jet"
 
 
 def listed(names):
