@@ -163,7 +163,8 @@ class LineNet(nn.Module):
                 self.code_of[" "] = codes[0]
             elif index >= NO_CHARACTERS:
                 self.code_of.setdefault(names[index], codes[0])
-        self.added = "".join(c for c in dict.fromkeys(alphabet) if c not in self.code_of)
+        known = dict(self.code_of)
+        self.added = "".join(c for c in dict.fromkeys(alphabet) if c not in known)
         for index, character in enumerate(self.added):
             self.code_of[character] = out.shape[0] + index
         self.text_of = {code: character for character, code in self.code_of.items()}
@@ -173,7 +174,7 @@ class LineNet(nn.Module):
             self.last.bias[:out.shape[0]] = out[:, -1]
             # What is new begins as what it looks like, a little less likely: any other row disturbs what is known.
             for character in self.added:
-                like = self.code_of[model_for(character, self.code_of)]
+                like = known[model_for(character, known)]
                 self.last.weight[self.code_of[character]] = out[like, :-1]
                 self.last.bias[self.code_of[character]] = out[like, -1] - LESS_LIKELY
 

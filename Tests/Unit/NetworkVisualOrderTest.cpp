@@ -43,6 +43,12 @@ private Q_SLOTS:
             << QStringList{u"12.5:باب"_s} << QStringList{u"باب:12.5"_s};
         QTest::newRow("per cent belongs to its number")
             << QStringList{u"50%:باب"_s} << QStringList{u"باب:50%"_s};
+        QTest::newRow("per cent left of its number")
+            << QStringList{u"%50"_s, u"باب"_s} << QStringList{u"باب"_s, u"50%"_s};
+        QTest::newRow("Arabic-Indic digits")
+            << QStringList{u"٢٠٢٤/٣/١٢"_s, u"باب"_s} << QStringList{u"باب"_s, u"٢٠٢٤/٣/١٢"_s};
+        QTest::newRow("Arabic-Indic per cent")
+            << QStringList{u"٪٥٠"_s, u"باب"_s} << QStringList{u"باب"_s, u"٥٠٪"_s};
         QTest::newRow("neutral word at the left end")
             << QStringList{u"..."_s, u"باب"_s} << QStringList{u"باب"_s, u"..."_s};
     }

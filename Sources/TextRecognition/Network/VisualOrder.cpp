@@ -34,9 +34,14 @@ bool isNumberMark(QChar::Direction direction)
     return direction == QChar::DirES || direction == QChar::DirCS || direction == QChar::DirET;
 }
 
+bool isPerCent(uint letter)
+{
+    return letter == U'%' || letter == U'\u066a';
+}
+
 /// Which letters of a word among words from right to left are read from the left: runs of Latin
-/// letters and European digits, with what stands between them, and the marks that belong to a
-/// number.
+/// letters and digits, with what stands between them, and the marks that belong to a number. A per
+/// cent sign left of its number is none of those: behind Arabic letters it is drawn there.
 QList<bool> leftToRightLetters(const QList<uint> &letters)
 {
     const qsizetype count = letters.size();
@@ -56,14 +61,16 @@ QList<bool> leftToRightLetters(const QList<uint> &letters)
         }
     }
     for (qsizetype i = count - 1; i-- > 0;) {
-        if (directions[i] == QChar::DirET && directions[i + 1] == QChar::DirEN) {
+        if (directions[i] == QChar::DirET && directions[i + 1] == QChar::DirEN &&
+            !isPerCent(letters[i])) {
             directions[i] = QChar::DirEN;
         }
     }
     QList<bool> isLeft(count, false);
     for (qsizetype i = 0; i < count;) {
         const auto isOfRun = [&](qsizetype at) {
-            return directions[at] == QChar::DirL || directions[at] == QChar::DirEN;
+            return directions[at] == QChar::DirL || directions[at] == QChar::DirEN ||
+                   directions[at] == QChar::DirAN;
         };
         if (!isOfRun(i)) {
             ++i;
