@@ -3,6 +3,7 @@
 
 #include "Platform/Freedesktop/SessionBus.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QFile>
@@ -66,15 +67,47 @@ QDBusMessage registration()
                       {QGuiApplication::desktopFileName(), QVariantMap()});
 }
 
-/// The id of the desktop entry once the portal has taken it; else empty.
-QString registeredId()
+enum class Registration { Unknown, Taken, Refused };
+
+/// What became of asking the portal to take our id. A portal that does not answer in time, as on a
+/// slow disk, may have taken it all the same; it is asked again then, once, as a caller waits.
+Registration askedToRegister(bool isAskedAgain)
 {
     const QDBusMessage answer = ask(registration());
     const QString portal = uniqueNameOfPortal();
-    const QMutexLocker lock(&acquaintance().guard);
-    acquaintance().portal = portal;
-    return answer.type() == QDBusMessage::ReplyMessage ? QGuiApplication::desktopFileName()
-                                                       : QString();
+    {
+        const QMutexLocker lock(&acquaintance().guard);
+        acquaintance().portal = portal;
+    }
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        return Registration::Taken;
+    }
+    switch (QDBusError(answer).type()) {
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+        return isAskedAgain ? Registration::Refused : Registration::Unknown;
+    case QDBusError::UnknownInterface:
+    case QDBusError::UnknownMethod:
+    case QDBusError::UnknownObject:
+    case QDBusError::ServiceUnknown:
+        return Registration::Refused;
+    default:
+        // An id that it has already is taken from a connection only once.
+        return isAskedAgain ? Registration::Taken : Registration::Refused;
+    }
+}
+
+bool isRegistered()
+{
+    static QMutex guard;
+    static Registration state = Registration::Unknown;
+    static bool isAskedAgain = false;
+    const QMutexLocker lock(&guard);
+    if (state == Registration::Unknown) {
+        state = askedToRegister(std::exchange(isAskedAgain, true));
+    }
+    return state == Registration::Taken;
 }
 
 QString unitId()
@@ -107,8 +140,7 @@ QString portalApplicationId(const QString &unit)
 QString portalApplicationId()
 {
     // The portal takes an id before the connection's first other call alone, and keeps it.
-    static const QString registered = registeredId();
-    return registered.isEmpty() ? unitId() : registered;
+    return isRegistered() ? QGuiApplication::desktopFileName() : unitId();
 }
 
 void introduceToNewPortal()
