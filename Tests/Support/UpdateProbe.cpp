@@ -12,6 +12,7 @@
 #include "Platform/PackageKit/PackageKitUpdateSource.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -165,6 +166,9 @@ std::unique_ptr<UpdateSource> makeSource(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    // As in the program, which looks seconds after its start: a connection that has just been
+    // opened keeps signals back until the event loop runs, and gives answers at once.
+    QDBusConnection::sessionBus();
     Probe probe(makeSource(QCoreApplication::arguments()));
     const int status = QCoreApplication::exec();
     if (probe.isRestartRequested()) {
