@@ -84,6 +84,17 @@ class LicenceTest(unittest.TestCase):
             with self.subTest(file=name):
                 self.assertEqual(set(re.search(pattern, read(name))[1].split(separator)), licences)
 
+    def test_holders_of_the_protocols_are_named(self):
+        paragraphs = read("debian/copyright").split("\n\n")
+        protocols = [*SOURCE.glob("Sources/**/*.xml"), *SOURCE.glob("Tests/**/*.xml")]
+        self.assertTrue(protocols)
+        for protocol in protocols:
+            name = str(protocol.relative_to(SOURCE))
+            about = "".join(each for each in paragraphs if name in each.split())
+            for holder in re.findall(r"Copyright © [-\d, ]+ (\S.*)", protocol.read_text()):
+                with self.subTest(protocol=name):
+                    self.assertIn(holder.strip(), about)
+
     def test_texts_of_the_licences_are_packaged(self):
         documents = ("LICENSE", "Packaging/debian/copyright", "Resources/models/Apache-2.0.txt",
                      "Resources/models/README.md")
