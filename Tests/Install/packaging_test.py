@@ -71,6 +71,47 @@ class DependenciesTest(unittest.TestCase):
                     self.assertRegex(text, rf"\b{name}\b")
 
 
+class LicenceTest(unittest.TestCase):
+    def test_every_package_names_the_licences(self):
+        # Debian has a name of its own for one of them.
+        licences = {"MIT" if name == "Expat" else name for name in
+                    re.findall(r"(?m)^License: (\S+)$", read("debian/copyright"))}
+        self.assertIn("Apache-2.0", licences)
+        for name, pattern, separator in (
+                ("rpm/vellora.spec", r"(?m)^License:\s*(.+)$", " AND "),
+                ("arch/PKGBUILD", r"(?m)^license=\((.+)\)$", " "),
+                ("org.vellora.Vellora.metainfo.xml", "<project_license>(.+)<", " AND ")):
+            with self.subTest(file=name):
+                self.assertEqual(set(re.search(pattern, read(name))[1].split(separator)), licences)
+
+    def test_holders_of_the_protocols_are_named(self):
+        paragraphs = read("debian/copyright").split("\n\n")
+        protocols = [*SOURCE.glob("Sources/**/*.xml"), *SOURCE.glob("Tests/**/*.xml")]
+        self.assertTrue(protocols)
+        for protocol in protocols:
+            name = str(protocol.relative_to(SOURCE))
+            about = "".join(each for each in paragraphs if name in each.split())
+            for holder in re.findall(r"Copyright © [-\d, ]+ (\S.*)", protocol.read_text()):
+                with self.subTest(protocol=name):
+                    self.assertIn(holder.strip(), about)
+
+    def test_texts_of_the_licences_are_packaged(self):
+        documents = ("LICENSE", "Packaging/debian/copyright", "Resources/models/Apache-2.0.txt",
+                     "Resources/models/README.md")
+        for document in documents:
+            self.assertTrue((SOURCE / document).is_file(), document)
+        # Debian's package has its copyright file, and the text of the Apache License is Debian's.
+        for name, command in (("rpm/vellora.spec", "%license"),
+                              ("arch/PKGBUILD", "install -Dm644"),
+                              ("flatpak/org.vellora.Vellora.yml", "install -Dm644")):
+            # Commands may go on on the next line.
+            text = re.sub(r"\s*\\?\n {4,}", " ", read(name))
+            installed = {word for line in text.splitlines() if command in line
+                         for word in line.split()}
+            with self.subTest(file=name):
+                self.assertEqual(set(documents) - installed, set())
+
+
 class ManifestTest(unittest.TestCase):
     @unittest.skipUnless(shutil.which("flatpak-builder"), "flatpak-builder is not installed")
     def test_flatpak_builder_reads_it(self):

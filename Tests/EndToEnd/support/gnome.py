@@ -244,6 +244,14 @@ def grabbed_keys():
     return ask("Main.shellDBusService._grabbedAccelerators.size")
 
 
+def choose(entry):
+    """What a click on the program's icon does in the shell's list of programs."""
+    ask(f"""(() => {{
+        imports.gi.Shell.AppSystem.get_default().lookup_app({json.dumps(entry)}).activate();
+        return 0;
+    }})()""")
+
+
 def set_animations(are_wanted):
     """Whether the shell moves and fades what it shows, as it does for most people. Without a
     graphics card it inhibits that itself, once."""

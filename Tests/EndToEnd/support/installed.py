@@ -23,6 +23,10 @@ def tell_bus():
 
 def launch():
     """Chooses the program in the desktop's menu."""
+    if desktop.NAME == "gnome":
+        from .gnome import choose
+        choose(ENTRY.name)
+        return
     launcher = ["kioclient", "exec"] if desktop.PANEL == "plasma" else ["gio", "launch"]
     # What it starts may inherit its streams.
     subprocess.run([*launcher, str(ENTRY)], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
