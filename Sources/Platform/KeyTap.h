@@ -11,6 +11,7 @@
 #include <optional>
 
 class QKeyEvent;
+class QWindow;
 
 /// Event-flag bits of the modifier keys, as Core Graphics numbers them.
 namespace KeyFlags {
@@ -69,6 +70,17 @@ public:
         virtual bool setCombination(const KeyCombination &combination) = 0;
     };
 
+    /// Keeps the session's shortcuts, the tap's own too, from acting while a window of ours has the
+    /// keyboard; destroying it gives them back.
+    class Inhibitor
+    {
+    public:
+        Inhibitor() = default;
+        virtual ~Inhibitor() = default;
+        Inhibitor(const Inhibitor &) = delete;
+        Inhibitor &operator=(const Inhibitor &) = delete;
+    };
+
     virtual ~KeyTap() = default;
 
     /// Whether the desktop lets us listen.
@@ -84,6 +96,10 @@ public:
     /// What was pressed, for a key press in a window of ours; absent for a key without a virtual
     /// key code.
     virtual std::optional<KeyCombination> combination(const QKeyEvent &event) const = 0;
+
+    /// Lets `window`, which has the keyboard, hear every key. Null where the desktop keeps some to
+    /// itself. It must go before the window loses the keyboard.
+    virtual std::unique_ptr<Inhibitor> inhibitShortcuts(QWindow & /*window*/) { return nullptr; }
 
     /// What the layout in use prints on a key, such as "Щ" for 31; empty when it is not known.
     virtual QString keyLabel(quint16 keyCode) const = 0;

@@ -80,7 +80,7 @@ QString publishersText(const char *text)
 AboutBlock::AboutBlock(QWidget *parent)
     : QWidget(parent)
 {
-    auto *icon = new AppIconView(loadedAppIcon(), this);
+    auto *appIcon = new AppIconView(loadedAppIcon(), this);
 
     auto *name = new QLabel(Publisher::applicationName, this);
     setTextSize(*name, nameSize, QFont::DemiBold);
@@ -114,6 +114,6 @@ AboutBlock::AboutBlock(QWidget *parent)
     row->setSpacing(iconGap);
     row->setContentsMargins(FormSection::rowInset, FormSection::rowInset / 2 + padding,
                             FormSection::rowInset, FormSection::rowInset / 2 + padding);
-    row->addWidget(icon, 0, Qt::AlignVCenter);
+    row->addWidget(appIcon, 0, Qt::AlignVCenter);
     row->addLayout(column, 1);
 }

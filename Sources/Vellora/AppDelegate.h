@@ -39,6 +39,9 @@ public:
     /// way.
     bool isIdle() const;
 
+    /// Says on the status item, for a moment, and in the log why a capture gave no text.
+    void showOCRError(const OCRError &error);
+
     /// What the user wanted was given up for want of memory, and says so.
     void memoryDidEnd();
 
@@ -63,7 +66,6 @@ private:
     void recognitionDidFinish(const RecognitionOutcome &outcome, const CocoaRect &captureRect);
     void deliverResult(const QString &text, const CocoaRect &captureRect);
     void textWasCopied(bool isCopied);
-    void showOCRError(const OCRError &error);
     /// The error mark, and a line in the log, for a failure that a desktop is to blame for. `text`
     /// is a source of a translation.
     void showFailure(const char *text);

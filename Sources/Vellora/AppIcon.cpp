@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppIcon.h"
 
-#include "Platform/Bundle.h"
 #include "Publisher.h"
 
 #include <QFileInfo>
@@ -46,9 +45,9 @@ QPainterPath continuousRoundedRect(const QRectF &rect, qreal radius)
 }
 } // namespace
 
-QIcon loadedAppIcon()
+QIcon loadedAppIcon(const Bundle &bundle)
 {
-    const QString file = Bundle::main().path(u"AppIcon"_s, u"svg"_s);
+    const QString file = bundle.path(u"AppIcon"_s, u"svg"_s);
     if (!file.isEmpty()) {
         QIcon icon(file);
         if (!icon.pixmap(side).isNull()) {

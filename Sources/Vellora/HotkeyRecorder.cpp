@@ -51,12 +51,24 @@ void HotkeyRecorderField::startRecording()
     m_recording = true;
     updateDisplay();
     setFocus(Qt::MouseFocusReason);
+    updateInhibitor();
 }
 
 void HotkeyRecorderField::stopRecording()
 {
     m_recording = false;
+    updateInhibitor();
     updateDisplay();
+}
+
+void HotkeyRecorderField::updateInhibitor()
+{
+    QWindow *native = window()->windowHandle();
+    if (!m_recording || !hasFocus() || !native) {
+        m_inhibitor.reset();
+    } else if (!m_inhibitor) {
+        m_inhibitor = Platform::current().keyTap->inhibitShortcuts(*native);
+    }
 }
 
 void HotkeyRecorderField::mousePressEvent(QMouseEvent *event)
@@ -91,6 +103,10 @@ bool HotkeyRecorderField::event(QEvent *event)
     }
     case QEvent::KeyRelease:
         return true;
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        updateInhibitor();
+        break;
     case QEvent::ToolTip:
         QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), hint(), this);
         return true;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/KeyTap.h"
+
 #include <QLineEdit>
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 /// Shows a shortcut; clicked, it takes the next key press with a modifier as the new one.
 ///
@@ -42,7 +45,11 @@ private:
     /// the shortcut does not say so. Empty while recording.
     QString hint() const;
 
+    /// While it records and has the keyboard, the desktop's own shortcuts are keys like others.
+    void updateInhibitor();
+
     bool m_recording = false;
+    std::unique_ptr<KeyTap::Inhibitor> m_inhibitor;
 };
 
 /// Puts a recorder field into a form and ties it to a shortcut that is kept elsewhere.

@@ -41,17 +41,18 @@ void emptySlot()
     slot().reset();
 }
 
-void center(QWidget &window)
+/// Where a frame of any size stands in the middle of what panels leave of the main screen; empty
+/// without a screen.
+PopupPlacement::Origin middle()
 {
-    Platform &platform = Platform::current();
+    const Platform &platform = Platform::current();
     const auto screen = platform.screens->mainScreen();
     if (!screen) {
-        return;
+        return {};
     }
-    const CocoaRect visible = platform.popupPlacement->visibleFrame(*screen);
-    platform.popupPlacement->place(window, [visible](CocoaSize size) {
+    return [visible = platform.popupPlacement->visibleFrame(*screen)](CocoaSize size) {
         return CocoaPoint{visible.midX() - size.width / 2, visible.midY() - size.height / 2};
-    });
+    };
 }
 
 CocoaRect withinReach(const CocoaRect &frame)
@@ -122,8 +123,8 @@ void SettingsWindowController::restoreFrame(QWidget &window)
     if (text) {
         m_restoredFrame = withinReach(rectFromString(*text));
         Platform::current().popupPlacement->setFrame(window, *m_restoredFrame);
-    } else {
-        center(window);
+    } else if (const auto origin = middle()) {
+        Platform::current().popupPlacement->place(window, origin);
     }
 }
 
@@ -184,12 +185,10 @@ void SettingsWindowController::storeFrame()
     if (!placement.tellsPlaces()) {
         // The place of another session holds, or the middle of the screen.
         const auto stored = Platform::current().userDefaults->string(frameKey);
-        const auto screen = Platform::current().screens->mainScreen();
         if (stored) {
             frame.origin = rectFromString(*stored).origin;
-        } else if (screen) {
-            frame.origin = {screen->visibleFrame.midX() - frame.size.width / 2,
-                            screen->visibleFrame.midY() - frame.size.height / 2};
+        } else if (const auto origin = middle()) {
+            frame.origin = origin(frame.size);
         }
     }
     Platform::current().userDefaults->setGathered(frameKey, stringFromRect(frame));

@@ -75,6 +75,18 @@ class CaptureTest(unittest.TestCase):
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
                 wait_until("the overlay's end", lambda: is_unchanged(before))
 
+    @unittest.skipIf(len(desktop.SCREENS) < 2, "there is one screen")
+    def test_drag_from_one_screen_onto_another(self):
+        # The text is on the second screen, with most of the rectangle.
+        second = desktop.SCREENS[1]
+        box = Page.usual_box()._replace(x=second.x)
+        with Page(TEXT, box) as page, Program({"outputMode": "clipboard"}) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            Pointer.drag((second.x - points(40), page.box.y), (page.box.right, page.box.bottom))
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            wait_until("the overlay's end", lambda: is_unchanged(before))
+
     @unittest.skipIf(desktop.NAME == "gnome", "GNOME Shell places windows itself; see gnome_test")
     def test_result_window(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:

@@ -11,9 +11,10 @@ from gi.repository import Gio
 
 from support import desktop, main
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
-from support.gnome import allow_shortcut, answer, grabbed_keys, set_permission, tray_icons
+from support.gnome import (allow_shortcut, answer, grabbed_keys, has_shortcuts_portal,
+                           set_permission, tray_icons)
 from support.page import Page
-from support.pressing import QT_O, assert_captures
+from support.pressing import NOT_CREATED, QT_O, assert_captures
 from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
 from support.waiting import holds_for, wait_until
 from support.wayland_tests import TEXT, ClipboardTests
@@ -81,6 +82,14 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
                 assert_captures("super+shift+o")
                 self.assertEqual(page.said(f"key {QT_O}"), [])
             wait_until("the shortcut to be free", lambda: grabbed_keys() == others)
+
+    @unittest.skipIf(has_shortcuts_portal(), "the portal asks the user for another")
+    def test_shortcut_that_is_taken(self):
+        others = wait_until("the settings daemon's own keys", grabbed_keys)
+        # GNOME's own, which locks the screen.
+        with Program({"hotkeyEnabled": "true", "hotkeyString": "cmd+l"}) as program:
+            program.logged(NOT_CREATED)
+            self.assertEqual(grabbed_keys(), others)
 
     def test_shortcut_is_freed_after_a_kill(self):
         others = wait_until("the settings daemon's own keys", grabbed_keys)

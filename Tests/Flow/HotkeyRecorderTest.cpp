@@ -39,6 +39,7 @@ private Q_SLOTS:
     void escapes_data();
     void escapes();
     void keepsRecordingWithoutTheKeyboard();
+    void hearsEveryKeyWhileItRecords();
     void takesKeysBeforeMenusAndMnemonics();
     void canRecordWithoutAListener();
     void recordsTheShortcutAlreadyHeld();
@@ -274,6 +275,36 @@ void HotkeyRecorderTest::keepsRecordingWithoutTheKeyboard()
     m_field->setFocus();
     press(31, Qt::ControlModifier);
     QCOMPARE(m_changes, QStringList{u"ctrl+o"_s});
+}
+
+void HotkeyRecorderTest::hearsEveryKeyWhileItRecords()
+{
+    const QWindow *const &inhibited = m_platform->keyTap.inhibited;
+    m_field->setFocus();
+    QVERIFY(!inhibited);
+    QTest::mouseClick(m_field, Qt::LeftButton);
+    QCOMPARE(inhibited, m_window->windowHandle());
+    // The desktop has its keys back while another control has the keyboard.
+    m_other->setFocus();
+    QVERIFY(!inhibited);
+    m_field->setFocus();
+    QCOMPARE(inhibited, m_window->windowHandle());
+    press(31, Qt::ControlModifier);
+    QVERIFY(!inhibited);
+
+    QTest::mouseClick(m_field, Qt::LeftButton);
+    QVERIFY(inhibited);
+    press(53, Qt::NoModifier, Qt::Key_Escape);
+    QVERIFY(!inhibited);
+
+    QTest::mouseClick(m_field, Qt::LeftButton);
+    QVERIFY(inhibited);
+    m_window->hide();
+    QVERIFY(!inhibited);
+    m_window->show();
+    QTest::mouseClick(m_field, Qt::LeftButton);
+    delete m_field;
+    QVERIFY(!inhibited);
 }
 
 void HotkeyRecorderTest::takesKeysBeforeMenusAndMnemonics()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "AppDelegate.h"
+#include "MainMenu.h"
 #include "Settings.h"
 #include "Support/FakePlatform.h"
 
@@ -21,6 +22,7 @@ class LaunchTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void goesThroughItsStepsInOrder();
     void removesLeftoversBeforeItListens();
     void showsTheStatusItem();
     void touchesNoPermissionAtLaunch();
@@ -65,6 +67,35 @@ QAction *LaunchTest::menuAction(const QString &title)
         }
     }
     return nullptr;
+}
+
+void LaunchTest::goesThroughItsStepsInOrder()
+{
+    Settings::shared().setHotkeyEnabled(true);
+    QStringList steps;
+    m_platform->statusBar.onMake = [&] {
+        steps << u"status item"_s;
+        QVERIFY2(m_delegate->findChild<MainMenu *>(), "the main menu comes first");
+        QCOMPARE(m_platform->keyTap.checkCount, 0);
+    };
+    m_platform->keyTap.onCreate = [&] {
+        steps << u"shortcut"_s;
+        QVERIFY2(button().action, "the status item is set up before the shortcut");
+        // Nobody follows the settings of the shortcut yet.
+        if (steps.size() == 2) {
+            Settings::shared().setHotkeyString(u"ctrl+a"_s);
+            QCOMPARE(m_platform->keyTap.createCount, 1);
+            QCOMPARE(m_platform->mainQueue.waitingCount(), 0);
+        }
+    };
+    m_delegate->applicationDidFinishLaunching();
+    QCOMPARE(steps, QStringList({u"status item"_s, u"shortcut"_s}));
+    QVERIFY(m_platform->mainQueue.waitingCount() > 0);
+    Settings::shared().setHotkeyString(u"ctrl+b"_s);
+    QCOMPARE(steps.size(), 3);
+    m_platform->keyTap.onCreate = nullptr;
+    Settings::shared().setHotkeyEnabled(false);
+    Settings::shared().setHotkeyString(u"cmd+shift+o"_s);
 }
 
 void LaunchTest::removesLeftoversBeforeItListens()
@@ -206,9 +237,13 @@ void LaunchTest::givesItsWindowsTheEditingKeys()
     auto *editor = new QPlainTextEdit(&window);
     window.show();
     QStringList keys;
+    QStringList titles;
     for (const QAction *action : window.actions()) {
         keys << action->shortcut().toString();
+        titles << action->text();
     }
+    QCOMPARE(titles, QStringList({u"Quit Vellora"_s, u"Undo"_s, u"Redo"_s, u"Cut"_s, u"Copy"_s,
+                                  u"Paste"_s, u"Select All"_s}));
     QCOMPARE(keys, QStringList({u"Ctrl+Q"_s, u"Ctrl+Z"_s, u"Ctrl+Shift+Z"_s, u"Ctrl+X"_s,
                                 u"Ctrl+C"_s, u"Ctrl+V"_s, u"Ctrl+A"_s}));
     editor->setPlainText(u"some text"_s);

@@ -25,6 +25,8 @@ private Q_SLOTS:
     void showsErrorsOnTheStatusItem();
     void isSilentAboutErrorsWithoutAButton();
     void tellsAnErrorInOrder();
+    void beginsTheEndOfAMarkLast();
+    void saysThatTheSelectionIsEmpty();
     void logsInEnglish();
     void marksACopyOnceItIsThere();
     void warnsOfACopyThatFailed();
@@ -118,6 +120,38 @@ void MarksTest::tellsAnErrorInOrder()
     capture();
     QCOMPARE(m_platform->systemLog.lines.size(), 1);
     QCOMPARE(button().currentToolTip, u"No text found"_s);
+}
+
+void MarksTest::beginsTheEndOfAMarkLast()
+{
+    std::optional<int> waitingAtImage;
+    std::optional<int> waitingAtLine;
+    button().onImage = [&] {
+        waitingAtImage = waitingAtImage.value_or(m_platform->mainQueue.waitingCount());
+    };
+    m_platform->systemLog.onWrite = [&] {
+        waitingAtLine = m_platform->mainQueue.waitingCount();
+    };
+    capture();
+    QVERIFY(waitingAtImage);
+    QCOMPARE(m_platform->mainQueue.waitingCount(), *waitingAtImage + 1);
+    QVERIFY(!waitingAtLine);
+
+    m_platform->mainQueue.advance(2s);
+    waitingAtImage.reset();
+    m_platform->textRecognizer.nextResults.clear();
+    capture();
+    QVERIFY(waitingAtImage);
+    QCOMPARE(waitingAtLine, waitingAtImage);
+    QCOMPARE(m_platform->mainQueue.waitingCount(), *waitingAtImage + 1);
+}
+
+void MarksTest::saysThatTheSelectionIsEmpty()
+{
+    // Recognition never says so; what is shown for it is fixed all the same.
+    m_delegate->showOCRError(OCRError::emptyImage());
+    QCOMPARE(button().currentToolTip, u"Empty selection"_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora OCR: Empty selection"_s});
 }
 
 void MarksTest::logsInEnglish()

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void cancelsOnAReleaseWithoutAPress();
     void doesNotClampADragToItsBounds();
     void worksWithoutCallbacks();
+    void hasACrosshairEverywhere();
     void showsOnlyTheDimBeforeADrag();
     void cutsAClearHoleWithABlueOutline();
     void showsTheBackdropClearInTheHole();
@@ -181,6 +182,14 @@ void SelectorViewTest::worksWithoutCallbacks()
     drag({0, 0}, {1, 1});
     QTest::keyClick(m_view, Qt::Key_Escape);
     QCOMPARE(m_selections.size(), 0);
+}
+
+void SelectorViewTest::hasACrosshairEverywhere()
+{
+    QCOMPARE(m_view->cursor().shape(), Qt::CrossCursor);
+    // Told of moves without a button too, and nothing lies above it that has another cursor.
+    QVERIFY(m_view->hasMouseTracking());
+    QVERIFY(m_view->findChildren<QWidget *>().isEmpty());
 }
 
 void SelectorViewTest::showsOnlyTheDimBeforeADrag()

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "AboutBlock.h"
 #include "AppIcon.h"
+#include "FormColors.h"
 #include "FormSection.h"
 #include "HotkeyRecorder.h"
 #include "PlainButton.h"
@@ -9,12 +11,18 @@
 #include "SettingsWindowFixture.h"
 
 #include <QAccessible>
+#include <QBuffer>
 #include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLabel>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +55,9 @@ private Q_SLOTS:
     void namesEveryControl();
     void mirrorsWhenRightToLeft();
     void loadsAnIcon();
+    void loadsTheDesktopsIconWithoutItsOwn_data();
+    void loadsTheDesktopsIconWithoutItsOwn();
+    void laysOutTheAboutBlock();
 
 private:
     QStringList m_visited;
@@ -400,6 +411,92 @@ void SettingsFormTest::loadsAnIcon()
         colours << shown.pixel(x, shown.height() / 2);
     }
     QVERIFY(colours.size() > 3);
+}
+
+void SettingsFormTest::loadsTheDesktopsIconWithoutItsOwn_data()
+{
+    QTest::addColumn<QByteArray>("ownIcon");
+    QTest::newRow("none") << QByteArray();
+    QTest::newRow("no picture") << QByteArray("This is no picture.");
+}
+
+void SettingsFormTest::loadsTheDesktopsIconWithoutItsOwn()
+{
+    QFETCH(QByteArray, ownIcon);
+    const QTemporaryDir folder;
+    const auto write = [&](const QString &name, const QByteArray &content) {
+        const QString path = folder.filePath(name);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    write(u"bundle/README"_s, "A bundle.");
+    if (!ownIcon.isEmpty()) {
+        write(u"bundle/AppIcon.svg"_s, ownIcon);
+    }
+    QPixmap icon(48, 48);
+    icon.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    QVERIFY(icon.save(&buffer, "PNG"));
+    write(u"icons/theme/48x48/apps/%1.png"_s.arg(Publisher::applicationId), png);
+    write(u"icons/theme/index.theme"_s, "[Icon Theme]\nName=theme\nDirectories=48x48/apps\n"
+                                        "[48x48/apps]\nSize=48\n");
+    const QStringList searchPaths = QIcon::themeSearchPaths();
+    const QString themeName = QIcon::themeName();
+    QIcon::setThemeSearchPaths({folder.filePath(u"icons"_s)});
+    QIcon::setThemeName(u"theme"_s);
+    const auto bundle = Bundle::open(folder.filePath(u"bundle"_s));
+    QVERIFY(bundle);
+    const QImage shown = loadedAppIcon(*bundle).pixmap(44).toImage();
+    QIcon::setThemeName(themeName);
+    QIcon::setThemeSearchPaths(searchPaths);
+    QVERIFY(!shown.isNull());
+    QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() / 2), QColor(Qt::red));
+}
+
+void SettingsFormTest::laysOutTheAboutBlock()
+{
+    show(m_updater.get());
+    const auto block = window()->findChild<AboutBlock *>();
+    const auto labels = block->findChildren<QLabel *>();
+    // The name, the version, the credit and the notice.
+    QCOMPARE(labels.size(), 4);
+    const auto icon = block->findChild<AppIconView *>();
+    const auto link = block->findChild<LinkButton *>();
+    QCOMPARE(labels[0]->text(), Publisher::applicationName);
+    QCOMPARE(labels[0]->font().weight(), int(QFont::DemiBold));
+    const QList<QWidget *> texts{labels[0], labels[1], labels[2], link, labels[3]};
+    QList<int> sizes;
+    for (const QWidget *text : texts) {
+        sizes << text->font().pixelSize();
+    }
+    QCOMPARE(sizes, QList<int>({14, 11, 12, 12, 11}));
+
+    const auto ink = [](const QWidget *text) {
+        return text->palette().color(QPalette::WindowText);
+    };
+    const QPalette palette = block->palette();
+    QCOMPARE(ink(labels[0]), palette.color(QPalette::WindowText));
+    QCOMPARE(ink(labels[1]), FormColors::tertiaryLabel(palette));
+    QCOMPARE(ink(labels[2]), FormColors::secondaryLabel(palette));
+    QCOMPARE(ink(labels[3]), FormColors::tertiaryLabel(palette));
+
+    // The gaps, as seen: none of these has margins of its own.
+    QCOMPARE(labels[0]->x() - (icon->x() + icon->width()), 14);
+    QCOMPARE(labels[1]->x() - (labels[0]->x() + labels[0]->width()), 6);
+    QCOMPARE(labels[2]->y() -
+                 std::max(labels[0]->geometry().bottom(), labels[1]->geometry().bottom()) - 1,
+             3);
+    QCOMPARE(labels[0]->geometry().center().y(), labels[1]->geometry().center().y());
+    QVERIFY(std::abs(icon->geometry().center().y() - block->rect().center().y()) <= 1);
+
+    const auto buttons = window()->findChildren<PlainButton *>();
+    const auto update = std::ranges::find(buttons, u"Check for Updates"_s,
+                                          [](const auto *button) { return plain(button->text()); });
+    QVERIFY(update != buttons.end());
+    QCOMPARE((*update)->font().pixelSize(), 12);
 }
 
 QTEST_MAIN(SettingsFormTest)

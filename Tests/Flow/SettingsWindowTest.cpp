@@ -206,12 +206,13 @@ void SettingsWindowTest::storesAMoveThatNothingTold()
 void SettingsWindowTest::keepsThePlaceWhereNoneIsTold()
 {
     m_platform->popupPlacement.tells = false;
-    m_platform->screens.main->visibleFrame = {{0, 0}, {1280, 800}};
+    // What a panel leaves, as the desktop tells it.
+    m_platform->popupPlacement.visible = {{0, 100}, {1280, 700}};
     show();
     QVERIFY(!storedFrame());
     // Where it would open without anything stored.
     window()->resize(400, 376);
-    QTRY_COMPARE(storedFrame(), u"{{440, 200}, {400, 400}}"_s);
+    QTRY_COMPARE(storedFrame(), u"{{440, 250}, {400, 400}}"_s);
     close();
     m_platform->userDefaults().set(frameKey, u"{{17, 31}, {400, 524}}"_s);
     show();

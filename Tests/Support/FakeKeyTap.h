@@ -19,6 +19,8 @@ public:
     QString unboundReason;
     /// What the layout prints on keys; others are not known.
     QMap<quint16, QString> labels;
+    /// Called when a tap is asked for, if set.
+    std::function<void()> onCreate;
     int promptCount = 0;
     mutable int checkCount = 0;
     int createCount = 0;
@@ -58,6 +60,9 @@ public:
     std::unique_ptr<Tap> createTap(const KeyCombination &combination, Callback callback) override
     {
         ++createCount;
+        if (onCreate) {
+            onCreate();
+        }
         setProblem(unboundReason);
         if (taken.contains(combination) || !unboundReason.isEmpty()) {
             return nullptr;
@@ -84,7 +89,27 @@ public:
 
     QString keyLabel(quint16 keyCode) const override { return labels.value(keyCode); }
 
+    std::unique_ptr<Inhibitor> inhibitShortcuts(QWindow &window) override
+    {
+        return std::make_unique<Inhibiting>(inhibited, window);
+    }
+
+    /// The window that hears all keys now.
+    QWindow *inhibited = nullptr;
+
 private:
+    struct Inhibiting : Inhibitor
+    {
+        Inhibiting(QWindow *&inhibitedWindow, QWindow &window)
+            : inhibited(inhibitedWindow)
+        {
+            inhibited = &window;
+        }
+        ~Inhibiting() override { inhibited = nullptr; }
+
+        QWindow *&inhibited;
+    };
+
     struct Running : Tap
     {
         Running(FakeKeyTap &keyTap, const KeyCombination &wanted, Callback handler)

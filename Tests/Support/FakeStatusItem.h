@@ -17,11 +17,19 @@ public:
     StatusItemImage currentImage;
     QString currentToolTip;
     std::function<void(const StatusItemEvent &)> action;
+    /// Called with each image, if set.
+    std::function<void()> onImage;
     std::unique_ptr<QMenu> menu;
     int menuCount = 0;
 
     StatusItemImage image() const override { return currentImage; }
-    void setImage(const StatusItemImage &image) override { currentImage = image; }
+    void setImage(const StatusItemImage &image) override
+    {
+        currentImage = image;
+        if (onImage) {
+            onImage();
+        }
+    }
     QString toolTip() const override { return currentToolTip; }
     void setToolTip(const QString &toolTip) override { currentToolTip = toolTip; }
     void setAction(std::function<void(const StatusItemEvent &)> handler) override
@@ -48,7 +56,16 @@ public:
 
     FakeStatusBar() { shown.set(StatusItemExposure::Extent::ImageAndToolTip); }
 
-    std::unique_ptr<StatusItem> makeStatusItem() override { return std::make_unique<Item>(button); }
+    /// Called when a status item is asked for, if set.
+    std::function<void()> onMake;
+
+    std::unique_ptr<StatusItem> makeStatusItem() override
+    {
+        if (onMake) {
+            onMake();
+        }
+        return std::make_unique<Item>(button);
+    }
     const StatusItemExposure &exposure() const override { return shown; }
 
 private:

@@ -3,6 +3,9 @@
 
 #include "Platform/Qt/StandardErrorLog.h"
 
+#include <QDirIterator>
+#include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QTest>
 #include <QThread>
@@ -55,6 +58,7 @@ private Q_SLOTS:
     void formats();
     void oneLineOnStandardError();
     void linesOfThreadsDoNotMix();
+    void everyLineIsListed();
 };
 
 void SystemLogTest::formats_data()
@@ -113,6 +117,29 @@ void SystemLogTest::linesOfThreadsDoNotMix()
     for (const QByteArray &line : all) {
         QCOMPARE(line, "vellora: " + QByteArray(200, line.back()));
     }
+}
+
+void SystemLogTest::everyLineIsListed()
+{
+    QFile list(QStringLiteral(VELLORA_TREE "/Documentation/Log.md"));
+    QVERIFY(list.open(QIODevice::ReadOnly));
+    const QString listed = QString::fromUtf8(list.readAll());
+    static const QRegularExpression line(u"(?:->|\\.)log(?:Verbatim)?\\(\\s*u\"([^\"%]+)"_s);
+    int count = 0;
+    QDirIterator sources(QStringLiteral(VELLORA_TREE "/Sources"), {u"*.cpp"_s}, QDir::Files,
+                         QDirIterator::Subdirectories);
+    while (sources.hasNext()) {
+        QFile source(sources.next());
+        QVERIFY(source.open(QIODevice::ReadOnly));
+        auto written = line.globalMatch(QString::fromUtf8(source.readAll()));
+        while (written.hasNext()) {
+            const QString text = written.next().captured(1);
+            QVERIFY2(listed.contains(text.trimmed()), qUtf8Printable(text));
+            ++count;
+        }
+    }
+    // As many as there were when this was written: the sources are found, and read rightly.
+    QVERIFY(count >= 9);
 }
 
 QTEST_GUILESS_MAIN(SystemLogTest)

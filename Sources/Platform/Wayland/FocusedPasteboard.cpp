@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/FocusedPasteboard.h"
 
+#include "Platform/Wayland/PointWindow.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QRasterWindow>
 
 #include <chrono>
 #include <utility>
@@ -56,13 +57,7 @@ void FocusedPasteboard::setString(const QString &text)
     if (!m_text || m_window) {
         return;
     }
-    m_window = std::make_unique<QRasterWindow>();
-    QSurfaceFormat format = m_window->format();
-    format.setAlphaBufferSize(8);
-    m_window->setFormat(format);
-    m_window->setFlags(Qt::Window | Qt::FramelessWindowHint);
-    m_window->setTitle(QGuiApplication::applicationDisplayName());
-    m_window->resize(1, 1);
+    m_window = std::make_unique<PointWindow>();
     m_window->show();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/LayerShell.h"
 
+#include "Platform/Wayland/LayerShellProtocol.h"
 #include "Platform/Wayland/QtWayland.h"
 
 #include <QEvent>
@@ -10,22 +11,11 @@
 #include <utility>
 #include <wayland-client.h>
 
-// The header names an argument after a keyword.
-#ifdef __clang__
-#pragma clang diagnostic ignored "-Wkeyword-macro"
-#endif
-#define namespace namespace_
-#include <wayland-wlr-layer-shell-unstable-v1.h>
-#undef namespace
-
 namespace {
 /// One is what a compositor needs; a busy one may answer with the next.
 constexpr int mostRoundtrips = 10;
 /// Panels and docks do not push the layer aside.
 constexpr int32_t beneathPanelsToo = -1;
-constexpr uint32_t everyEdge =
-    ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
-    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
 } // namespace
 
 LayerSurface::LayerSurface(zwlr_layer_surface_v1 *role, QWidget &window)
@@ -73,14 +63,14 @@ LayerShell::LayerShell()
         return;
     }
     m_queue = wl_display_create_queue(display);
-    // 3 is the first that can be destroyed.
-    m_shell = static_cast<zwlr_layer_shell_v1 *>(
-        bindOnQtConnection(zwlr_layer_shell_v1_interface, 3, m_queue));
+    m_shell = static_cast<zwlr_layer_shell_v1 *>(bindOnQtConnection(
+        zwlr_layer_shell_v1_interface, LayerShellProtocol::destroyableVersion, m_queue));
 }
 
 LayerShell::~LayerShell()
 {
-    if (m_shell && zwlr_layer_shell_v1_get_version(m_shell) >= 3) {
+    if (m_shell &&
+        zwlr_layer_shell_v1_get_version(m_shell) >= LayerShellProtocol::destroyableVersion) {
         zwlr_layer_shell_v1_destroy(m_shell);
     } else if (m_shell) {
         wl_proxy_destroy(reinterpret_cast<wl_proxy *>(m_shell));
@@ -116,7 +106,7 @@ std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen
         m_shell, surface, output, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "vellora-overlay");
     auto layer = std::make_unique<LayerSurface>(role, window);
     zwlr_layer_surface_v1_add_listener(role, &listener, layer.get());
-    zwlr_layer_surface_v1_set_anchor(role, everyEdge);
+    zwlr_layer_surface_v1_set_anchor(role, LayerShellProtocol::everyEdge);
     zwlr_layer_surface_v1_set_exclusive_zone(role, beneathPanelsToo);
     // 1 is "exclusive" in later versions: the keyboard at once, and no other window gets it.
     zwlr_layer_surface_v1_set_keyboard_interactivity(role, 1);

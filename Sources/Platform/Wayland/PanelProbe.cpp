@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/PanelProbe.h"
 
+#include "Platform/Wayland/LayerShellProtocol.h"
 #include "Platform/Wayland/WaylandOutputs.h"
 
 #include <chrono>
 
-// The header names an argument after a keyword.
-#ifdef __clang__
-#pragma clang diagnostic ignored "-Wkeyword-macro"
-#endif
-#define namespace namespace_
-#include <wayland-wlr-layer-shell-unstable-v1.h>
-#undef namespace
-
 namespace {
 /// When a compositor that does not answer is given up on.
 constexpr std::chrono::milliseconds patience(500);
-constexpr uint32_t everyEdge =
-    ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
-    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
 
 const zwlr_layer_surface_v1_listener layerListener{
     .configure =
@@ -33,11 +23,11 @@ std::optional<QSize> sizeBesideLayers(const QScreen &screen)
 {
     const QDeadlineTimer deadline(patience);
     WaylandConnection connection;
-    // 3 is the first that can be destroyed.
+    constexpr quint32 wanted = LayerShellProtocol::destroyableVersion;
     const WaylandPointer<zwlr_layer_shell_v1, zwlr_layer_shell_v1_destroy> shell(
-        connection.version(zwlr_layer_shell_v1_interface.name) < 3
+        connection.version(zwlr_layer_shell_v1_interface.name) < wanted
             ? nullptr
-            : connection.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, 3));
+            : connection.bindFirst<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, wanted));
     const WaylandPointer<wl_compositor, wl_compositor_destroy> compositor(
         connection.bindFirst<wl_compositor>(wl_compositor_interface, 1));
     const WaylandOutputs outputs = bindOutputs(connection, deadline);
@@ -52,7 +42,7 @@ std::optional<QSize> sizeBesideLayers(const QScreen &screen)
         zwlr_layer_shell_v1_get_layer_surface(shell.get(), surface.get(), output->proxy,
                                               ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM, "vellora-probe"));
     zwlr_layer_surface_v1_add_listener(layer.get(), &layerListener, &size);
-    zwlr_layer_surface_v1_set_anchor(layer.get(), everyEdge);
+    zwlr_layer_surface_v1_set_anchor(layer.get(), LayerShellProtocol::everyEdge);
     // 0 asks to be put beside what takes room.
     zwlr_layer_surface_v1_set_exclusive_zone(layer.get(), 0);
     wl_surface_commit(surface.get());

@@ -51,6 +51,13 @@ wl_display *qtWaylandDisplay()
                   : nullptr;
 }
 
+wl_seat *qtWaylandSeat()
+{
+    auto *native = nativeInterface();
+    return native ? static_cast<wl_seat *>(native->nativeResourceForIntegration("wl_seat"))
+                  : nullptr;
+}
+
 wl_output *qtWaylandOutput(QScreen &screen)
 {
     auto *native = nativeInterface();

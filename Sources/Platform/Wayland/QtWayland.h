@@ -10,11 +10,14 @@ struct wl_display;
 struct wl_event_queue;
 struct wl_interface;
 struct wl_output;
+struct wl_seat;
 struct wl_surface;
 
 /// Qt's own Wayland objects. Null when Qt does not run on Wayland.
 wl_display *qtWaylandDisplay();
 wl_output *qtWaylandOutput(QScreen &screen);
+/// Null too where there is neither pointer nor keyboard.
+wl_seat *qtWaylandSeat();
 /// Null too for a window that has not been created.
 wl_surface *qtWaylandSurface(QWindow &window);
 

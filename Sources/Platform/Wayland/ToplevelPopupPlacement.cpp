@@ -30,6 +30,10 @@ void ToplevelPopupPlacement::setFrameOrigin(QWidget & /*window*/, CocoaPoint /*o
 
 void ToplevelPopupPlacement::makeKeyAndOrderFront(QWidget &window)
 {
+    if (window.isVisible()) {
+        m_activation.activate(window);
+        return;
+    }
     // Every compositor gives a new window the keyboard, as far as it lets any program have it.
     window.show();
 }

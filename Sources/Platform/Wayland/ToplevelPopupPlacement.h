@@ -3,6 +3,7 @@
 
 #include "Platform/PopupPlacement.h"
 #include "Platform/Screens.h"
+#include "Platform/Wayland/WindowActivation.h"
 
 /// Popups are ordinary windows, which a Wayland compositor puts where it likes and tells nobody
 /// where that is. They have the title bar and the resizing that the desktop gives any window.
@@ -23,4 +24,5 @@ public:
 
 private:
     const Screens &m_screens;
+    WindowActivation m_activation;
 };

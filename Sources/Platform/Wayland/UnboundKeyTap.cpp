@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/UnboundKeyTap.h"
 
-#include <QCoreApplication>
-#include <QGuiApplication>
+#include "Platform/CaptureCommand.h"
 
-using namespace Qt::StringLiterals;
+#include <QCoreApplication>
 
 namespace {
 /// The command is its argument.
@@ -21,8 +20,7 @@ UnboundKeyTap::UnboundKeyTap(SystemLog &log)
 std::unique_ptr<KeyTap::Tap> UnboundKeyTap::createTap(const KeyCombination & /*combination*/,
                                                       Callback /*callback*/)
 {
-    const QString command =
-        u"gapplication action %1 capture"_s.arg(QGuiApplication::desktopFileName());
+    const QString command = captureCommand();
     m_log.log(QString::fromUtf8(problemText).arg(command));
     setProblem(QCoreApplication::translate("UnboundKeyTap", problemText).arg(command));
     return nullptr;

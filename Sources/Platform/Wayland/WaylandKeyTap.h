@@ -12,4 +12,5 @@ public:
     bool isProcessTrustedWithPrompt() override { return true; }
     std::optional<KeyCombination> combination(const QKeyEvent &event) const override;
     QString keyLabel(quint16 keyCode) const override;
+    std::unique_ptr<Inhibitor> inhibitShortcuts(QWindow &window) override;
 };

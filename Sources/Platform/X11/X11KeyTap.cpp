@@ -6,10 +6,29 @@
 #include "Platform/X11/X11Keyboard.h"
 
 #include <QKeyEvent>
+#include <QPointer>
+#include <QWindow>
 
 namespace {
 constexpr quint16 escapeKeyCode = 53;
-}
+
+/// Holds the whole keyboard: no passive grab, of ours or of others, is a match meanwhile.
+struct KeyboardHold : KeyTap::Inhibitor
+{
+    explicit KeyboardHold(QWindow &holder)
+        : window(&holder)
+    {
+    }
+    ~KeyboardHold() override
+    {
+        if (window) {
+            window->setKeyboardGrabEnabled(false);
+        }
+    }
+
+    QPointer<QWindow> window;
+};
+} // namespace
 
 std::unique_ptr<KeyTap::Tap> X11KeyTap::createTap(const KeyCombination &combination,
                                                   Callback callback)
@@ -57,4 +76,12 @@ QString X11KeyTap::keyLabel(quint16 keyCode) const
 {
     const X11Connection connection;
     return connection.isUsable() ? X11Keyboard(connection.xcb()).label(keyCode) : QString();
+}
+
+std::unique_ptr<KeyTap::Inhibitor> X11KeyTap::inhibitShortcuts(QWindow &window)
+{
+    if (!window.setKeyboardGrabEnabled(true)) {
+        return nullptr;
+    }
+    return std::make_unique<KeyboardHold>(window);
 }

@@ -16,4 +16,5 @@ public:
     std::unique_ptr<Tap> createTap(const KeyCombination &combination, Callback callback) override;
     std::optional<KeyCombination> combination(const QKeyEvent &event) const override;
     QString keyLabel(quint16 keyCode) const override;
+    std::unique_ptr<Inhibitor> inhibitShortcuts(QWindow &window) override;
 };

@@ -233,9 +233,15 @@ def answer(name):
     wait_until("the dialog's end", lambda: dialog_button(name) is None)
 
 
+def has_shortcuts_portal():
+    """Whether this GNOME's portal has shortcuts, as it has from 48 on."""
+    return "GlobalShortcuts" in \
+        Path("/usr/share/xdg-desktop-portal/portals/gnome.portal").read_text()
+
+
 def allow_shortcut():
     """Answers GNOME's question for it, which comes from the version on that has a portal for it."""
-    if "GlobalShortcuts" in Path("/usr/share/xdg-desktop-portal/portals/gnome.portal").read_text():
+    if has_shortcuts_portal():
         answer("Add")
 
 

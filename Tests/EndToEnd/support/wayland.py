@@ -10,7 +10,8 @@ from .waiting import wait_until
 
 WHOLE = max(screen.right for screen in SCREENS), max(screen.bottom for screen in SCREENS)
 BUTTONS = {1: 272, 2: 274, 3: 273}
-KEYS = {"Escape": 1, "Return": 28, "a": 30, "d": 32, "o": 24, "4": 5, "Up": 103, "Down": 108}
+KEYS = {"Escape": 1, "Return": 28, "a": 30, "d": 32, "k": 37, "o": 24, "4": 5, "space": 57, "Up": 103,
+        "Down": 108}
 MODIFIERS = {"ctrl": (29, 4), "shift": (42, 1), "alt": (56, 8), "super": (125, 64)}
 BAR = 0xe0
 
