@@ -41,9 +41,9 @@ class KWinPortalTest(unittest.TestCase):
                 Clipboard.put(text)
                 before = screenshot()
                 activate_action("capture")
-                wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+                wait_until("the dim on every screen", lambda: is_dimmed(before))
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
-                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
                 wait_until("what was there before", lambda: is_unchanged(before))
         # The portal's pictures are nobody's any more.
         self.assertEqual(list(PICTURES.iterdir()), [])

@@ -55,7 +55,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(copy))))
             with with_entry(copy):
-                wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+                wait_until("the dim on every screen", lambda: is_dimmed(before))
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 

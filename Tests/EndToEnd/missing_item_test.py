@@ -61,7 +61,7 @@ class Notifications:
             bus = dbus.SessionBus()
             bus.start_service_by_name("org.gnome.Shell.Notifications")
             wait_until("the shell's notifications",
-                       lambda: bus.name_has_owner("org.freedesktop.Notifications"), 30)
+                       lambda: bus.name_has_owner("org.freedesktop.Notifications"))
             ask("""new imports.gi.Gio.Settings({schema_id: "org.gnome.desktop.notifications"})
                 .set_boolean("show-banners", true)""")
         else:

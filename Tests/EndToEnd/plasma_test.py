@@ -99,7 +99,7 @@ class PlasmaTest(unittest.TestCase):
         with Program({}) as program:
             program.status_item()
             self.choose_settings(program)
-            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS), 30)
+            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS))
             wait_until("the settings' focus", lambda: desktop.active_window() == window)
             place = desktop.frame_box(window)
             with Page(TEXT, place):
@@ -107,14 +107,14 @@ class PlasmaTest(unittest.TestCase):
                 desktop.activate(page)
                 wait_until("the page in front", lambda: desktop.active_window() == page)
                 self.choose_settings(program)
-                wait_until("the settings' focus", lambda: desktop.active_window() == window, 30)
+                wait_until("the settings' focus", lambda: desktop.active_window() == window)
             self.assertEqual(desktop.frame_box(window), place)
 
     def test_minimised_settings_come_to_the_front(self):
         with Program({}) as program:
             program.status_item()
             self.choose_settings(program)
-            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS), 30)
+            window, = wait_until("the settings", lambda: desktop.windows_titled(SETTINGS))
             wait_until("the settings' focus", lambda: desktop.active_window() == window)
             # An ordinary window, which the task bar shows.
             self.assertIn(SETTINGS, desktop.listed_windows().values())
