@@ -11,7 +11,7 @@ from pathlib import Path
 from support import accessibility, desktop, main
 from support.accessibility import control
 from support.artifacts import keep
-from support.desktop import key, screenshot
+from support.desktop import key
 from support.gnome import (allow_shortcut, answer, dialog_button, grabbed_keys, set_permission,
                            stored_permission)
 from support.page import Page
@@ -82,7 +82,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_allow_with_nothing_in_front(self):
         self.start()
-        before = screenshot()
+        before = settled_screenshot()
         activate_action("capture")
         wait_until("the question", lambda: dialog_button("Allow"))
         self.assertEqual(windows(), [WINDOW])
@@ -96,7 +96,7 @@ class GnomePermissionTest(unittest.TestCase):
         with Page(TEXT):
             self.start(AUTOSTART, hotkeyEnabled="true")
             allow_shortcut()
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             answer("Allow")
             self.assert_captures(before)
@@ -105,7 +105,7 @@ class GnomePermissionTest(unittest.TestCase):
     def test_without_an_id(self):
         with Page(TEXT):
             self.start(None)
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             answer("Allow")
             self.assert_captures(before)
@@ -113,7 +113,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_denial(self):
         program = self.start()
-        before = screenshot()
+        before = settled_screenshot()
         activate_action("capture")
         answer("Deny")
         wait_until("what was there before", lambda: is_unchanged(before))
@@ -132,7 +132,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_dismissal_by_key(self):
         program = self.start()
-        before = screenshot()
+        before = settled_screenshot()
         activate_action("capture")
         wait_until("the question", lambda: dialog_button("Deny"))
         key("Escape")
@@ -142,7 +142,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_answer_that_comes_too_late_for_the_portal(self):
         self.start()
-        before = screenshot()
+        before = settled_screenshot()
         activate_action("capture")
         wait_until("the question", lambda: dialog_button("Allow"))
         wait_until("the portal's patience to end", lambda: portal_failures("Timeout"), 60)
@@ -191,7 +191,7 @@ class GnomePermissionTest(unittest.TestCase):
             self.start(hotkeyEnabled="true")
             allow_shortcut()
             wait_until("the shortcut", lambda: grabbed_keys() == others + 1)
-            before = screenshot()
+            before = settled_screenshot()
             key("super+shift+o")
             answer("Allow")
             self.assert_captures(before)

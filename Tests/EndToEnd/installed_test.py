@@ -30,7 +30,7 @@ class InstalledTest(unittest.TestCase):
 
     def test_a_start_from_the_menu_only_launches_and_a_click_captures(self):
         with Page(TEXT) as page:
-            before = screenshot()
+            before = settled_screenshot()
             with InstalledProgram(CLIPBOARD, launch) as program:
                 self.assertEqual(Path(f"/proc/{program.process_id}/exe").resolve(),
                                  (ENTRY.parents[2] / "bin/vellora").resolve())
@@ -44,7 +44,7 @@ class InstalledTest(unittest.TestCase):
     def test_chosen_again_it_captures(self):
         with Page(TEXT) as page, InstalledProgram(CLIPBOARD, activate) as program:
             program.status_item()
-            before = screenshot()
+            before = settled_screenshot()
             launch()
             self.assert_capture_began(before)
             Clipboard.put("before")

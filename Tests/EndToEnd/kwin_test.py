@@ -45,7 +45,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
             program.logged(REFUSED.format(re.escape(str(copy))))
             wait_until("the mark's end", lambda: status_notifier.tool_tip_text() == TOOL_TIP)
-            self.assertTrue(is_unchanged(before))
+            wait_until("what was there before", lambda: is_unchanged(before))
 
     def test_capture_begins_once_the_desktop_entry_is_there(self):
         copy = copied_program()
