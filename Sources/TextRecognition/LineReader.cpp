@@ -6,7 +6,6 @@
 #include "ForeignScript.h"
 #include "HanChooser.h"
 #include "IconFilter.h"
-#include "IndicNumbers.h"
 #include "LanguageChooser.h"
 #include "MixedScripts.h"
 #include "ScriptChooser.h"
@@ -35,6 +34,11 @@ bool isHanModel(const QString &model)
 bool isChinese(Script script)
 {
     return script == Script::SimplifiedHan || script == Script::TraditionalHan;
+}
+
+bool isFromRight(QChar c)
+{
+    return c.direction() == QChar::DirAL || c.direction() == QChar::DirAN;
 }
 
 class Reader
@@ -84,7 +88,6 @@ private:
         if (Languages::scriptOf(m_models.main) != Script::Latin) {
             chooseLatin();
         }
-        m_hasIndicNumbers = std::any_of(m_tasks.begin(), m_tasks.end(), hasIndicNumber);
         m_workers.forEach(m_tasks.size(), [this](std::size_t i) {
             LineTask &task = m_tasks[i];
             if (task.script == Script::Latin) {
@@ -272,38 +275,33 @@ private:
     }
 
     /// Reads the doubtful part of a line again with a second script and keeps the surer words of
-    /// each.
+    /// each. The Arabic model reads Latin letters and digits of both kinds itself.
     void checkMixed(LineTask &task)
     {
-        if (task.best.isEmpty()) {
+        if (task.best.isEmpty() || task.script == Script::Arabic) {
             return;
         }
-        checkNumbers(task);
-        QString second = m_models.latin;
-        if (task.script == Script::Latin) {
-            second = m_models.foreign;
-        }
+        const QString second = task.script == Script::Latin ? m_models.foreign : m_models.latin;
         if (second.isEmpty()) {
             return;
         }
-        if (task.script == Script::Latin && second == m_models.main &&
-            Languages::scriptOf(second) == Script::Arabic) {
-            task.best = mergedReading(task.best, task.read(m_engines, second), task.script);
-        }
-        task.best = mixedReading(task, second, mixedGate, m_engines);
-        if (runsFromRight(task.best.text(), task.script)) {
-            task.script = Script::Arabic;
+        if (Languages::scriptOf(second) == Script::Arabic) {
+            checkArabic(task, second);
+        } else {
+            task.best = mixedReading(task, second, mixedGate, m_engines);
         }
     }
 
-    /// Puts Arabic-Indic numbers into lines that are Arabic, or stand on an Arabic page.
-    void checkNumbers(LineTask &task)
+    void checkArabic(LineTask &task, const QString &model)
     {
-        for (const QString &model : {task.best.model, m_models.main}) {
-            if (!model.isEmpty() && Languages::scriptOf(model) == Script::Arabic) {
-                task.take(withIndicNumbers(task, model, m_hasIndicNumbers, m_engines));
-                return;
-            }
+        if (task.best.confidence() >= mixedGate && model != m_models.main) {
+            return;
+        }
+        const Reading reading = task.read(m_engines, model);
+        const QString text = reading.text();
+        if (std::any_of(text.cbegin(), text.cend(), isFromRight) &&
+            reading.confidence() + foreignAdvance > task.best.confidence()) {
+            task.take(reading);
         }
     }
 
@@ -314,8 +312,6 @@ private:
     PageModels m_models;
     /// Bytes, as each line's is written by the thread that reads it.
     std::vector<char> m_isFinished;
-    /// Whether numbers on the page are surely in Arabic-Indic digits.
-    bool m_hasIndicNumbers = false;
 };
 
 } // namespace

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "VisualOrder.h"
 
+#include <QSet>
+
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace recognition {
 
@@ -90,6 +94,43 @@ QList<bool> leftToRightLetters(const QList<uint> &letters)
     return isLeft;
 }
 
+bool isBracket(QChar c)
+{
+    return c.hasMirrored();
+}
+
+bool hasOwnDirection(QChar c)
+{
+    const QChar::Direction direction = c.direction();
+    return direction == QChar::DirL || direction == QChar::DirEN || isRightToLeft(c.unicode());
+}
+
+/// Marks at the ends of words from left to right among those from right to left are drawn with the
+/// latter: what stands left of them follows them, and a bracket right of them comes before. `left`
+/// and `right` are the words at the ends, which may be one.
+void turnEnds(QString &left, QString &right)
+{
+    qsizetype first = 0;
+    while (first < left.size() && !hasOwnDirection(left[first])) {
+        ++first;
+    }
+    if (first == left.size()) {
+        return;
+    }
+    QString after = left.first(first);
+    std::reverse(after.begin(), after.end());
+    left.remove(0, first);
+    qsizetype last = right.size();
+    while (last > 0 && isBracket(right[last - 1])) {
+        --last;
+    }
+    QString before = right.sliced(last);
+    std::reverse(before.begin(), before.end());
+    right.truncate(last);
+    right += after;
+    left.prepend(before);
+}
+
 QString turned(const QString &word)
 {
     const QList<uint> letters = word.toUcs4();
@@ -109,7 +150,18 @@ QString turned(const QString &word)
     return text;
 }
 
-bool isRightToLeftLine(const QList<Direction> &directions)
+int lettersOf(const QList<QString> &words, bool isRight)
+{
+    int count = 0;
+    for (const QString &word : words) {
+        for (const QChar c : word) {
+            count += isRight ? isRightToLeft(c.unicode()) : c.direction() == QChar::DirL;
+        }
+    }
+    return count;
+}
+
+bool isRightToLeftLine(const QList<QString> &words, const QList<Direction> &directions)
 {
     if (directions.first() == Direction::RightToLeft) {
         return true;
@@ -117,7 +169,39 @@ bool isRightToLeftLine(const QList<Direction> &directions)
     if (directions.last() == Direction::LeftToRight) {
         return false;
     }
-    return directions.count(Direction::RightToLeft) > directions.count(Direction::LeftToRight);
+    return lettersOf(words, true) >= lettersOf(words, false);
+}
+
+/// Whether a Latin word that stands left of a number among words from right to left follows it, as
+/// in "12 ms"; others come before it, as in "Python 3". Both look the same.
+bool isUnit(const QString &word)
+{
+    static const QSet<QString> units{
+        u"B"_s,    u"KB"_s,  u"MB"_s,  u"GB"_s,   u"TB"_s,   u"KiB"_s, u"MiB"_s,  u"GiB"_s,
+        u"kbps"_s, u"Mbps"_s, u"Gbps"_s, u"ms"_s,  u"s"_s,   u"min"_s, u"h"_s,    u"Hz"_s,
+        u"kHz"_s,  u"MHz"_s, u"GHz"_s, u"px"_s,   u"pt"_s,   u"dpi"_s, u"fps"_s,  u"mm"_s,
+        u"cm"_s,   u"m"_s,   u"km"_s,  u"g"_s,    u"kg"_s,   u"mg"_s,  u"W"_s,    u"kW"_s,
+        u"V"_s,    u"mAh"_s, u"dB"_s,  u"K"_s};
+    return units.contains(word);
+}
+
+bool isNumber(const QString &word)
+{
+    return std::any_of(word.cbegin(), word.cend(),
+                       [](QChar c) { return c.direction() == QChar::DirEN; });
+}
+
+/// Numbers right of Latin words go on with them.
+void joinNumbers(const QList<QString> &words, QList<Direction> &directions)
+{
+    for (qsizetype i = 1; i < words.size(); ++i) {
+        const bool isAloneUnit = isUnit(words[i - 1]) &&
+                                 (i < 2 || directions[i - 2] != Direction::LeftToRight);
+        if (directions[i] == Direction::None && directions[i - 1] == Direction::LeftToRight &&
+            isNumber(words[i]) && !isAloneUnit) {
+            directions[i] = Direction::LeftToRight;
+        }
+    }
 }
 
 } // namespace
@@ -140,12 +224,13 @@ QList<int> toReadingOrder(QList<QString> &words)
         return order;
     }
 
-    const bool isRight = isRightToLeftLine(directions);
+    const bool isRight = isRightToLeftLine(words, directions);
     const Direction other = isRight ? Direction::LeftToRight : Direction::RightToLeft;
     const Direction own = isRight ? Direction::RightToLeft : Direction::LeftToRight;
     const int step = isRight ? -1 : 1;
     const int end = isRight ? -1 : count;
     if (isRight) {
+        joinNumbers(words, directions);
         // What has no direction of its own and stands right of a Latin word goes on with it.
         int last = count - 1;
         while (last > 0 && directions[last] == Direction::None) {
@@ -161,6 +246,9 @@ QList<int> toReadingOrder(QList<QString> &words)
             for (int at = i; at != end && directions[at] != own; at += step) {
                 last = directions[at] == other ? at : last;
             }
+        }
+        if (isRight && directions[i] == other) {
+            turnEnds(words[last], words[i]);
         }
         const bool isTurned =
             isRight ? last == i && directions[i] != other : directions[i] == other;
