@@ -5,8 +5,10 @@ import re
 import unittest
 
 from support import desktop, main, status_notifier
+from support.artifacts import keep
 from support.built_entry import copied_program, with_entry
 from support.desktop import Clipboard, Pointer, points, screenshot
+from support.kwin import is_there, minimise
 from support.page import Page
 from support.pressing import assert_captures
 from support.program import (POPUP_TITLE, Program, activate_action, is_dimmed,
@@ -74,6 +76,16 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             self.assertLessEqual(frame.bottom, screen.bottom - points(28))
             self.assertGreater(frame.bottom, screen.bottom - points(76))
             self.assertNotIn(POPUP_TITLE, desktop.listed_windows().values())
+
+    def test_minimised_result_window_is_closed(self):
+        """KWin gives every window with a title bar the button, but this one has no entry in the task
+        bar to come back from."""
+        with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
+            program.capture(page.box)
+            popup = program.popup()
+            keep("result-window")
+            minimise(popup)
+            wait_until("the result window's end", lambda: not is_there(popup))
 
 
 if __name__ == "__main__":

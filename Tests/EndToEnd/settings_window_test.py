@@ -13,7 +13,7 @@ from support.waiting import wait_until
 
 if desktop.NAME == "sway":
     from support.sway import command
-else:
+elif desktop.NAME == "gnome":
     from support.gnome import resize
 
 TITLE = "Vellora Settings"
@@ -29,9 +29,9 @@ def open_settings(token=None):
 
 
 def wait_until_placed(window):
-    """The program moves it when sway has told what it has made of it; GNOME lets no program."""
-    if desktop.NAME == "gnome":
-        # Larger than its content by the title bar, which the program draws when it gets to it.
+    """The program moves it when sway has told what it has made of it; the others place it before, but
+    draw its title bar when they get to it."""
+    if desktop.NAME != "sway":
         wait_until("the settings with their title bar",
                    lambda: desktop.frame_box(window).height > points(430))
         return

@@ -7,8 +7,9 @@
 #include <chrono>
 
 namespace {
-/// When a compositor that does not answer is given up on.
-constexpr std::chrono::milliseconds patience(500);
+/// When a compositor that does not answer is given up on; without the answer a bar may cover a
+/// window.
+constexpr std::chrono::seconds patience(2);
 
 const zwlr_layer_surface_v1_listener layerListener{
     .configure =

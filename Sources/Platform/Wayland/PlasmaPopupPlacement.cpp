@@ -95,9 +95,7 @@ void PlasmaPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 void PlasmaPopupPlacement::makeKeyAndOrderFront(QWidget &window)
 {
     if (window.isVisible()) {
-        // KWin brings it to the front, out of the task bar too, for the token of the click or key
-        // that asked for it.
-        window.activateWindow();
+        m_activation.activate(window);
         return;
     }
     dropSurface();

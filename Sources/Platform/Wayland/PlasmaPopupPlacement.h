@@ -3,6 +3,7 @@
 
 #include "Platform/PopupPlacement.h"
 #include "Platform/Screens.h"
+#include "Platform/Wayland/WindowActivation.h"
 
 #include <QPoint>
 #include <QPointer>
@@ -56,4 +57,5 @@ private:
     org_kde_plasma_surface *m_surface = nullptr;
     QPoint m_topLeft;
     QPointer<QWidget> m_floating;
+    WindowActivation m_activation;
 };

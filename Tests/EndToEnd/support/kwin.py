@@ -165,14 +165,20 @@ def _box(sides):
 
 def activate(window):
     """Makes the window the active one, as a window switcher does."""
-    run(f"""activate(windows().find(
-        c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}")); answer(true);""")
+    run(f"activate({_find(window)}); answer(true);")
 
 
 def minimise(window):
-    run(f"""windows().find(
-        c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}").minimized = true;
-        answer(true);""")
+    run(f"{_find(window)}.minimized = true; answer(true);")
+
+
+def _find(window):
+    return f"""windows().find(c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}")"""
+
+
+def is_there(window):
+    """Whether there is such a window, minimised ones too."""
+    return any(each["id"] == window for each in _windows())
 
 
 def windows_titled(title):
