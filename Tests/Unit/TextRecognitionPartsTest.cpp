@@ -145,14 +145,6 @@ private Q_SLOTS:
         QVERIFY(placesOf({}, {}).empty());
     }
 
-    void arabicWithNamesRunsFromTheRight()
-    {
-        QVERIFY(runsFromRight(u"(YouTube) تقريب كامل"_s, Script::Latin));
-        QVERIFY(!runsFromRight(u"The letter ع is the eighteenth"_s, Script::Latin));
-        QVERIFY(!runsFromRight(u"Показать عرض"_s, Script::Cyrillic));
-        QVERIFY(runsFromRight(u"YouTube"_s, Script::Arabic));
-    }
-
     void lettersOfOtherScriptsTellThem()
     {
         const auto score = [](const QString &text, Script script) {
