@@ -105,12 +105,12 @@ private Q_SLOTS:
 
     void partsHoldWhatWasNotRead()
     {
-        // Of 13:44 the last digit alone was read.
-        const QList<ReadWord> words{word(u"الغابون"_s, 93, 10, 110), word(u"4"_s, 90, 180, 195)};
+        // Of 13:44 the last digits alone were read.
+        const QList<ReadWord> words{word(u"가봉"_s, 93, 10, 110), word(u"44"_s, 90, 180, 195)};
         QList<ReadWord> drawn = words;
         drawn.append({word({}, 0, 140, 155), word({}, 0, 158, 164), word({}, 0, 166, 178)});
         compareParts(
-            doubtfulParts(words, {Script::Arabic, Script::Latin}, lineOf(drawn, 205), sure),
+            doubtfulParts(words, {Script::Korean, Script::Latin}, lineOf(drawn, 205), sure),
             {{125, 205}});
     }
 
