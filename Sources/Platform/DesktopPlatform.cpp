@@ -15,6 +15,7 @@
 #include "Platform/PackageKit/PackageKitUpdateSource.h"
 #include "Platform/Portal/PortalLoginItem.h"
 #include "Platform/Qt/ExecRestart.h"
+#include "Platform/Qt/PaintingThread.h"
 #include "Platform/Qt/PanelStatusBar.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
@@ -160,6 +161,7 @@ std::unique_ptr<Platform> makeDesktopPlatform(const DesktopPlatformOptions &give
 {
     const DesktopPlatformOptions options = completed(given);
     stayOutOfRestoredSessions();
+    keepPaintingThread();
     auto platform = std::make_unique<Platform>();
     platform->mainQueue = std::make_unique<QtMainQueue>();
     platform->systemLog = std::make_unique<StandardErrorLog>();

@@ -69,4 +69,11 @@ void checkpoint()
     }
 }
 
+void beginReading()
+{
+    if (Effort *effort = Effort::current()) {
+        effort->beginReading();
+    }
+}
+
 } // namespace recognition

@@ -114,8 +114,11 @@ private:
 /// takes a quarter of a microsecond, so that only every eighth call does.
 void checkpoint();
 
-/// The same for what goes over a picture row by row: calls it before every 32nd, which is after
-/// some tenths of a millisecond.
+/// Tells the effort that the thread works for, if there is one, that from now on models are asked.
+void beginReading();
+
+/// A checkpoint for what goes over a picture row by row, before every 32nd, which is after some
+/// tenths of a millisecond.
 inline void checkAt(int row)
 {
     if (row % 32 == 0) {

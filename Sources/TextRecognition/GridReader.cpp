@@ -346,7 +346,9 @@ std::vector<GridBlock> readGrids(const GreyImage &page, std::vector<LineTask> &t
     }
     std::vector<GridBlock> blocks;
     try {
-        addGrids(blocks, findGrids(page, lines), page, tasks, languages, engines, workers);
+        const std::vector<Grid> grids = findGrids(page, lines);
+        beginReading();
+        addGrids(blocks, grids, page, tasks, languages, engines, workers);
     } catch (const Spent &) {
         // The blocks that were read stand.
     }

@@ -58,8 +58,8 @@ inline constexpr double surelyForeign = 0.8;
 bool hasForeignLetters(const QString &text);
 
 /// The blocks of fixed pitch among `tasks`, a page's lines, longest first, read by the model that
-/// their lines are read best with. Lines that are read are taken out of `tasks`; those in doubtful
-/// rows stay.
+/// their lines are read best with: that is where reading begins. Lines that are read are taken out
+/// of `tasks`; those in doubtful rows stay.
 std::vector<GridBlock> readGrids(const GreyImage &page, std::vector<LineTask> &tasks,
                                  const Languages &languages, EngineCache &engines,
                                  Workers &workers);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Grids.h"
 
+#include "AlikeNumbers.h"
 #include "Comb.h"
+#include "Effort.h"
 #include "GridInk.h"
 #include "GridShape.h"
 
@@ -40,7 +42,7 @@ constexpr double mostInkOfBlock = 0.3;
 /// Letters of small type touch one another. Where so many lines, each by itself, seem to have cells
 /// of one width to within this share of it, there may be more ink: widths that are guessed for
 /// lines without cells are spread over the whole range.
-constexpr int fewestAgreeing = 4;
+constexpr std::size_t fewestAgreeing = 4;
 constexpr double agreeingPitch = 0.01;
 constexpr double mostInkOfTouchingLine = 0.65;
 constexpr double mostInkOfTouchingBlock = 0.62;
@@ -102,13 +104,17 @@ public:
         std::ranges::sort(m_candidates, {}, [](const Candidate &candidate) {
             return std::pair(candidate.line->box.left, candidate.line->box.top);
         });
-        for (Candidate &candidate : m_candidates) {
+        for (std::size_t i = 0; i < m_candidates.size(); ++i) {
+            checkpoint();
+            Candidate &candidate = m_candidates[i];
             const int letterHeight = candidate.line->letterHeight;
             candidate.guess = guessedCells(candidate.profile, letterHeight);
             if (candidate.guess.pitch == 0 || candidate.guess.inkShare > mostInkOfLine) {
-                candidate.guess = guessedCells(profileFrom(candidate), letterHeight);
+                candidate.guess = guessedCells(profileFrom(i), letterHeight);
             }
+            m_guesses.add(candidate.guess.pitch, 1);
         }
+        m_guesses.sort();
         for (Candidate &candidate : m_candidates) {
             if (candidate.guess.inkShare <= mostInkOfLine || areCellsOf(candidate.guess.pitch)) {
                 candidate.pitch = candidate.guess.pitch;
@@ -137,20 +143,24 @@ private:
     /// Whether enough lines agree on the width.
     bool areCellsOf(double pitch) const
     {
-        return std::ranges::count_if(m_candidates, [pitch](const Candidate &candidate) {
-                   return agrees(candidate, pitch);
-               }) >= fewestAgreeing;
+        return m_guesses.count(pitch, agreeingPitch) >= fewestAgreeing;
     }
 
-    /// The ink of a short line and of what stands right of it in its row.
-    std::vector<float> profileFrom(const Candidate &first) const
+    /// The ink of the short line with this number and of what stands right of it in its row.
+    std::vector<float> profileFrom(std::size_t number) const
     {
+        const Candidate &first = m_candidates[number];
         const Box &row = first.line->box;
         std::vector<float> profile = first.profile;
-        for (const Candidate &other : m_candidates) {
+        for (std::size_t i = number + 1; i < m_candidates.size(); ++i) {
+            const Candidate &other = m_candidates[i];
             const Box &box = other.line->box;
             const int gap = box.left - (row.left + int(profile.size()));
-            if (box.left <= row.left || gap < 0 || gap > widestGap * first.line->letterHeight ||
+            if (gap > widestGap * first.line->letterHeight) {
+                // All others stand even further right.
+                break;
+            }
+            if (box.left <= row.left || gap < 0 ||
                 2 * verticalOverlap(row, box) < std::min(row.height(), box.height())) {
                 continue;
             }
@@ -166,16 +176,16 @@ private:
     /// The cells that most of what is left seems to be set in, on the page.
     std::optional<Comb> nextComb()
     {
+        checkpoint();
+        AlikeNumbers widths;
+        for (const Candidate &candidate : m_candidates) {
+            widths.add(candidate.pitch, double(candidate.profile.size()));
+        }
+        widths.sort();
         double most = 0;
         double pitch = 0;
         for (const Candidate &guess : m_candidates) {
-            double width = 0;
-            for (const Candidate &other : m_candidates) {
-                if (guess.pitch > 0 &&
-                    std::abs(other.pitch - guess.pitch) < alikePitch * guess.pitch) {
-                    width += double(other.profile.size());
-                }
-            }
+            const double width = guess.pitch > 0 ? widths.weight(guess.pitch, alikePitch) : 0;
             if (width > most) {
                 most = width;
                 pitch = guess.pitch;
@@ -259,8 +269,8 @@ private:
             return;
         }
         const Comb own = refined(pooled(block, m_page.width), comb.pitch, alikePitch / 10);
-        const auto agreeing = std::ranges::count_if(
-            block, [&own](const Candidate *each) { return agrees(*each, own.pitch); });
+        const auto agreeing = std::size_t(std::ranges::count_if(
+            block, [&own](const Candidate *each) { return agrees(*each, own.pitch); }));
         if (own.inkShare > (agreeing >= fewestAgreeing ? mostInkOfTouchingBlock : mostInkOfBlock)) {
             return;
         }
@@ -274,7 +284,10 @@ private:
     }
 
     const GreyImage &m_page;
+    /// From the left.
     std::vector<Candidate> m_candidates;
+    /// The widths of the cells that each by itself seems to have.
+    AlikeNumbers m_guesses;
     std::vector<Grid> m_grids;
 };
 

@@ -2,6 +2,7 @@
 #include "PageReader.h"
 
 #include "Effort.h"
+#include "Grain.h"
 #include "GridReader.h"
 #include "Indentation.h"
 #include "LineReader.h"
@@ -144,14 +145,6 @@ void fillDoubtfulRows(std::vector<GridBlock> &blocks, std::vector<LineTask> &tas
     }
 }
 
-/// From now on the models are asked.
-void beginReading()
-{
-    if (Effort *effort = Effort::current()) {
-        effort->beginReading();
-    }
-}
-
 std::vector<PageLine> linesOf(const GridBlock &block)
 {
     std::vector<PageLine> lines;
@@ -210,8 +203,12 @@ std::vector<PageLine> inOrder(const std::vector<LineTask> &tasks,
 std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
                                EngineCache &engines, Workers &workers)
 {
+    if (languages.isEmpty() || isNoise(page)) {
+        return {};
+    }
     std::vector<Mark> marks = findMarks(page);
-    if (marks.empty() || languages.isEmpty()) {
+    dropGrain(marks, page);
+    if (marks.empty()) {
         return {};
     }
     if (!languages.models(Script::Japanese).isEmpty() && isVertical(marks)) {
@@ -231,7 +228,6 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     if (tasks.empty()) {
         return {};
     }
-    beginReading();
     std::vector<GridBlock> blocks =
         readGrids(outlined.rows.empty() ? page : outlined.page, tasks, languages, engines, workers);
     if (!tasks.empty()) {

@@ -22,6 +22,8 @@ constexpr int margin = 20;
 constexpr int spacing = 12;
 constexpr int textWidth = 400;
 constexpr int notesHeight = 160;
+/// Five lines or so: with a message of any length the buttons below it stay on the screen.
+constexpr int detailsHeight = 100;
 /// The heading against the text below it, as a factor of the font's size.
 constexpr double headingScale = 1.2;
 
@@ -32,6 +34,26 @@ QLabel *makeLabel(QWidget *parent)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;
+}
+
+/// For texts of any length from elsewhere.
+QPlainTextEdit *makeReader(QWidget *parent, int height, const QString &accessibleName)
+{
+    auto *reader = new QPlainTextEdit(parent);
+    reader->setReadOnly(true);
+    reader->setTabChangesFocus(true);
+    reader->setFixedHeight(height);
+    reader->setAccessibleName(accessibleName);
+    return reader;
+}
+
+/// Only a new text is set: that scrolls back to its beginning.
+void showText(QPlainTextEdit *reader, const QString &text)
+{
+    if (reader->toPlainText() != text) {
+        reader->setPlainText(text);
+    }
+    reader->setVisible(!text.isEmpty());
 }
 
 void showText(QLabel *label, const QString &text)
@@ -72,14 +94,7 @@ QWidget *UpdateWindow::makeTexts()
     m_activity = makeLabel(texts);
     m_progress = new QProgressBar(texts);
     m_progress->setAccessibleName(tr("Progress"));
-    m_details = makeLabel(texts);
-    m_details->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_details->setAccessibleName(tr("Message of the package service"));
-    m_notes = new QPlainTextEdit(texts);
-    m_notes->setReadOnly(true);
-    m_notes->setTabChangesFocus(true);
-    m_notes->setFixedHeight(notesHeight);
-    m_notes->setAccessibleName(tr("What is new"));
+    m_notes = makeReader(texts, notesHeight, tr("What is new"));
     m_changes = makeLabel(texts);
     auto *column = new QVBoxLayout(texts);
     column->setContentsMargins(0, 0, 0, 0);
@@ -89,6 +104,7 @@ QWidget *UpdateWindow::makeTexts()
         column->addWidget(each);
     }
     column->addWidget(makeCommandRow());
+    m_details = makeReader(texts, detailsHeight, tr("Message of the package service"));
     column->addWidget(m_details);
     column->addStretch();
     column->addWidget(makeButtons());
@@ -170,10 +186,7 @@ void UpdateWindow::render()
     showText(m_details, isFailure ? m_update.failure().details : QString());
     m_command->setText(isFailure ? m_update.failure().command : QString());
     m_commandRow->setVisible(!m_command->text().isEmpty());
-    if (m_notes->toPlainText() != update.notes) {
-        m_notes->setPlainText(update.notes);
-    }
-    m_notes->setVisible(isOffer && !update.notes.isEmpty());
+    showText(m_notes, isOffer ? update.notes : QString());
     showText(m_changes, isOffer ? UpdateTexts::otherChanges(update) : QString());
     renderButtons();
     // Its beginning is what tells commands apart. When a button that had the focus went, Qt gave

@@ -42,7 +42,7 @@ private:
     QLabel *m_explanation = nullptr;
     QLabel *m_activity = nullptr;
     QProgressBar *m_progress = nullptr;
-    QLabel *m_details = nullptr;
+    QPlainTextEdit *m_details = nullptr;
     QWidget *m_commandRow = nullptr;
     QLineEdit *m_command = nullptr;
     QPlainTextEdit *m_notes = nullptr;

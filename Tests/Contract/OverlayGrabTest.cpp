@@ -43,6 +43,7 @@ private Q_SLOTS:
     void grabsOfDimmedScreens();
     void wholeScreens();
     void secondSelection();
+    void allPanelsShareOnePicture();
     void clippedToTheDisplay();
     void fractionsOfPoints();
     void nothingToGrab();
@@ -247,6 +248,24 @@ void OverlayGrabTest::secondSelection()
         (cycle % 2 ? second : first).orderOut();
         problem = wrong(screen, rect, grab(screen, rect));
         QVERIFY2(problem.isEmpty(), qPrintable(u"second: "_s + problem));
+    }
+}
+
+void OverlayGrabTest::allPanelsShareOnePicture()
+{
+    TestOverlay first(m_platform);
+    QVERIFY(first.waitUntilPainted());
+    TestOverlay second(m_platform);
+    QVERIFY(second.waitUntilPainted());
+    const QList<Screen> screens = m_platform.screens->screens();
+    for (qsizetype i = 0; i < screens.size(); ++i) {
+        const QPixmap &shown = first.panels()[std::size_t(i)]->backdrop;
+        // Where the desktop shows through there is none.
+        if (!shown.isNull()) {
+            QCOMPARE(shown.toImage().size(), screens[i].pixelGeometry.size());
+            QCOMPARE(second.panels()[std::size_t(i)]->backdrop.toImage().constBits(),
+                     shown.toImage().constBits());
+        }
     }
 }
 

@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Files that are damaged, missing or nonsense: the program goes on, and says what a user can do."""
 
+import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -29,6 +31,13 @@ def can_hide_files():
     return subprocess.run([*WITHOUT_LANGUAGE_DATA, "true"], stdout=subprocess.DEVNULL,
                           stderr=subprocess.DEVNULL, check=False).returncode == 0
 
+
+def preloaded():
+    """What takes the program's threads away, behind the sanitizers' library if it has one."""
+    libraries = subprocess.run(["ldd", binary()], stdout=subprocess.PIPE, text=True,
+                               check=True).stdout
+    first = re.findall(r"(/\S*lib[at]san\S*)", libraries)
+    return " ".join([*first, os.environ["VELLORA_NO_THREADS_LIBRARY"]])
 
 
 class DamageTest(unittest.TestCase):
@@ -104,6 +113,23 @@ class DamageTest(unittest.TestCase):
             program.logged(r"Vellora OCR: OCR error: [A-Z].*tesseract-ocr.*")
             wait_until("the overlay's end", lambda: is_unchanged(before))
             self.assertEqual(Clipboard.text(), "before")
+
+    def test_no_thread_left(self):
+        with tempfile.TemporaryDirectory() as folder, Page(TEXT) as page:
+            none_left = Path(folder) / "none-left"
+            with Program({"outputMode": "clipboard"},
+                         {"LD_PRELOAD": preloaded(), "VELLORA_NO_THREADS": str(none_left)}) as program:
+                program.status_item()
+                Clipboard.put("before")
+                none_left.touch()
+                before = program.capture(page.box)
+                program.logged(r"Vellora OCR: OCR error: The system cannot start any more work\. "
+                               r"Close some programs and try again\.")
+                wait_until("the overlay's end", lambda: is_unchanged(before))
+                self.assertEqual(Clipboard.text(), "before")
+                none_left.unlink()
+                program.capture(page.box)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 60)
 
     def test_unreadable_icon(self):
         with tempfile.TemporaryDirectory() as folder:

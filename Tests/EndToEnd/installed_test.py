@@ -23,14 +23,14 @@ class InstalledTest(unittest.TestCase):
         tell_bus()
 
     def assert_capture_began(self, before):
-        wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+        wait_until("the dim on every screen", lambda: is_dimmed(before))
         Pointer.rest()
         key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before), 30)
+        wait_until("the overlay's end", lambda: is_unchanged(before))
 
     def test_a_start_from_the_menu_only_launches_and_a_click_captures(self):
         with Page(TEXT) as page:
-            before = screenshot()
+            before = settled_screenshot()
             with InstalledProgram(CLIPBOARD, launch) as program:
                 self.assertEqual(Path(f"/proc/{program.process_id}/exe").resolve(),
                                  (ENTRY.parents[2] / "bin/vellora").resolve())
@@ -38,20 +38,20 @@ class InstalledTest(unittest.TestCase):
                 holds_for("without an overlay", lambda: is_unchanged(before), 1)
                 Clipboard.put("before")
                 program.capture(page.box)
-                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("the name's release", lambda: not is_on_bus())
 
     def test_chosen_again_it_captures(self):
         with Page(TEXT) as page, InstalledProgram(CLIPBOARD, activate) as program:
             program.status_item()
-            before = screenshot()
+            before = settled_screenshot()
             launch()
             self.assert_capture_began(before)
             Clipboard.put("before")
             activate()
-            wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 
     def test_an_action_of_the_entry_starts_it_and_captures(self):
         # The panel is not compared: it shows the item meanwhile, and what is beside it moves.
@@ -60,9 +60,9 @@ class InstalledTest(unittest.TestCase):
         before = settled_screenshot()
         with InstalledProgram({}, lambda: activate_action("capture")):
             wait_until("the dim", lambda: (abs(place.of(screenshot()) - dimmed(place.of(before)))
-                                           <= 2).all(), 30)
+                                           <= 2).all())
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before), 30)
+            wait_until("the overlay's end", lambda: is_unchanged(before))
 
 
 if __name__ == "__main__":

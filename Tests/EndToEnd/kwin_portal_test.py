@@ -10,9 +10,10 @@ from support import accessibility, main, status_notifier
 from support.accessibility import control
 from support.artifacts import keep
 from support.built_entry import copied_program
-from support.desktop import Clipboard, Pointer, screenshot
+from support.desktop import Clipboard, Pointer
 from support.page import Page
-from support.program import Program, activate_action, is_dimmed, is_unchanged, wait_until_launched
+from support.program import (Program, activate_action, is_dimmed, is_unchanged,
+                             settled_screenshot, wait_until_launched)
 from support.waiting import wait_until
 
 TEXT = "By way of a portal"
@@ -39,11 +40,11 @@ class KWinPortalTest(unittest.TestCase):
             wait_until_launched()
             for text in ("before", "before the second"):
                 Clipboard.put(text)
-                before = screenshot()
+                before = settled_screenshot()
                 activate_action("capture")
-                wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+                wait_until("the dim on every screen", lambda: is_dimmed(before))
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
-                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+                wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
                 wait_until("what was there before", lambda: is_unchanged(before))
         # The portal's pictures are nobody's any more.
         self.assertEqual(list(PICTURES.iterdir()), [])
@@ -51,7 +52,7 @@ class KWinPortalTest(unittest.TestCase):
     def test_without_a_picture_the_mark_comes_at_once(self):
         with Page(TEXT), self.program() as program:
             wait_until_launched()
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(self.copy))))
             wait_until("the mark", lambda: status_notifier.tool_tip_text().startswith(NOT_GRANTED))

@@ -45,7 +45,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
             program.logged(REFUSED.format(re.escape(str(copy))))
             wait_until("the mark's end", lambda: status_notifier.tool_tip_text() == TOOL_TIP)
-            self.assertTrue(is_unchanged(before))
+            wait_until("what was there before", lambda: is_unchanged(before))
 
     def test_capture_begins_once_the_desktop_entry_is_there(self):
         copy = copied_program()
@@ -55,7 +55,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(copy))))
             with with_entry(copy):
-                wait_until("the dim on every screen", lambda: is_dimmed(before), 30)
+                wait_until("the dim on every screen", lambda: is_dimmed(before))
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 

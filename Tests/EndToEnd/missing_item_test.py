@@ -12,7 +12,7 @@ from gi.repository import GLib
 
 from support import desktop, main
 from support.artifacts import keep
-from support.desktop import Pointer, key, screenshot
+from support.desktop import Pointer, key
 from support.page import Page
 from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus,
                              is_unchanged, settings_file, settled_screenshot)
@@ -61,7 +61,7 @@ class Notifications:
             bus = dbus.SessionBus()
             bus.start_service_by_name("org.gnome.Shell.Notifications")
             wait_until("the shell's notifications",
-                       lambda: bus.name_has_owner("org.freedesktop.Notifications"), 30)
+                       lambda: bus.name_has_owner("org.freedesktop.Notifications"))
             ask("""new imports.gi.Gio.Settings({schema_id: "org.gnome.desktop.notifications"})
                 .set_boolean("show-banners", true)""")
         else:
@@ -87,7 +87,6 @@ class MissingItemTest(unittest.TestCase):
     def test_the_settings_say_how_to_capture(self):
         with Program(FIRST_START) as program:
             wait_until("the program on the session bus", is_on_bus)
-            before = screenshot()
             wait_until("the settings", settings, PATIENCE)
             settled_screenshot()
             keep("missing-item-settings")

@@ -27,7 +27,7 @@ class Panel:
 
     def __exit__(self, *_):
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait(60)
 
 
 class PanelTest(unittest.TestCase):

@@ -43,8 +43,8 @@ class Backend:
 
     def __exit__(self, *_):
         self._process.send_signal(signal.SIGTERM)
-        self._process.wait(10)
-        self._reader.join(5)
+        self._process.wait(60)
+        self._reader.join(60)
         self._process.stdout.close()
 
     def wait_for(self, line):

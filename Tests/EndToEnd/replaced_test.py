@@ -34,19 +34,19 @@ class ReplacedTest(unittest.TestCase):
         with Page(TEXT) as page, Program(CLIPBOARD, command=[str(self.program)]) as program:
             Clipboard.put("before")
             before = program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             process = program.process.pid
             self.replace()
             self.assertFalse(self.runs_from_its_file(process))
-            wait_until("the new program", lambda: self.runs_from_its_file(process), 30)
-            wait_until("the new program on the session bus", is_on_bus, 30)
+            wait_until("the new program", lambda: self.runs_from_its_file(process))
+            wait_until("the new program on the session bus", is_on_bus)
             # What was captured before can be pasted still.
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             program.find_status_item_again()
             holds_for("without an overlay", lambda: is_unchanged(before), 1)
             Clipboard.put("before")
             program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 30)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 
 
 if __name__ == "__main__":

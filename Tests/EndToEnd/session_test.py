@@ -35,7 +35,7 @@ class SessionTest(unittest.TestCase):
         with Program({}) as program:
             program.status_item()
             before = screenshot()
-            second = subprocess.run([binary()], capture_output=True, text=True, timeout=20,
+            second = subprocess.run([binary()], capture_output=True, text=True, timeout=60,
                                     check=False)
             self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
             self.assert_capture_began(before)
@@ -47,7 +47,7 @@ class SessionTest(unittest.TestCase):
             before = screenshot()
             for command in (["/usr/bin/env", "VELLORA_AUTOSTARTED=1", binary()],
                             [binary(), "-session", "10d8f3_1700000000"]):
-                second = subprocess.run(command, capture_output=True, text=True, timeout=20,
+                second = subprocess.run(command, capture_output=True, text=True, timeout=60,
                                         check=False)
                 self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
                 holds_for("without an overlay", lambda: is_unchanged(before), 0.5)

@@ -23,8 +23,8 @@ BAR = 28  # points
 
 def open_settings(token=None):
     activate_action("settings", token)
-    window, = wait_until("the settings", lambda: desktop.windows_titled(TITLE), 30)
-    wait_until("the settings' focus", lambda: desktop.active_window() == int(window), 30)
+    window, = wait_until("the settings", lambda: desktop.windows_titled(TITLE))
+    wait_until("the settings' focus", lambda: desktop.active_window() == int(window))
     return window
 
 
@@ -44,7 +44,7 @@ def wait_until_placed(window):
 
 def close_settings():
     command(f'[title="^{TITLE}$"] kill')
-    wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE), 30)
+    wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE))
 
 
 def stored_frame():

@@ -47,7 +47,7 @@ class SlowTest(unittest.TestCase):
         Clipboard.put("before")
         program.capture(page.box)
         before = reading_time(program)
-        wait_until("the recognition", lambda: reading_time(program) > before + 0.3, 30)
+        wait_until("the recognition", lambda: reading_time(program) > before + 0.3)
         self.assertEqual(Clipboard.text(), "before")
 
     def assert_ends(self, ask):

@@ -8,9 +8,9 @@ import unittest
 from support import accessibility, desktop, main
 from support.accessibility import control, has_control
 from support.artifacts import keep
-from support.desktop import screenshot
 from support.pressing import NOT_CREATED
-from support.program import Program, activate_action, is_dimmed, wait_until_launched
+from support.program import (Program, activate_action, is_dimmed, settled_screenshot,
+                             wait_until_launched)
 from support.waiting import wait_until
 
 TITLE = "Vellora Settings"
@@ -45,7 +45,7 @@ class UnboundShortcutTest(unittest.TestCase):
     def test_the_command_captures(self):
         with Program({}, ENVIRONMENT):
             wait_until_launched()
-            before = screenshot()
+            before = settled_screenshot()
             desktop.tool(*COMMAND.split())
             wait_until("the dim on every screen", lambda: is_dimmed(before))
 

@@ -109,7 +109,7 @@ class UpdateTest(unittest.TestCase):
             wait_until("the window's end", lambda: not desktop.windows_titled(TITLE))
             wait_until("the program on the session bus", is_on_bus)
             activate_action("settings")
-            wait_until("the new version", lambda: has_control(SETTINGS, LABEL, "v0.2.0"), 30)
+            wait_until("the new version", lambda: has_control(SETTINGS, LABEL, "v0.2.0"))
             self.assertTrue(program.is_running())
 
     def test_keyboard_alone(self):

@@ -2,6 +2,7 @@
 #include "UpdateFixture.h"
 
 #include <QApplication>
+#include <QPlainTextEdit>
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +46,11 @@ QStringList UpdateFixture::texts()
     for (const auto *each : window()->findChildren<QLabel *>()) {
         if (each->isVisible()) {
             found << each->text();
+        }
+    }
+    for (const auto *each : window()->findChildren<QPlainTextEdit *>()) {
+        if (each->isVisible()) {
+            found << each->toPlainText();
         }
     }
     return found;

@@ -26,7 +26,7 @@ protected:
     static QDialog *window();
     /// The visible button with this text, without its mnemonic; null when there is none.
     static QPushButton *button(const QString &text);
-    /// Every visible label's text.
+    /// Every visible text that is no button's.
     static QStringList texts();
     static QStringList buttons();
 

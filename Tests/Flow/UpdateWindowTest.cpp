@@ -263,6 +263,11 @@ void UpdateWindowTest::bindsLongTexts()
     m_updater->checkForUpdates();
     source().answer(failed(UpdateProblem::Other, endless, u"command"_s));
     QVERIFY(window()->width() < 800);
+    QVERIFY(window()->height() < 500);
+    window()->close();
+    m_updater->checkForUpdates();
+    source().answer(failed(UpdateProblem::Other, u"a line\n"_s.repeated(1000), u"command"_s));
+    QVERIFY(window()->height() < 500);
 }
 
 void UpdateWindowTest::isReadByScreenReaders()

@@ -2,6 +2,7 @@
 // What must not grow faster than the picture, counted in steps or compared with the plain way of
 // doing the same: times would depend on the machine.
 
+#include "TextRecognition/AlikeNumbers.h"
 #include "TextRecognition/BoxGrid.h"
 #include "TextRecognition/ColumnBand.h"
 #include "TextRecognition/OutlinedText.h"
@@ -11,6 +12,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 using namespace recognition;
@@ -101,6 +103,33 @@ private Q_SLOTS:
         std::set<std::size_t> found;
         grid.forEachNear({-100, -100, 6000, 6000}, [&](std::size_t i) { found.insert(i); });
         QCOMPARE(found, (std::set<std::size_t>{7, 8}));
+    }
+
+    void alikeNumbersAreCountedAsOneByOne()
+    {
+        QRandomGenerator random(3);
+        AlikeNumbers numbers;
+        std::vector<double> all;
+        for (int i = 0; i < 300; ++i) {
+            // Some of them equal, some nought.
+            all.push_back(random.bounded(200) / 8.0);
+            numbers.add(all.back(), double(i));
+        }
+        numbers.sort();
+        for (const double number : all) {
+            for (const double share : {0.01, 0.02, 0.5}) {
+                std::size_t count = 0;
+                double weight = 0;
+                for (std::size_t i = 0; i < all.size(); ++i) {
+                    if (std::abs(all[i] - number) < share * number) {
+                        ++count;
+                        weight += double(i);
+                    }
+                }
+                QCOMPARE(numbers.count(number, share), count);
+                QCOMPARE(numbers.weight(number, share), weight);
+            }
+        }
     }
 
     void aBandTellsTheSidesOfEveryGutter()

@@ -33,7 +33,12 @@ QImage FrozenScreenRecording::createImage(quint32 display, const QRectF &rect)
         return m_recording->createImage(display, rect);
     }
     const auto screen = screenOf(m_screens, display);
-    return screen ? croppedToPoints(m_pictures.value(display), sizeOf(*screen), rect) : QImage();
+    if (!screen) {
+        return {};
+    }
+    QImage image = croppedToPoints(m_pictures.value(display), sizeOf(*screen), rect);
+    image.setDevicePixelRatio(1);
+    return image;
 }
 
 void FrozenScreenRecording::freeze()
@@ -44,8 +49,10 @@ void FrozenScreenRecording::freeze()
     for (const Screen &screen : m_screens.screens()) {
         if (screen.displayNumber) {
             const QRectF whole(QPointF(0, 0), sizeOf(screen));
-            m_pictures.insert(*screen.displayNumber,
-                              m_recording->createImage(*screen.displayNumber, whole));
+            QImage picture = m_recording->createImage(*screen.displayNumber, whole);
+            // Now, as it would be copied for each panel that changes it.
+            picture.setDevicePixelRatio(picture.width() / whole.width());
+            m_pictures.insert(*screen.displayNumber, picture);
         }
     }
 }

@@ -25,7 +25,8 @@ public:
     void freeze();
     void thaw();
 
-    /// The whole picture of a frozen screen; null when it is not, or could not be grabbed.
+    /// The whole picture of a frozen screen, with the screen's pixels per point; null when it is
+    /// not, or could not be grabbed. All who ask share its pixels.
     QImage picture(quint32 display) const { return m_pictures.value(display); }
 
 private:

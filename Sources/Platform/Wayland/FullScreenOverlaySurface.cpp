@@ -30,10 +30,7 @@ std::optional<QPixmap> FullScreenOverlaySurface::cover(QWidget &panel, const Scr
     panel.setAttribute(Qt::WA_NoSystemBackground);
     panel.setGeometry(QRect(screen.geometry.topLeft(), sizeOf(screen).toSize()));
     m_overlays.push_back({&panel, output, nullptr});
-
-    QPixmap pixmap = QPixmap::fromImage(picture);
-    pixmap.setDevicePixelRatio(picture.width() / sizeOf(screen).width());
-    return pixmap;
+    return QPixmap::fromImage(picture);
 }
 
 void FullScreenOverlaySurface::orderFront(QWidget &panel)

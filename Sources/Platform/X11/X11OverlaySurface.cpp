@@ -90,9 +90,12 @@ QImage X11OverlaySurface::pictureOf(const Screen &screen)
         return known;
     }
     const QRect pixels = screen.pixelGeometry & m_rootImage.bounds();
-    return m_overlays->isSettled()
-               ? m_rootImage.read(pixels)
-               : readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestSettling));
+    QImage picture = m_overlays->isSettled() ? m_rootImage.read(pixels)
+                                             : readSettled(*m_connection, m_rootImage, pixels,
+                                                           QDeadlineTimer(longestSettling));
+    // Now, as it would be copied for each panel that changes it.
+    picture.setDevicePixelRatio(screen.scale().width());
+    return picture;
 }
 
 std::optional<QPixmap> X11OverlaySurface::cover(QWidget &panel, const Screen &screen)
@@ -122,12 +125,7 @@ std::optional<QPixmap> X11OverlaySurface::cover(QWidget &panel, const Screen &sc
                         XCB_ATOM_CARDINAL, 32, 1, &noShadow);
     m_overlays->add(panel, screen.pixelGeometry, picture);
 
-    if (picture.isNull()) {
-        return QPixmap();
-    }
-    QPixmap pixmap = QPixmap::fromImage(picture);
-    pixmap.setDevicePixelRatio(screen.scale().width());
-    return pixmap;
+    return picture.isNull() ? QPixmap() : QPixmap::fromImage(picture);
 }
 
 void X11OverlaySurface::orderFront(QWidget &panel)

@@ -19,7 +19,8 @@ struct X11Overlay
     xcb_window_t window = XCB_WINDOW_NONE;
     /// The screen that it covers, in the root window's pixels.
     QRect pixels;
-    /// What that screen showed before it was covered; null where the desktop shows through.
+    /// What that screen showed before it was covered, which all panels on it share, with the
+    /// screen's pixels per point; null where the desktop shows through.
     QImage picture;
     /// Whether it was ordered out in the event being handled. It may still be mapped, without
     /// anything to be seen.

@@ -92,7 +92,9 @@ QImage X11ScreenRecording::readUncovered(const QRect &pixels,
             return !overlay.picture.isNull() && overlay.pixels.contains(pixels);
         });
     if (pictured != covering.end()) {
-        return pictured->picture.copy(pixels.translated(-pictured->pixels.topLeft()));
+        QImage part = pictured->picture.copy(pixels.translated(-pictured->pixels.topLeft()));
+        part.setDevicePixelRatio(1);
+        return part;
     }
     if (!m_connection->isComposited()) {
         return readSettled(*m_connection, m_rootImage, pixels, QDeadlineTimer(longestWait));

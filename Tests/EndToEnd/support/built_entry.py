@@ -45,5 +45,5 @@ def with_entry(program):
 
 
 def _run(*arguments):
-    return subprocess.run([str(SCRIPT), *arguments], capture_output=True, text=True, timeout=20,
+    return subprocess.run([str(SCRIPT), *arguments], capture_output=True, text=True, timeout=60,
                           check=False)

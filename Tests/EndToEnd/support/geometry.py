@@ -96,7 +96,7 @@ def on_screens(picture):
 
 
 def tool(*command, given=None, check=True):
-    done = subprocess.run(command, input=given, capture_output=True, text=True, timeout=20,
+    done = subprocess.run(command, input=given, capture_output=True, text=True, timeout=60,
                           check=False)
     if check and done.returncode:
         raise AssertionError(f"{' '.join(command)}: {done.stderr.strip() or done.returncode}")

@@ -161,18 +161,16 @@ _IDS = ("", "org.vellora.Vellora")
 
 
 def set_permission(answer):
-    """What the user once answered to the question for pictures of the screen; None for nothing, a
-    list for these very words."""
+    """What the user once answered to the question for pictures of the screen; None for nothing."""
     if answer is None:
         try:
             _permissions.Delete("screenshot", "screenshot", signature="ss")
         except dbus.DBusException as error:
             assert "NotFound" in error.get_dbus_name(), error
         return
-    words = [answer] if isinstance(answer, str) else answer
     for name in _IDS:
-        _permissions.SetPermission("screenshot", True, "screenshot", name,
-                                   dbus.Array(words, signature="s"), signature="sbssas")
+        _permissions.SetPermission("screenshot", True, "screenshot", name, [answer],
+                                   signature="sbssas")
 
 
 def stored_permission():
@@ -227,7 +225,7 @@ def answer(name):
         return box if box and box == dialog_button(name) else None
 
     move, press, release = Device.move, Device.press, Device.release
-    move(*wait_until(f"the button {name!r}", is_steady, 30).middle)
+    move(*wait_until(f"the button {name!r}", is_steady).middle)
     press()
     release()
     wait_until("the dialog's end", lambda: dialog_button(name) is None)

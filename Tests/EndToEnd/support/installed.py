@@ -30,7 +30,7 @@ def launch():
     launcher = ["kioclient", "exec"] if desktop.PANEL == "plasma" else ["gio", "launch"]
     # What it starts may inherit its streams.
     subprocess.run([*launcher, str(ENTRY)], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                   timeout=30, check=True)
+                   timeout=60, check=True)
 
 
 def activate():
@@ -64,7 +64,7 @@ class InstalledProgram(Program):
     def is_running(self):
         return is_on_bus()
 
-    def wait_for_end(self, seconds=20):
+    def wait_for_end(self, seconds=60):
         wait_until("the program's end", self._has_ended, seconds)
 
     def _has_ended(self):

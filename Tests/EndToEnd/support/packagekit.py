@@ -119,7 +119,7 @@ class PackageKit:
         if kind is not None:
             print((self.folder / "log").read_text(errors="replace")[-6000:], file=sys.stderr)
         os.killpg(self._bus.pid, signal.SIGTERM)
-        self._bus.wait(20)
+        self._bus.wait(60)
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def _write(self, name, text):

@@ -41,7 +41,7 @@ class PrivateBus:
 
     def __exit__(self, *_):
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait(60)
         self._folder.cleanup()
 
 
@@ -59,7 +59,7 @@ class PlayedService:
         ready = threading.Event()
         self._thread = threading.Thread(target=self._run, args=(ready,), daemon=True)
         self._thread.start()
-        assert ready.wait(20)
+        assert ready.wait(60)
         return self
 
     def __exit__(self, *_):
@@ -68,7 +68,7 @@ class PlayedService:
     def end(self):
         """Goes from the bus."""
         self._loop.quit()
-        self._thread.join(10)
+        self._thread.join(60)
 
     def answer(self, message, reply):
         """Called on a thread of the connection's: gives `reply` its body and sends what it has to

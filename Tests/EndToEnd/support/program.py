@@ -95,9 +95,9 @@ class Program:
     def is_running(self):
         return self.process.poll() is None
 
-    def wait_for_end(self, seconds=20):
+    def wait_for_end(self, seconds=60):
         status = wait_until("the program's end", lambda: self.process.poll() is not None, seconds)
-        self._reader.join(5)
+        self._reader.join(60)
         self.process.stdout.close()
         return self.process.returncode if status else None
 
@@ -120,11 +120,11 @@ class Program:
         if self.is_running():
             self.process.terminate()
             try:
-                self.process.wait(10)
+                self.process.wait(60)
             except subprocess.TimeoutExpired:
                 self.process.kill()
                 self.process.wait()
-        self._reader.join(5)
+        self._reader.join(60)
         self.process.stdout.close()
 
     def check(self, status=0):

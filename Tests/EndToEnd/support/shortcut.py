@@ -33,8 +33,8 @@ class KeyHolder:
 
     def __exit__(self, *_):
         self._process.terminate()
-        self._process.wait(10)
-        self._reader.join(5)
+        self._process.wait(60)
+        self._reader.join(60)
         self._process.stdout.close()
 
 

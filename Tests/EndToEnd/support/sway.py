@@ -20,7 +20,7 @@ def page_unit():
 
 def screenshot():
     """What all screens show, read by grim: rows of (r, g, b)."""
-    done = subprocess.run(["grim", "-t", "ppm", "-"], capture_output=True, timeout=20, check=True)
+    done = subprocess.run(["grim", "-t", "ppm", "-"], capture_output=True, timeout=60, check=True)
     picture = Image.open(io.BytesIO(done.stdout)).convert("RGB")
     return numpy.asarray(picture).astype(numpy.int16)
 
@@ -28,7 +28,7 @@ def screenshot():
 def pixel(x, y):
     """(r, g, b) of one place, in less time than a screenshot takes."""
     place = f"{round(x / SCALE)},{round(y / SCALE)} 1x1"
-    done = subprocess.run(["grim", "-t", "ppm", "-g", place, "-"], capture_output=True, timeout=20,
+    done = subprocess.run(["grim", "-t", "ppm", "-g", place, "-"], capture_output=True, timeout=60,
                           check=True)
     return tuple(done.stdout[-3:])
 

@@ -34,11 +34,11 @@ class UpdateProbe:
     def __exit__(self, kind, *_):
         self._process.stdin.close()
         try:
-            status = self._process.wait(30)
+            status = self._process.wait(60)
         finally:
             self._process.kill()
             for reader in self._readers:
-                reader.join(5)
+                reader.join(60)
             self._process.stdout.close()
             self._process.stderr.close()
         if kind is None:

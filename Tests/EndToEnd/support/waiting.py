@@ -9,7 +9,11 @@ class TimedOut(AssertionError):
     """What was waited for did not come; an assertion like any other."""
 
 
-def wait_until(what, condition, seconds=15):
+# Seconds, generous: tests run on machines that have ten times as much to do as they can.
+PATIENCE = 45
+
+
+def wait_until(what, condition, seconds=PATIENCE):
     """Polls until `condition()` is true and returns its value; TimedOut says what was missing."""
     limit = time.monotonic() + seconds
     while True:

@@ -29,7 +29,7 @@ class Input:
 
     def _unplug(self):
         self._process.stdin.close()
-        self._process.wait(10)
+        self._process.wait(60)
         self._process.stdout.close()
 
     def _await_done(self):
@@ -74,14 +74,14 @@ class Clipboard:
     def text():
         """What wl-paste reads, or None when there is no text."""
         done = subprocess.run(["wl-paste", "--no-newline", "--type", "text/plain;charset=utf-8"],
-                              capture_output=True, timeout=20, check=False)
+                              capture_output=True, timeout=60, check=False)
         return done.stdout.decode() if done.returncode == 0 else None
 
     @staticmethod
     def put(text):
         # wl-copy stays behind to serve the text; it must not hold our pipes open.
         subprocess.run(["wl-copy", "--type", "text/plain;charset=utf-8"], input=text.encode(),
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60,
                        check=True)
         wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
 

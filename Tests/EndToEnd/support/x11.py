@@ -50,14 +50,14 @@ class Clipboard:
     def text():
         """What xclip reads, or None when there is no text."""
         done = subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True,
-                              timeout=20, check=False)
+                              timeout=60, check=False)
         return done.stdout.decode() if done.returncode == 0 else None
 
     @staticmethod
     def put(text):
         # xclip stays behind to serve the text; it must not hold our pipes open.
         subprocess.run(["xclip", "-selection", "clipboard", "-i"], input=text.encode(),
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=60,
                        check=True)
         wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
 
