@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the packages of every kind say, compared with the one place that each thing is decided in."""
 
+import html
 import os
 import re
 import shutil
@@ -93,7 +94,7 @@ class LicenceTest(unittest.TestCase):
             about = "".join(each for each in paragraphs if name in each.split())
             for holder in re.findall(r"Copyright © [-\d, ]+ (\S.*)", protocol.read_text()):
                 with self.subTest(protocol=name):
-                    self.assertIn(holder.strip(), about)
+                    self.assertIn(html.unescape(holder.strip()), about)
 
     def test_texts_of_the_licences_are_packaged(self):
         documents = ("LICENSE", "Packaging/debian/copyright", "Resources/models/Apache-2.0.txt",
