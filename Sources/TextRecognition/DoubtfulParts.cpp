@@ -30,8 +30,7 @@ bool isWorthAsking(const ReadWord &word, TwoScripts scripts)
     if (scripts.first == Script::Latin) {
         return scripts.second == Script::Cyrillic && !word.isListed && letters > 2;
     }
-    // Of a number before Arabic letters its model often reads the last digit only.
-    return isNumber({word}) && (word.text.size() > 1 || scripts.first == Script::Arabic);
+    return isNumber({word}) && word.text.size() > 1;
 }
 
 /// Quotation marks and brackets, which belong to what they stand beside.

@@ -19,18 +19,6 @@ constexpr double narrowest = 0.33;
 /// The left edge of a capital is ink over more than this share of its height.
 constexpr double leastEdge = 0.6;
 
-/// A comma's height in widths: full stops are square or round, and a hamza is wider. Measured on
-/// lines of a dozen fonts.
-constexpr double leastComma = 1.4;
-constexpr double leastCommaForHamza = 1.6;
-
-/// What is higher, in heights of the whole line, is a letter's stroke.
-constexpr double tallestComma = 0.35;
-
-/// The feet of full stops are at least so many rows below the row with most ink; those of some
-/// fonts' commas are at it.
-constexpr int lowestComma = 1;
-
 /// The rows that letters stand in have at least this share of the ink of the row with most; those
 /// that only some letters reach down into have less.
 constexpr double leastOfBody = 0.35;
@@ -69,20 +57,6 @@ std::ptrdiff_t inkOfRow(const GreyImage &line, int y)
 {
     const std::uint8_t *row = line.row(y);
     return std::count_if(row, row + line.width, [](std::uint8_t grey) { return grey < ink; });
-}
-
-/// The row with most ink, within `inked`: where Arabic letters are joined.
-int baselineOf(const GreyImage &line, const Box &inked)
-{
-    int best = inked.bottom;
-    std::ptrdiff_t most = -1;
-    for (int y = inked.top + inked.height() / 3; y < inked.bottom; ++y) {
-        if (const std::ptrdiff_t count = inkOfRow(line, y); count > most) {
-            most = count;
-            best = y;
-        }
-    }
-    return best;
 }
 
 /// Just below the letters of a line that have nothing below it.
@@ -172,18 +146,6 @@ bool isSmallL(const Glyph &glyph)
 bool isCapitalI(const Glyph &glyph, const GreyImage &line, const Box &inked)
 {
     return glyph.box.bottom <= footOf(line, inked) + lowestFoot;
-}
-
-bool isArabicComma(const Glyph &glyph, const GreyImage &line, const Box &inked,
-                   const QString &readAs)
-{
-    const int baseline = baselineOf(line, inked);
-    const bool isStop = readAs == u'.';
-    const double least = isStop ? leastComma : leastCommaForHamza;
-    if (glyph.box.height() >= least * glyph.box.width()) {
-        return glyph.box.bottom >= baseline && glyph.box.height() <= tallestComma * inked.height();
-    }
-    return isStop && std::abs(glyph.box.bottom - baseline) <= lowestComma;
 }
 
 } // namespace recognition

@@ -35,10 +35,4 @@ bool isSmallL(const Glyph &glyph);
 /// `inked`: the part of the line with ink.
 bool isCapitalI(const Glyph &glyph, const GreyImage &line, const Box &inked);
 
-/// Whether a glyph of an Arabic line read as `readAs`, a full stop, a closing quotation mark, a
-/// hamza or an Arabic semicolon, is a comma: higher than wide at the foot of the line, or a dot
-/// that stands higher than full stops do. `inked`: the part of the line with ink.
-bool isArabicComma(const Glyph &glyph, const GreyImage &line, const Box &inked,
-                   const QString &readAs);
-
 } // namespace recognition

@@ -20,8 +20,8 @@ struct Language
 /// Models without a tag (the vertical one, those of whole scripts) help others and are not
 /// listed. English leads the Latin ones: short words read alike in several languages.
 constexpr std::array languages{
-    Language{"ar-SA"_L1, "ara"_L1, Script::Arabic},
-    Language{"ars-SA"_L1, "ara"_L1, Script::Arabic},
+    Language{"ar-SA"_L1, "arabic"_L1, Script::Arabic},
+    Language{"ars-SA"_L1, "arabic"_L1, Script::Arabic},
     Language{"en-US"_L1, "eng"_L1, Script::Latin},
     Language{"fr-FR"_L1, "fra"_L1, Script::Latin},
     Language{"de-DE"_L1, "deu"_L1, Script::Latin},

@@ -36,9 +36,16 @@ bool isChinese(Script script)
     return script == Script::SimplifiedHan || script == Script::TraditionalHan;
 }
 
-bool isFromRight(QChar c)
+/// Whether a word is in Arabic letters or digits, of which its model is rarely so sure where there
+/// are none.
+bool isSurelyFromRight(const ReadWord &word)
 {
-    return c.direction() == QChar::DirAL || c.direction() == QChar::DirAN;
+    constexpr double sure = 75;
+    constexpr int fewest = 2;
+    return word.confidence >= sure &&
+           std::count_if(word.text.cbegin(), word.text.cend(), [](QChar c) {
+               return c.direction() == QChar::DirAL || c.direction() == QChar::DirAN;
+           }) >= fewest;
 }
 
 class Reader
@@ -292,15 +299,15 @@ private:
         }
     }
 
+    /// Reads a line whole with the Arabic model if it may hold Arabic: any line of an Arabic page,
+    /// doubtful ones of others.
     void checkArabic(LineTask &task, const QString &model)
     {
         if (task.best.confidence() >= mixedGate && model != m_models.main) {
             return;
         }
         const Reading reading = task.read(m_engines, model);
-        const QString text = reading.text();
-        if (std::any_of(text.cbegin(), text.cend(), isFromRight) &&
-            reading.confidence() + foreignAdvance > task.best.confidence()) {
+        if (std::any_of(reading.words.cbegin(), reading.words.cend(), isSurelyFromRight)) {
             task.take(reading);
         }
     }

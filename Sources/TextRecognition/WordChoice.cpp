@@ -22,14 +22,8 @@ constexpr double weakBase = 65;
 /// A word in lists must be this sure to be taken against a surer one that is in none.
 constexpr double sureListed = 75;
 
-/// A Cyrillic word in no list must be so much surer than the Latin one it would replace, and a
-/// Latin one than an Arabic one.
+/// A Cyrillic word in no list must be so much surer than the Latin one it would replace.
 constexpr double sureLead = 25;
-
-/// The same of a Latin word on an Arabic line: where its own model read a word, and where it read
-/// digits.
-constexpr double sureLatin = 90;
-constexpr double leastLatin = 60;
 
 /// A number must be read this surely to be taken from the other reading.
 constexpr double leastNumber = 80;
@@ -82,80 +76,11 @@ bool isListedAlone(const Place &place)
            confidence(place.other) >= sureListed;
 }
 
-/// What a place on an Arabic line is to its own model.
-enum class ArabicKind { Word, Digits, Other };
-
-/// A word of Arabic letters alone, or what holds European digits, which is also how the Arabic
-/// model reads Latin letters: 868 for RGB, 1/الا for Win.
-ArabicKind arabicKind(const ReadWord &word)
-{
-    int letters = 0;
-    bool isPlain = true;
-    for (const QChar c : word.text) {
-        if (c >= u'0' && c <= u'9') {
-            return ArabicKind::Digits;
-        }
-        letters += belongsTo(c.unicode(), Script::Arabic);
-        isPlain = isPlain && isArabic(c.unicode()) && !isDigit(c.unicode());
-    }
-    return isPlain && letters > 1 ? ArabicKind::Word : ArabicKind::Other;
-}
-
-/// The same of several words: one that is Arabic makes all so.
-ArabicKind arabicKind(const QList<ReadWord> &words)
-{
-    ArabicKind kind = ArabicKind::Other;
-    for (const ReadWord &word : words) {
-        const ArabicKind mine = arabicKind(word);
-        if (mine == ArabicKind::Word) {
-            return mine;
-        }
-        kind = mine == ArabicKind::Digits ? mine : kind;
-    }
-    return kind;
-}
-
-/// Whether a Latin word stands on an Arabic line where its model read `place.base`.
-bool takesLatin(const Place &place)
-{
-    const double other = confidence(place.other);
-    const double base = confidence(place.base);
-    switch (arabicKind(place.base)) {
-    case ArabicKind::Word:
-        // Latin words are read into Arabic ones as surely as 90 (ths, WI), and capitals are read
-        // as Arabic letters no surer than 64.
-        return other >= sureLatin && other >= base + sureLead;
-    case ArabicKind::Digits:
-        // A number in European digits is one to the other model, too.
-        return other >= leastLatin && other + 2 * advantage >= base;
-    case ArabicKind::Other:
-        break;
-    }
-    return other >= leastOther && other >= base + 2 * advantage;
-}
-
-/// Whether an Arabic word stands on a line where a Latin model read `place.base`. The Arabic model
-/// is rarely sure of several letters that are none.
-bool takesArabic(const Place &place)
-{
-    constexpr int fewLetters = 2;
-    const double other = confidence(place.other);
-    return arabicKind(place.other) == ArabicKind::Word && other >= sureOther &&
-           countLetters(Reading{{}, place.other}.text(), Script::Arabic).own > fewLetters &&
-           other + advantage >= confidence(place.base);
-}
-
 /// Whether a word in letters stands where the model of a line in `script` read `place.base`.
 bool takesWord(const Place &place, Script script)
 {
     const double other = confidence(place.other);
     const double base = confidence(place.base);
-    if (script == Script::Arabic) {
-        return takesLatin(place);
-    }
-    if (script == Script::Latin && takesArabic(place)) {
-        return true;
-    }
     if (other < leastOther) {
         return false;
     }
@@ -192,17 +117,6 @@ bool takesNumber(const Place &place, Script script)
            confidence(place.other) + advantage > confidence(place.base);
 }
 
-QString digitsOf(const QString &text)
-{
-    QString digits;
-    for (const QChar c : text) {
-        if (isDigit(c.unicode())) {
-            digits += c;
-        }
-    }
-    return digits;
-}
-
 /// Whether a mark of source code stands where the line's model read no surer letters. Models that
 /// know little code take it for other marks.
 bool takesMark(const Place &place)
@@ -226,21 +140,6 @@ bool takesBeside(const Place &place)
 {
     return !hasLetters(place.base) && !place.other.isEmpty() &&
            confidence(place.other) + advantage > confidence(place.base);
-}
-
-QString percentage(const Place &place)
-{
-    if (place.base.size() != 1 || place.other.size() != 1 || hasLetters(place.base)) {
-        return {};
-    }
-    const QString number = digitsOf(place.other.front().text);
-    QString text = place.base.front().text;
-    const QString misread = digitsOf(text);
-    if (number.isEmpty() || !place.other.front().text.contains(u'%') || text.contains(u'%') ||
-        misread.size() <= number.size() || !misread.endsWith(number) || !text.contains(misread)) {
-        return {};
-    }
-    return text.replace(misread, number + u'%');
 }
 
 } // namespace recognition

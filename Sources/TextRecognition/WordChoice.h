@@ -14,9 +14,4 @@ bool takesOther(const Place &place, Script script);
 /// beside: numbers and brackets go with the foreign word that they stand beside.
 bool takesBeside(const Place &place);
 
-/// The number and the per cent sign of a place on an Arabic line as they are written, if the other
-/// reading has the sign; else an empty string. The Arabic model reads the sign before a number as
-/// two or three more digits.
-QString percentage(const Place &place);
-
 } // namespace recognition

@@ -46,7 +46,7 @@ private Q_SLOTS:
         };
         row(u"eng"_s, u"DejaVu Sans"_s, u"The folder could not be opened."_s);
         row(u"eng"_s, u"DejaVu Serif"_s, u"Total: 1,250.75 (12%)"_s);
-        row(u"ara"_s, u"DejaVu Sans"_s, u"تعذر فتح الملف"_s);
+        row(u"arabic"_s, u"DejaVu Sans"_s, u"تعذر فتح الملف"_s);
         row(u"jpn"_s, u"Noto Sans CJK JP"_s, u"設定を保存しました"_s);
         row(u"kor"_s, u"Noto Sans CJK KR"_s, u"파일을 열 수 없습니다"_s);
     }

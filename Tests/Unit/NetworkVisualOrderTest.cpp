@@ -51,17 +51,15 @@ private Q_SLOTS:
             << QStringList{u"٪٥٠"_s, u"باب"_s} << QStringList{u"باب"_s, u"٥٠٪"_s};
         QTest::newRow("full stop behind a Latin word")
             << QStringList{u".HTTP"_s, u"باب"_s} << QStringList{u"باب"_s, u"HTTP."_s};
-        QTest::newRow("Latin words in brackets")
-            << QStringList{u")Firefox"_s, u"ESR("_s, u"باب"_s}
-            << QStringList{u"باب"_s, u"(Firefox"_s, u"ESR)"_s};
+        QTest::newRow("Latin words in brackets") << QStringList{u")Firefox"_s, u"ESR("_s, u"باب"_s}
+                                                 << QStringList{u"باب"_s, u"(Firefox"_s, u"ESR)"_s};
         QTest::newRow("signs that belong to a Latin word")
             << QStringList{u"++C"_s, u"باب"_s} << QStringList{u"باب"_s, u"C++"_s};
         QTest::newRow("Latin name with a number")
             << QStringList{u"بتك"_s, u"Python"_s, u"3.12"_s, u"باب"_s}
             << QStringList{u"باب"_s, u"Python"_s, u"3.12"_s, u"كتب"_s};
         QTest::newRow("number with a unit")
-            << QStringList{u"ms"_s, u"12"_s, u"باب"_s}
-            << QStringList{u"باب"_s, u"12"_s, u"ms"_s};
+            << QStringList{u"ms"_s, u"12"_s, u"باب"_s} << QStringList{u"باب"_s, u"12"_s, u"ms"_s};
         QTest::newRow("neutral word at the left end")
             << QStringList{u"..."_s, u"باب"_s} << QStringList{u"باب"_s, u"..."_s};
     }

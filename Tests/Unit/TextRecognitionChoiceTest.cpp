@@ -43,22 +43,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("other");
         QTest::addColumn<double>("otherSure");
         QTest::addColumn<bool>("takes");
-        QTest::newRow("Arabic word")
-            << Script::Arabic << u"خطً"_s << 71.0 << u"ths"_s << 90.0 << false;
-        QTest::newRow("capitals as letters")
-            << Script::Arabic << u"قلاط"_s << 41.0 << u"PNG"_s << 97.0 << true;
-        QTest::newRow("capitals as digits")
-            << Script::Arabic << u"550"_s << 93.0 << u"SSD"_s << 95.0 << true;
-        QTest::newRow("doubtful capitals as digits")
-            << Script::Arabic << u"'00706\""_s << 43.0 << u"'Home'"_s << 62.0 << true;
-        QTest::newRow("Arabic-Indic number")
-            << Script::Arabic << u"[٢]"_s << 80.0 << u"[r]"_s << 88.0 << false;
-        QTest::newRow("number beside Arabic")
-            << Script::Arabic << u"2.4"_s << 24.0 << u"PDA"_s << 97.0 << true;
-        QTest::newRow("Arabic word among Latin ones")
-            << Script::Latin << u"gag"_s << 89.0 << u"وقع"_s << 90.0 << true;
-        QTest::newRow("Latin word as a short Arabic one")
-            << Script::Latin << u"le"_s << 89.0 << u"ها"_s << 90.0 << false;
         QTest::newRow("capitals as currency")
             << Script::Cyrillic << u"($$0)"_s << 60.0 << u"(SSD)"_s << 93.0 << true;
         QTest::newRow("small letters that look alike")

@@ -107,34 +107,6 @@ private Q_SLOTS:
         }
     }
 
-    void arabicCommasAreToldFromOtherMarks_data()
-    {
-        QTest::addColumn<QString>("drawn");
-        QTest::addColumn<QString>("readAs");
-        QTest::addColumn<bool>("isComma");
-        QTest::newRow("comma as full stop") << u"،"_s << u"."_s << true;
-        QTest::newRow("comma as quotation mark") << u"،"_s << u"»"_s << true;
-        QTest::newRow("comma as hamza") << u"،"_s << u"ء"_s << true;
-        QTest::newRow("full stop") << u"."_s << u"."_s << false;
-        QTest::newRow("hamza") << u"ء"_s << u"ء"_s << false;
-        // A stroke of a letter beside it.
-        QTest::newRow("alif") << u"ا"_s << u"ء"_s << false;
-    }
-
-    void arabicCommasAreToldFromOtherMarks()
-    {
-        QFETCH(QString, drawn);
-        QFETCH(QString, readAs);
-        QFETCH(bool, isComma);
-        // The mark stands left of letters that do not join it.
-        const GreyImage line = drawnLine(u"دار"_s + drawn, u"DejaVu Sans"_s);
-        const Box inked = inkIn(line, {0, 0, line.width, line.height});
-        const auto glyph =
-            glyphAt(line, {inked.left, inked.top, inked.left + 4, inked.bottom}, line.height);
-        QVERIFY(glyph);
-        QCOMPARE(isArabicComma(*glyph, line, inked, readAs), isComma);
-    }
-
     void apostrophesLean()
     {
         const auto lean = [](const QString &text) {

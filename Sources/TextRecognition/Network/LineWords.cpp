@@ -80,7 +80,6 @@ private:
     {
         return i >= m_line.characters.size() || m_line.characters[i].id == Alphabet::space;
     }
-    bool opensQuotation() const;
     QString seenAt(std::size_t i);
     ReadWord wordOf(const WordSpan &span);
     Box boxOf(const WordSpan &span) const;
@@ -94,20 +93,6 @@ private:
 bool isSmall(const QString &text)
 {
     return !text.isEmpty() && text.front().isLower();
-}
-
-bool isArabicLetter(const QString &text)
-{
-    return !text.isEmpty() && text.back().direction() == QChar::DirAL;
-}
-
-/// Whether the line has a mark that a closing quotation mark closes.
-bool LineWords::opensQuotation() const
-{
-    return std::any_of(m_line.characters.cbegin(), m_line.characters.cend(),
-                       [this](const DecodedCharacter &character) {
-                           return m_alphabet.character(character.id).text == u"«"_s;
-                       });
 }
 
 /// The character as it looks.
@@ -131,19 +116,6 @@ QString LineWords::seenAt(std::size_t i)
         (isBlankOrEnd(i + 1) || isSmall(characterAt(i + 1)))) {
         const auto glyph = glyphAt(m_line.picture, place, m_line.inked.height());
         return glyph && isCapitalI(*glyph, m_line.picture, m_line.inked) ? u"I"_s : text;
-    }
-    // In a line from right to left the letter before a mark stands right of it.
-    if (isArabicLetter(characterAt(i + 1))) {
-        if (text == u","_s) {
-            return u"،"_s;
-        }
-        if (text == u"."_s || text == u"»"_s || text == u"ء"_s || text == u"؛"_s) {
-            const auto glyph = glyphAt(m_line.picture, place, m_line.inked.height() / 3);
-            return (glyph && isArabicComma(*glyph, m_line.picture, m_line.inked, text)) ||
-                           (text == u"»"_s && !opensQuotation())
-                       ? u"،"_s
-                       : text;
-        }
     }
     return text;
 }

@@ -23,7 +23,7 @@ struct DecodedLine
 };
 
 /// The words of a line in reading order. Characters that models mix up, and whose looks tell them
-/// apart, are put right: apostrophes, a capital L for a small one, Arabic commas.
+/// apart, are put right: apostrophes, a capital L for a small one.
 QList<ReadWord> wordsOfLine(const DecodedLine &line, const Alphabet &alphabet);
 
 } // namespace recognition

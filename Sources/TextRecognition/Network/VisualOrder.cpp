@@ -150,6 +150,10 @@ QString turned(const QString &word)
     return text;
 }
 
+/// Latin names in Arabic text are common, the reverse is not: a line with so many Latin letters to
+/// an Arabic one may still be an Arabic line.
+constexpr int latinPerArabic = 3;
+
 int lettersOf(const QList<QString> &words, bool isRight)
 {
     int count = 0;
@@ -169,7 +173,7 @@ bool isRightToLeftLine(const QList<QString> &words, const QList<Direction> &dire
     if (directions.last() == Direction::LeftToRight) {
         return false;
     }
-    return lettersOf(words, true) >= lettersOf(words, false);
+    return latinPerArabic * lettersOf(words, true) >= lettersOf(words, false);
 }
 
 /// Whether a Latin word that stands left of a number among words from right to left follows it, as
@@ -177,11 +181,10 @@ bool isRightToLeftLine(const QList<QString> &words, const QList<Direction> &dire
 bool isUnit(const QString &word)
 {
     static const QSet<QString> units{
-        u"B"_s,    u"KB"_s,  u"MB"_s,  u"GB"_s,   u"TB"_s,   u"KiB"_s, u"MiB"_s,  u"GiB"_s,
-        u"kbps"_s, u"Mbps"_s, u"Gbps"_s, u"ms"_s,  u"s"_s,   u"min"_s, u"h"_s,    u"Hz"_s,
-        u"kHz"_s,  u"MHz"_s, u"GHz"_s, u"px"_s,   u"pt"_s,   u"dpi"_s, u"fps"_s,  u"mm"_s,
-        u"cm"_s,   u"m"_s,   u"km"_s,  u"g"_s,    u"kg"_s,   u"mg"_s,  u"W"_s,    u"kW"_s,
-        u"V"_s,    u"mAh"_s, u"dB"_s,  u"K"_s};
+        u"B"_s,    u"KB"_s,   u"MB"_s, u"GB"_s,  u"TB"_s,  u"KiB"_s, u"MiB"_s, u"GiB"_s, u"kbps"_s,
+        u"Mbps"_s, u"Gbps"_s, u"ms"_s, u"s"_s,   u"min"_s, u"h"_s,   u"Hz"_s,  u"kHz"_s, u"MHz"_s,
+        u"GHz"_s,  u"px"_s,   u"pt"_s, u"dpi"_s, u"fps"_s, u"mm"_s,  u"cm"_s,  u"m"_s,   u"km"_s,
+        u"g"_s,    u"kg"_s,   u"mg"_s, u"W"_s,   u"kW"_s,  u"V"_s,   u"mAh"_s, u"dB"_s,  u"K"_s};
     return units.contains(word);
 }
 
@@ -195,8 +198,8 @@ bool isNumber(const QString &word)
 void joinNumbers(const QList<QString> &words, QList<Direction> &directions)
 {
     for (qsizetype i = 1; i < words.size(); ++i) {
-        const bool isAloneUnit = isUnit(words[i - 1]) &&
-                                 (i < 2 || directions[i - 2] != Direction::LeftToRight);
+        const bool isAloneUnit =
+            isUnit(words[i - 1]) && (i < 2 || directions[i - 2] != Direction::LeftToRight);
         if (directions[i] == Direction::None && directions[i - 1] == Direction::LeftToRight &&
             isNumber(words[i]) && !isAloneUnit) {
             directions[i] = Direction::LeftToRight;
