@@ -51,8 +51,9 @@ private Q_SLOTS:
             << QStringList{u"٪٥٠"_s, u"باب"_s} << QStringList{u"باب"_s, u"٥٠٪"_s};
         QTest::newRow("full stop behind a Latin word")
             << QStringList{u".HTTP"_s, u"باب"_s} << QStringList{u"باب"_s, u"HTTP."_s};
-        QTest::newRow("Latin words in brackets") << QStringList{u")Firefox"_s, u"ESR("_s, u"فلملا"_s}
-                                                 << QStringList{u"الملف"_s, u"(Firefox"_s, u"ESR)"_s};
+        QTest::newRow("Latin words in brackets")
+            << QStringList{u")Firefox"_s, u"ESR("_s, u"فلملا"_s}
+            << QStringList{u"الملف"_s, u"(Firefox"_s, u"ESR)"_s};
         QTest::newRow("signs that belong to a Latin word")
             << QStringList{u"++C"_s, u"باب"_s} << QStringList{u"باب"_s, u"C++"_s};
         QTest::newRow("Latin name with a number")
