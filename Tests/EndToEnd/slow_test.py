@@ -1,45 +1,19 @@
 # SPDX-License-Identifier: MIT
 """A picture that takes long to read: it holds up neither the end of the program nor another one."""
 
-import os
-import random
 import signal
 import unittest
-from pathlib import Path
 
 from support import main
 from support.desktop import Box, Clipboard, points
 from support.page import Page
 from support.program import Program, activate_action, is_on_bus
+from support.slow import reading_time, slow_page
 from support.waiting import holds_for, wait_until
 
 CLIPBOARD = {"outputMode": "clipboard"}
 TEXT = "Short and quick"
 QUICK_BOX = Box(points(60), points(600), points(520), points(100))
-SLOW_BOX = Box(points(20), points(20), points(1240), points(540))
-
-# Nonsense in several scripts: each line is tried with every model, and read surely by none.
-LETTERS = "жщыюфЯДЦضصثقغعهخحجسшбوлظ字語漢電話機動車国学校한글조선말日本АВЕКМНabcxyzQRS#%&@"
-
-
-def nonsense(count):
-    generator = random.Random(1)
-    return " ".join("".join(generator.choices(LETTERS, k=generator.randrange(2, 9)))
-                    for _ in range(count))
-
-
-def reading_time(program):
-    """Seconds of processor time that the threads beside the main one have taken."""
-    ticks = 0
-    for task in Path(f"/proc/{program.process.pid}/task").iterdir():
-        if int(task.name) == program.process.pid:
-            continue
-        try:
-            fields = (task / "stat").read_text().rpartition(")")[2].split()
-        except (FileNotFoundError, ProcessLookupError):
-            continue
-        ticks += int(fields[11]) + int(fields[12])
-    return ticks / os.sysconf("SC_CLK_TCK")
 
 
 class SlowTest(unittest.TestCase):
@@ -51,7 +25,7 @@ class SlowTest(unittest.TestCase):
         self.assertEqual(Clipboard.text(), "before")
 
     def assert_ends(self, ask):
-        with Page(nonsense(900), SLOW_BOX, points(12)) as page:
+        with slow_page() as page:
             program = Program(CLIPBOARD)
             program.start()
             self.addCleanup(program.process.kill)
@@ -73,7 +47,7 @@ class SlowTest(unittest.TestCase):
         self.assert_ends(lambda _: activate_action("quit"))
 
     def test_newer_capture(self):
-        with Page(nonsense(900), SLOW_BOX, points(12)) as slow, Page(TEXT, QUICK_BOX) as quick, \
+        with slow_page() as slow, Page(TEXT, QUICK_BOX) as quick, \
                 Program(CLIPBOARD) as program:
             self.begin_slow_capture(program, slow)
             program.capture(quick.box)
