@@ -17,7 +17,6 @@ class Monitors(Rounds):
 
     def run(self):
         screen = desktop.SCREENS[0]
-        # Where the panel stays at its place: it stands in the right lower corner.
         with Page(self.words) as page, program.Program(SETTINGS) as run:
             run.status_item()
             process = measures.Measures(run.process.pid)
