@@ -17,10 +17,11 @@ from support.waiting import wait_until
 
 TEXT = "Still readable"
 
-# An empty folder in place of each that may hold the language data, for one process only.
+# An empty folder in place of each that may hold the language data, the program's own too, for one
+# process only.
 WITHOUT_LANGUAGE_DATA = ["unshare", "--mount", "sh", "-e", "-c", """
 for folder in /usr/share/tesseract-ocr /usr/share/tesseract /usr/share/tessdata \\
-    /usr/local/share/tessdata; do
+    /usr/local/share/tessdata "${0%/*}/../share/vellora/models"; do
   [ ! -d "$folder" ] || mount -t tmpfs none "$folder"
 done
 exec "$0" "$@"
