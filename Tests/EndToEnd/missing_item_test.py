@@ -83,6 +83,14 @@ class Notifications:
         return self._service.posted[-1] if self._service.posted else None
 
 
+    def dismiss(self):
+        """Takes away what the shell shows above everything, the dim too, for as long as its user
+        does nothing."""
+        if IS_GNOME:
+            self._ask("Main.messageTray.getSources().forEach(source => source.destroy())")
+            wait_until("the banner's end", lambda: self._ask("!Main.messageTray._banner"))
+
+
 class MissingItemTest(unittest.TestCase):
     def test_the_settings_say_how_to_capture(self):
         with Program(FIRST_START) as program:
@@ -127,6 +135,7 @@ class MissingItemTest(unittest.TestCase):
             wait_until("word of the copy",
                        lambda: notifications.seen() == ("Vellora", "Copied", True))
             keep("missing-item-copied")
+            notifications.dismiss()
             before = settled_screenshot()
             activate_action("capture")
             wait_until("the dim on every screen", lambda: is_dimmed(before))
@@ -135,6 +144,7 @@ class MissingItemTest(unittest.TestCase):
             wait_until("word of the error",
                        lambda: notifications.seen() == ("Vellora", "No text found", True))
             keep("missing-item-error")
+            notifications.dismiss()
 
 
 if __name__ == "__main__":
