@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsWindow.h"
 
+#include "AccessibleScrollArea.h"
 #include "AppIcon.h"
 #include "MissingStatusItem.h"
 #include "Platform/Platform.h"
@@ -101,6 +102,7 @@ std::unique_ptr<QWidget> SettingsWindowController::makeWindow(Updater *updater)
     window->setMinimumSize(minimumSize);
     window->resize(contentSize);
 
+    QAccessible::installFactory(accessibleScrollArea);
     auto *hosting = new QScrollArea(window.get());
     hosting->setFrameShape(QFrame::NoFrame);
     hosting->setWidgetResizable(true);

@@ -5,6 +5,7 @@
 #include "SettingsView.h"
 #include "SettingsWindowFixture.h"
 
+#include <QAccessible>
 #include <QScrollArea>
 #include <QTest>
 
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void storesAMoveThatNothingTold();
     void keepsThePlaceWhereNoneIsTold();
     void scrollsWhenItIsSmall();
+    void childrenThatAreGoneMayBeAskedFor();
 
 private:
     std::optional<QString> storedFrame() { return m_platform->userDefaults().string(frameKey); }
@@ -242,6 +244,18 @@ void SettingsWindowTest::scrollsWhenItIsSmall()
     QCOMPARE(QApplication::focusWidget(), last);
     const QRect seen(last->mapTo(hosting->viewport(), QPoint(0, 0)), last->size());
     QVERIFY(hosting->viewport()->rect().contains(seen.center()));
+}
+
+void SettingsWindowTest::childrenThatAreGoneMayBeAskedFor()
+{
+    auto *area = show()->findChild<QScrollArea *>();
+    QVERIFY(area);
+    QAccessibleInterface *known = QAccessible::queryAccessibleInterface(area);
+    QVERIFY(known);
+    QVERIFY(known->childCount() > 0);
+    QVERIFY(known->child(0));
+    QVERIFY(!known->child(known->childCount()));
+    QVERIFY(!known->child(99));
 }
 
 QTEST_MAIN(SettingsWindowTest)
