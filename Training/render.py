@@ -42,14 +42,14 @@ COLOURS = ((205, 49, 49), (13, 188, 121), (229, 229, 16), (36, 114, 200), (188, 
 @dataclasses.dataclass
 class Row:
     """A line of a page. In pixels of the page, y down."""
+    # The ink's.
     top: float
-    """The ink's top and bottom."""
     bottom: float
-    """What is seen from the left, characters that look the other way among others from right to left as they are stored."""
+    # What is seen from the left; brackets among letters from right to left as they are stored.
     text: str
-    """The left edges of its characters and the last one's right; of a line with letters from right to left only its own."""
+    # The left edges of its characters and the last one's right; of a line with letters from right to left only its own two.
     edges: list
-    """The row's top."""
+    # The row's top.
     origin: float
 
     def scaled(self, factor):

@@ -36,8 +36,8 @@ bool isChinese(Script script)
     return script == Script::SimplifiedHan || script == Script::TraditionalHan;
 }
 
-/// Whether a word is in Arabic letters or digits, of which its model is rarely so sure where there
-/// are none.
+/// Whether a word is in Arabic letters or digits. Where something else stands, the Arabic model is
+/// rarely this sure of two of them in a word.
 bool isSurelyFromRight(const ReadWord &word)
 {
     constexpr double sure = 75;

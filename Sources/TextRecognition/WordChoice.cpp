@@ -22,7 +22,8 @@ constexpr double weakBase = 65;
 /// A word in lists must be this sure to be taken against a surer one that is in none.
 constexpr double sureListed = 75;
 
-/// A Cyrillic word in no list must be so much surer than the Latin one it would replace.
+/// By how much, in points of confidence, a Cyrillic word in no list must be surer than the Latin
+/// one that it would replace.
 constexpr double sureLead = 25;
 
 /// A number must be read this surely to be taken from the other reading.

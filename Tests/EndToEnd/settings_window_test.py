@@ -55,7 +55,7 @@ def stored_frame():
 
 class SettingsWindowTest(unittest.TestCase):
     def test_covered_settings_come_to_the_front(self):
-        # Without a token of the click that asked, and with what is none.
+        # Asked without an activation token, and with text that is not one.
         for token in (None, "no-token", "no token at all"):
             with self.subTest(token=token), Program({}):
                 wait_until_launched()

@@ -21,7 +21,7 @@ constexpr std::array schemas{
     "org.gnome.mutter.wayland.keybindings",
 };
 
-/// GTK's names of modifiers, in lower case. An accelerator with another one is none of ours.
+/// GTK's names of modifiers, in lower case. No combination of ours has another one.
 std::optional<quint64> modifierFlag(const QString &name)
 {
     static const QHash<QString, quint64> flags{

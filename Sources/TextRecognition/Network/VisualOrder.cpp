@@ -45,7 +45,7 @@ bool isPerCent(uint letter)
 
 /// Which letters of a word among words from right to left are read from the left: runs of Latin
 /// letters and digits, with what stands between them, and the marks that belong to a number. A per
-/// cent sign left of its number is none of those: behind Arabic letters it is drawn there.
+/// cent sign left of its number is read after it, because it is drawn there behind Arabic letters.
 QList<bool> leftToRightLetters(const QList<uint> &letters)
 {
     const qsizetype count = letters.size();
@@ -94,11 +94,6 @@ QList<bool> leftToRightLetters(const QList<uint> &letters)
     return isLeft;
 }
 
-bool isBracket(QChar c)
-{
-    return c.hasMirrored();
-}
-
 bool hasOwnDirection(QChar c)
 {
     const QChar::Direction direction = c.direction();
@@ -121,7 +116,7 @@ void turnEnds(QString &left, QString &right)
     std::reverse(after.begin(), after.end());
     left.remove(0, first);
     qsizetype last = right.size();
-    while (last > 0 && isBracket(right[last - 1])) {
+    while (last > 0 && right[last - 1].hasMirrored()) {
         --last;
     }
     QString before = right.sliced(last);
