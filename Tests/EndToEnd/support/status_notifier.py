@@ -19,6 +19,11 @@ def _item():
     return service, bus.get_object(service, "/" + (path or "StatusNotifierItem"))
 
 
+def service():
+    """The bus name of the connection that has it."""
+    return _item()[0]
+
+
 def read(name):
     _, item = _item()
     return item.Get("org.kde.StatusNotifierItem", name, dbus_interface=PROPERTIES)
