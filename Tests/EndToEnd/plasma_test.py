@@ -4,6 +4,9 @@
 import re
 import unittest
 
+import dbus
+import numpy
+
 from support import desktop, main, status_notifier
 from support.built_entry import copied_program
 from support.desktop import Clipboard, Pointer, points, screenshot
@@ -93,6 +96,29 @@ class PlasmaTest(unittest.TestCase):
             content = desktop.window_box(popup)
             Pointer.click(content.right - points(55), content.bottom - points(22))
             wait_until("the copied text", lambda: Clipboard.text() == TEXT)
+
+    @staticmethod
+    def lines_of(page):
+        """Where the page's lines stand, from the top."""
+        inked = numpy.flatnonzero((page.of(screenshot()) < 128).any(axis=(1, 2)))
+        runs = numpy.split(inked, numpy.flatnonzero(numpy.diff(inked) > 4) + 1)
+        return [page._replace(y=page.y + int(run[0]) - 4, height=len(run) + 8) for run in runs]
+
+    def test_clipboard_history_has_every_copy(self):
+        words = ["apple", "bread", "chair", "dance", "eagle", "fruit", "grape", "house", "island",
+                 "juice"]
+        history = dbus.Interface(dbus.SessionBus().get_object("org.kde.klipper", "/klipper"),
+                                 "org.kde.klipper.klipper")
+        place = Page.usual_box()._replace(height=points(500))
+        with Page("\n".join(words), place) as page, Program({"outputMode": "clipboard"}) as program:
+            lines = self.lines_of(page.box)
+            self.assertEqual(len(lines), len(words))
+            for line, word in zip(lines, words):
+                program.capture(line)
+                wait_until(f"the copied {word}", lambda: Clipboard.text() == word)
+            wait_until("ten copies, the last first", lambda: (
+                [str(copy) for copy in history.getClipboardHistoryMenu()][:len(words)] ==
+                words[::-1]))
 
     def test_covered_settings_come_to_the_front(self):
         with Program({}) as program:
