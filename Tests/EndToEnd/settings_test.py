@@ -130,6 +130,24 @@ class SettingsTest(unittest.TestCase):
             self.assertTrue(is_taken(K_KEY, CONTROL | SUPER))
             self.assert_captures("ctrl+super+k")
 
+    def test_a_key_of_another_program_is_recorded_and_said_to_be_taken(self):
+        with KeyHolder(K_KEY, CONTROL | SUPER) as other, Program(ON, ENVIRONMENT) as program:
+            self.assertTrue(other.granted)
+            wait_until_taken()
+            open_settings()
+            record("ctrl+super+k", "⌘⌃K")
+            program.logged(NOT_CREATED)
+            wait_until("the reason in the settings", lambda: any(
+                each.role == "label" and each.name.startswith("This shortcut does not work here")
+                for each in controls(TITLE)))
+            self.assertEqual(other.presses, 0)
+            # What was given up for it is free, and can be had again.
+            self.assertTrue(is_free(O_KEY, SHIFT | SUPER))
+            record("super+shift+o", "⌘⇧O")
+            wait_until("the shortcut in the file",
+                       lambda: stored("hotkeyString") == "cmd+shift+o")
+            self.assert_captures("super+shift+o")
+
     def test_every_control_writes_at_once(self):
         with Program({"shutterSound": "true"}, ENVIRONMENT):
             open_settings()
