@@ -4,6 +4,7 @@
 #include "Platform/FallbackRecording.h"
 #include "Platform/GNOME/CustomKey.h"
 #include "Platform/GNOME/CustomKeyTap.h"
+#include "Platform/GNOME/ModalDialogs.h"
 #include "Platform/KDE/GlobalAccelKey.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
@@ -22,6 +23,7 @@
 #include "Platform/Wayland/FullScreenOverlaySurface.h"
 #include "Platform/Wayland/ImageCopyCapture.h"
 #include "Platform/Wayland/LayerShellOverlaySurface.h"
+#include "Platform/Wayland/MutterPopupPlacement.h"
 #include "Platform/Wayland/PlasmaPopupPlacement.h"
 #include "Platform/Wayland/QtWayland.h"
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
@@ -149,6 +151,9 @@ std::unique_ptr<PopupPlacement> makePopupPlacement(const Screens &screens)
     auto plasma = std::make_unique<PlasmaPopupPlacement>(screens, &availablePlasmaScreenRect);
     if (plasma->isUsable()) {
         return plasma;
+    }
+    if (MutterPopupPlacement::isUsable()) {
+        return std::make_unique<MutterPopupPlacement>(screens, &areModalDialogsAttached);
     }
     return std::make_unique<ToplevelPopupPlacement>(screens);
 }

@@ -90,7 +90,6 @@ class CaptureTest(unittest.TestCase):
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("the overlay's end", lambda: is_unchanged(before))
 
-    @unittest.skipIf(desktop.NAME == "gnome", "GNOME Shell places windows itself; see gnome_test")
     def test_result_window(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             Clipboard.put("before")
@@ -102,6 +101,9 @@ class CaptureTest(unittest.TestCase):
             wait_until(f"the result window at {place}, not at {desktop.frame_box(popup)}",
                        lambda: all(abs(is_at - should) <= 1 for is_at, should in
                                    zip(desktop.frame_box(popup), place)))
+            if desktop.NAME == "gnome":
+                # The shell does not tell what of the frame is the content: see gnome_test.
+                return
             content = desktop.window_box(popup)
             self.assertEqual((content.width, content.height), (points(360), points(240)))
             self.assertEqual(Clipboard.text(), "before")

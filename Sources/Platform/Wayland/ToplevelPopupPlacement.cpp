@@ -2,6 +2,14 @@
 #include "Platform/Wayland/ToplevelPopupPlacement.h"
 
 #include <QWidget>
+#include <QWindow>
+
+namespace {
+/// QtWayland's decoration "adwaita" (6.8), which it takes on GNOME, counts its shadow among a
+/// window's margins, so many points on each side beside a border of one. The others have none, and
+/// borders of three points. The compositor counts no shadow.
+constexpr int shadow = 10;
+} // namespace
 
 ToplevelPopupPlacement::ToplevelPopupPlacement(const Screens &screens)
     : m_screens(screens)
@@ -15,7 +23,10 @@ void ToplevelPopupPlacement::makeFloating(QWidget &window)
 
 CocoaSize ToplevelPopupPlacement::frameSize(const QWidget &window) const
 {
-    const QSize size = window.frameSize();
+    QSize size = window.frameSize();
+    if (window.windowHandle() && window.windowHandle()->frameMargins().left() > shadow) {
+        size -= QSize(2 * shadow, 2 * shadow);
+    }
     return {double(size.width()), double(size.height())};
 }
 
