@@ -13,6 +13,7 @@ from support.waiting import holds_for, wait_until
 
 TEXT = "Not to be copied"
 BOTH = {"outputMode": "both"}
+IS_WAYLAND = desktop.NAME in ("sway", "kwin_wayland", "gnome")
 
 
 class CancelTest(unittest.TestCase):
@@ -74,7 +75,27 @@ class CancelTest(unittest.TestCase):
             desktop.activate(window)
             self.assert_cancelled(program, before)
 
-    @unittest.skipIf(desktop.NAME in ("sway", "kwin_wayland", "gnome"), "xrandr needs an X server")
+    @unittest.skipIf(IS_WAYLAND, "xprop needs an X server")
+    @unittest.skipIf(desktop.NAME == "none", "needs a window manager")
+    def test_a_panel_that_takes_room_cancels_nothing(self):
+        def room():
+            return desktop.tool("xprop", "-root", "_NET_WORKAREA")
+
+        with Page(TEXT), Program(BOTH) as program:
+            Clipboard.put("before")
+            before = program.start_capture()
+            free = room()
+            window, = desktop.windows_titled("Text page")
+            # Below, from the left edge to the right one.
+            strut = [0, 0, 0, 190, *[0] * 7, desktop.SCREENS[0].width - 1]
+            desktop.tool("xprop", "-id", window, "-f", "_NET_WM_STRUT_PARTIAL", "32c", "-set",
+                         "_NET_WM_STRUT_PARTIAL", ",".join(map(str, strut)))
+            wait_until("less room", lambda: room() != free)
+            holds_for("dimmed", lambda: is_dimmed(before), 0.5)
+            key("Escape")
+            self.assert_cancelled(program, before)
+
+    @unittest.skipIf(IS_WAYLAND, "xrandr needs an X server")
     def test_screens_come_and_go(self):
         screen = desktop.SCREENS[0]
         half = f"{screen.width // 2}/200x{screen.height}/200"

@@ -151,7 +151,7 @@ DialogParent::~DialogParent()
 {
     if (m_parts->modality && m_dialog && m_dialog->isVisible()) {
         gtk_surface1_unset_modal(m_parts->modality.get());
-        // Before the parent is gone, with which the compositor would end its dialog's role.
+        // Before the parent goes, which is on another connection and could go first.
         m_parts->imported.reset();
         wl_display_roundtrip_queue(qtWaylandDisplay(), m_parts->qtQueue.get());
     }
