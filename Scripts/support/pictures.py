@@ -11,10 +11,10 @@ from PIL import Image
 HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent.parent / "Tests/EndToEnd"))
 from support import desktop  # noqa: E402 (the path must be known first)
+from support.comparing import settled_screenshot  # noqa: E402
 from support.desktop import Box, Clipboard, Pointer, frame_box, screenshot  # noqa: E402
 from support.page import Page  # noqa: E402
-from support.program import (POPUP_TITLE, Program, activate_action,  # noqa: E402
-                             settled_screenshot)
+from support.program import POPUP_TITLE, Program, activate_action  # noqa: E402
 from support.waiting import wait_until  # noqa: E402
 
 SKY = ("#2b5876", "#7fa6b8")

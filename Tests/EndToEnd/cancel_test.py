@@ -6,9 +6,10 @@ import signal
 import unittest
 
 from support import desktop, main
+from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points
 from support.page import Page
-from support.program import Program, activate_action, is_dimmed, is_unchanged
+from support.program import Program, activate_action
 from support.waiting import holds_for, wait_until
 
 TEXT = "Not to be copied"
@@ -18,7 +19,7 @@ IS_WAYLAND = desktop.NAME in ("sway", "kwin_wayland", "gnome")
 
 class CancelTest(unittest.TestCase):
     def assert_cancelled(self, program, before):
-        wait_until("the overlay's end", lambda: is_unchanged(before))
+        wait_until_unchanged("the overlay's end", before)
         holds_for("without a result", lambda: Clipboard.text() == "before"
                   and is_unchanged(before) and program.is_running(), 0.5)
 
@@ -36,7 +37,7 @@ class CancelTest(unittest.TestCase):
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom),
                          release=False)
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             Pointer.release()
             self.assert_cancelled(program, before)
 
@@ -107,7 +108,7 @@ class CancelTest(unittest.TestCase):
             self.assert_cancelled(program, before)
             # The panel may have gone with its screen's edge, so not by a click.
             activate_action("capture")
-            wait_until("the dim on both screens", lambda: is_dimmed(before))
+            wait_until_dimmed(before, "the dim on both screens")
             desktop.tool("xrandr", "--delmonitor", "right")
             desktop.tool("xrandr", "--delmonitor", "left")
             self.assert_cancelled(program, before)
@@ -118,7 +119,7 @@ class CancelTest(unittest.TestCase):
             before = program.start_capture()
             os.kill(program.process.pid, signal.SIGTERM)
             program.wait_for_end()
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             self.assertEqual(Clipboard.text(), "before")
 
     def test_a_capture_works_after_a_cancelled_one(self):
@@ -126,7 +127,7 @@ class CancelTest(unittest.TestCase):
             Clipboard.put("before")
             before = program.start_capture()
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             program.capture(page.box)
             # Recognition takes long where leaks are told by whole stacks, as on Wayland.
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT, 60)

@@ -4,9 +4,10 @@
 import unittest
 
 from support import desktop, main
+from support.comparing import dimmed, is_unchanged, wait_until_unchanged
 from support.desktop import Box, Clipboard, Pointer, key, points, screenshot
 from support.page import Page
-from support.program import Program, dimmed, is_unchanged
+from support.program import Program
 from support.waiting import wait_until
 
 TEXT = "The quick brown fox\njumps over 13 lazy dogs"
@@ -48,7 +49,7 @@ class CaptureTest(unittest.TestCase):
             Pointer.drag((box.x, box.y), (box.right, box.bottom), release=False)
             wait_until("the clear, outlined hole", lambda: shows_selection(before, box))
             Pointer.release()
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             wait_until("the text on the clipboard", lambda: Clipboard.text() != "before")
             self.assertEqual(Clipboard.text(), TEXT)
             self.assertTrue(is_unchanged(before))
@@ -73,7 +74,7 @@ class CaptureTest(unittest.TestCase):
                 Clipboard.put("before")
                 before = program.capture(page.box)
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
 
     @unittest.skipIf(len(desktop.SCREENS) < 2, "there is one screen")
     def test_drag_from_one_screen_onto_another(self):
@@ -88,7 +89,7 @@ class CaptureTest(unittest.TestCase):
             right = max(page.box.right, second.x + points(40))
             Pointer.drag((left, page.box.y), (right, page.box.bottom))
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     def test_result_window(self):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
@@ -113,7 +114,7 @@ class CaptureTest(unittest.TestCase):
             wait_until("the copied text", lambda: Clipboard.text() == TEXT)
 
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
 
     def test_both_and_a_click_elsewhere(self):
         with Page(TEXT) as page, Program({"outputMode": "both"}) as program:
@@ -122,7 +123,7 @@ class CaptureTest(unittest.TestCase):
             program.popup()
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             Pointer.click(page.box.x + points(20), page.box.bottom - points(10))
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
             wait_until("the click in the other program", lambda: page.said(r"click \d+ \d+"))
 
     def test_a_new_result_replaces_the_old_one(self):

@@ -10,9 +10,10 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
+from support.comparing import wait_until_unchanged
 from support.desktop import Clipboard, key
 from support.page import Page
-from support.program import Program, binary, is_unchanged, settings_file
+from support.program import Program, binary, settings_file
 from support.waiting import wait_until
 
 TEXT = "Still readable"
@@ -55,7 +56,7 @@ class DamageTest(unittest.TestCase):
             program.popup()
             self.assertEqual(Clipboard.text(), TEXT)
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
 
     def test_no_settings(self):
         settings_file().unlink(missing_ok=True)
@@ -89,7 +90,7 @@ class DamageTest(unittest.TestCase):
             before = program.capture(page.box)
             program.popup()
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
 
     def test_settings_folder_is_a_file(self):
         folder = settings_file().parent
@@ -112,7 +113,7 @@ class DamageTest(unittest.TestCase):
             before = program.capture(page.box)
             # One sentence that a person understands, with the package's name in it.
             program.logged(r"Vellora OCR: OCR error: [A-Z].*tesseract-ocr.*")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             self.assertEqual(Clipboard.text(), "before")
 
     def test_no_thread_left(self):
@@ -126,7 +127,7 @@ class DamageTest(unittest.TestCase):
                 before = program.capture(page.box)
                 program.logged(r"Vellora OCR: OCR error: The system cannot start any more work\. "
                                r"Close some programs and try again\.")
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
                 self.assertEqual(Clipboard.text(), "before")
                 none_left.unlink()
                 program.capture(page.box)

@@ -4,9 +4,10 @@
 import unittest
 
 from support import main
+from support.comparing import wait_until_unchanged
 from support.desktop import Clipboard, Pointer
 from support.page import Page
-from support.program import Program, is_unchanged
+from support.program import Program
 from support.waiting import wait_until
 
 TEXT = "Again and again"
@@ -22,7 +23,7 @@ class EnduranceTest(unittest.TestCase):
                 Clipboard.put("before")
                 before = program.capture(page.box)
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
 
 
 if __name__ == "__main__":

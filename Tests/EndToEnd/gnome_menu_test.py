@@ -5,10 +5,11 @@ to take it away."""
 import unittest
 
 from support import main
+from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Box, Clipboard, Pointer, screenshot
 from support.gnome import ask, set_animations
 from support.page import Page
-from support.program import Program, is_dimmed, is_unchanged
+from support.program import Program
 from support.waiting import wait_until
 from support.wayland_tests import TEXT
 
@@ -53,10 +54,10 @@ class GnomeMenuTest(unittest.TestCase):
             Pointer.press()
             Pointer.release()
             # Of what was there before, and so without the menu.
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     def test_menu_that_fades(self):
         set_animations(True)

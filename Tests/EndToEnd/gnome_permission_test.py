@@ -11,12 +11,12 @@ from pathlib import Path
 from support import accessibility, desktop, main
 from support.accessibility import control
 from support.artifacts import keep
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import key
 from support.gnome import (allow_shortcut, answer, dialog_button, grabbed_keys, set_permission,
                            stored_permission)
 from support.page import Page
-from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus, is_unchanged,
-                             settled_screenshot)
+from support.program import Program, activate_action, binary, is_on_bus
 from support.scope import Unit
 from support.status_notifier import read
 from support.waiting import holds_for, wait_until
@@ -75,9 +75,9 @@ class GnomePermissionTest(unittest.TestCase):
         return entered
 
     def assert_captures(self, before):
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        wait_until_dimmed(before)
         key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before))
+        wait_until_unchanged("the overlay's end", before)
         self.assertNotIn(WINDOW, windows())
 
     def test_allow_with_nothing_in_front(self):
@@ -116,7 +116,7 @@ class GnomePermissionTest(unittest.TestCase):
         before = settled_screenshot()
         activate_action("capture")
         answer("Deny")
-        wait_until("what was there before", lambda: is_unchanged(before))
+        wait_until_unchanged("what was there before", before)
         self.assertEqual(stored_permission(), {ID: ["no"]})
         program.logged(DENIED)
         # The shell would not ask again, and neither do we.
@@ -136,7 +136,7 @@ class GnomePermissionTest(unittest.TestCase):
         activate_action("capture")
         wait_until("the question", lambda: dialog_button("Deny"))
         key("Escape")
-        wait_until("what was there before", lambda: is_unchanged(before))
+        wait_until_unchanged("what was there before", before)
         self.assertEqual(stored_permission(), {ID: ["no"]})
         program.logged(DENIED)
 
@@ -171,7 +171,7 @@ class GnomePermissionTest(unittest.TestCase):
         wait_until("one more refusal", lambda: portal_failures(REFUSED) == refused + 2)
         wait_until("the window's other text", button_to_ask_again)
         key("Escape")
-        wait_until("what was there before", lambda: is_unchanged(before))
+        wait_until_unchanged("what was there before", before)
         program.logged(UNANSWERED)
 
     def test_permission_that_is_neither(self):
@@ -181,7 +181,7 @@ class GnomePermissionTest(unittest.TestCase):
         before = settled_screenshot()
         activate_action("capture")
         answer("Deny")
-        wait_until("what was there before", lambda: is_unchanged(before))
+        wait_until_unchanged("what was there before", before)
         program.logged("Vellora: Screen Recording permission not granted: .*")
         self.assertEqual(stored_permission()[""], ["no"])
 

@@ -4,10 +4,11 @@
 import unittest
 
 from support import main
+from support.comparing import settled_screenshot, wait_until_unchanged
 from support.desktop import SCREENS, Clipboard, Pointer, place_page, points
 from support.gnome import set_scales
 from support.page import Page
-from support.program import Program, is_unchanged, settled_screenshot
+from support.program import Program
 from support.waiting import wait_until
 from support.wayland_tests import TEXT
 
@@ -37,7 +38,7 @@ class ScreensTests:
             settled_screenshot()
             before = program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
 
 class PixelsTest(ScreensTests, unittest.TestCase):

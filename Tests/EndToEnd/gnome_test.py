@@ -10,12 +10,13 @@ from pathlib import Path
 from gi.repository import Gio
 
 from support import desktop, main
+from support.comparing import stays_unchanged, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
 from support.gnome import (allow_shortcut, answer, grabbed_keys, has_shortcuts_portal,
                            set_permission, tray_icons)
 from support.page import Page
 from support.pressing import NOT_CREATED, QT_O, assert_captures
-from support.program import Program, activate_action, is_dimmed, is_on_bus, is_unchanged
+from support.program import Program, activate_action, is_on_bus
 from support.waiting import holds_for, wait_until
 from support.wayland_tests import TEXT, ClipboardTests
 
@@ -43,7 +44,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             before = screenshot()
             activate_action("capture")
             answer("Allow")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             self.assertEqual(list(PICTURES.iterdir()), [])
@@ -55,15 +56,15 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             before = screenshot()
             activate_action("capture")
             answer("Deny")
-            wait_until("the screen of before", lambda: is_unchanged(before))
+            wait_until_unchanged("the screen of before", before)
             program.logged("Vellora: Screen Recording permission not granted: It was denied[ ;].*")
             # Longer than a look at what the user may have changed.
-            holds_for("without an overlay", lambda: is_unchanged(before), 2)
+            stays_unchanged("without an overlay", before, 2)
             # The settings allow it later: the program sees that by itself.
             set_permission("yes")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             self.assertTrue(program.is_running())
 
     def test_the_icon_stays(self):
@@ -150,7 +151,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
             Pointer.click(frame.right - 58, frame.bottom - 25)
             wait_until("the copied text", lambda: Clipboard.text() == TEXT)
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
 
 
 if __name__ == "__main__":

@@ -9,9 +9,10 @@ import dbus
 from dbus.lowlevel import MethodCallMessage
 
 from support import main, status_notifier
+from support.comparing import is_dimmed, settled_screenshot
 from support.desktop import Clipboard
 from support.page import Page
-from support.program import APPLICATION_ID, Program, is_dimmed, settled_screenshot
+from support.program import APPLICATION_ID, Program
 from support.waiting import PATIENCE, wait_until
 
 TEXT = "Still here"

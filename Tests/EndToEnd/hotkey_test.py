@@ -5,11 +5,11 @@ import signal
 import unittest
 
 from support import desktop, main
+from support.comparing import is_dimmed, is_unchanged, settled_screenshot, wait_until_dimmed
 from support.desktop import key, tool
 from support.page import Page
 from support.pressing import NOT_CREATED, QT_O, assert_captures, assert_reaches
-from support.program import (Program, activate_action, is_dimmed, is_on_bus, is_unchanged,
-                             settled_screenshot)
+from support.program import Program, activate_action, is_on_bus
 from support.shortcut import (ALT, CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               wait_until_free, wait_until_taken)
 from support.waiting import wait_until
@@ -112,7 +112,7 @@ class HotkeyTest(unittest.TestCase):
                        lambda: tool("xdotool", "getactivewindow", check=False).strip() == window)
             before = settled_screenshot()
             key(SHORTCUT)
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             key("Escape")
             wait_until("the overlay's end", lambda: not is_dimmed(before))
 

@@ -6,12 +6,13 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
+from support.comparing import (dimmed, settled_screenshot, stays_unchanged, wait_until_dimmed,
+                               wait_until_unchanged)
 from support.desktop import Clipboard, Pointer, key, screenshot
 from support.installed import ENTRY, InstalledProgram, activate, launch, tell_bus
 from support.page import Page
-from support.program import (activate_action, dimmed, is_dimmed, is_on_bus, is_unchanged,
-                             settled_screenshot)
-from support.waiting import holds_for, wait_until
+from support.program import activate_action, is_on_bus
+from support.waiting import wait_until
 
 TEXT = "As it is at home"
 CLIPBOARD = {"outputMode": "clipboard"}
@@ -23,10 +24,10 @@ class InstalledTest(unittest.TestCase):
         tell_bus()
 
     def assert_capture_began(self, before):
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        wait_until_dimmed(before)
         Pointer.rest()
         key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before))
+        wait_until_unchanged("the overlay's end", before)
 
     def test_a_start_from_the_menu_only_launches_and_a_click_captures(self):
         with Page(TEXT) as page:
@@ -35,7 +36,7 @@ class InstalledTest(unittest.TestCase):
                 self.assertEqual(Path(f"/proc/{program.process_id}/exe").resolve(),
                                  (ENTRY.parents[2] / "bin/vellora").resolve())
                 program.status_item()
-                holds_for("without an overlay", lambda: is_unchanged(before), 1)
+                stays_unchanged("without an overlay", before, 1)
                 Clipboard.put("before")
                 program.capture(page.box)
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
@@ -49,7 +50,7 @@ class InstalledTest(unittest.TestCase):
             self.assert_capture_began(before)
             Clipboard.put("before")
             activate()
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 
@@ -62,7 +63,7 @@ class InstalledTest(unittest.TestCase):
             wait_until("the dim", lambda: (abs(place.of(screenshot()) - dimmed(place.of(before)))
                                            <= 2).all())
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
 
 if __name__ == "__main__":

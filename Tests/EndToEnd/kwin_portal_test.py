@@ -10,10 +10,10 @@ from support import accessibility, main, status_notifier
 from support.accessibility import control
 from support.artifacts import keep
 from support.built_entry import copied_program
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer
 from support.page import Page
-from support.program import (Program, activate_action, is_dimmed, is_unchanged,
-                             settled_screenshot, wait_until_launched)
+from support.program import Program, activate_action, wait_until_launched
 from support.waiting import wait_until
 
 TEXT = "By way of a portal"
@@ -42,10 +42,10 @@ class KWinPortalTest(unittest.TestCase):
                 Clipboard.put(text)
                 before = settled_screenshot()
                 activate_action("capture")
-                wait_until("the dim on every screen", lambda: is_dimmed(before))
+                wait_until_dimmed(before)
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-                wait_until("what was there before", lambda: is_unchanged(before))
+                wait_until_unchanged("what was there before", before)
         # The portal's pictures are nobody's any more.
         self.assertEqual(list(PICTURES.iterdir()), [])
 
@@ -59,7 +59,7 @@ class KWinPortalTest(unittest.TestCase):
             self.assertIn(str(self.copy), status_notifier.tool_tip_text())
             keep("kwin-portal-without-picture")
             control(WINDOW, "push button", "Not Now").do("Press")
-            wait_until("what was there before", lambda: is_unchanged(before))
+            wait_until_unchanged("what was there before", before)
 
 
 if __name__ == "__main__":

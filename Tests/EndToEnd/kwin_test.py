@@ -7,12 +7,12 @@ import unittest
 from support import desktop, main, status_notifier
 from support.artifacts import keep
 from support.built_entry import copied_program, with_entry
+from support.comparing import wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, points, screenshot
 from support.kwin import is_there, minimise
 from support.page import Page
 from support.pressing import assert_captures
-from support.program import (POPUP_TITLE, Program, activate_action, is_dimmed,
-                             is_unchanged, wait_until_launched)
+from support.program import POPUP_TITLE, Program, activate_action, wait_until_launched
 from support.waiting import wait_until
 from support.wayland_tests import SHORTCUT_ON, TEXT, ClipboardTests, ShortcutTests
 
@@ -47,7 +47,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
             program.logged(REFUSED.format(re.escape(str(copy))))
             wait_until("the mark's end", lambda: status_notifier.tool_tip_text() == TOOL_TIP)
-            wait_until("what was there before", lambda: is_unchanged(before))
+            wait_until_unchanged("what was there before", before)
 
     def test_capture_begins_once_the_desktop_entry_is_there(self):
         copy = copied_program()
@@ -57,7 +57,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(copy))))
             with with_entry(copy):
-                wait_until("the dim on every screen", lambda: is_dimmed(before))
+                wait_until_dimmed(before)
                 Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
 

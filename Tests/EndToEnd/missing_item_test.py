@@ -12,10 +12,11 @@ from gi.repository import GLib
 
 from support import desktop, main
 from support.artifacts import keep
+from support.comparing import (is_unchanged, settled_screenshot, wait_until_dimmed,
+                               wait_until_unchanged)
 from support.desktop import Pointer, key
 from support.page import Page
-from support.program import (Program, activate_action, binary, is_dimmed, is_on_bus,
-                             is_unchanged, settings_file, settled_screenshot)
+from support.program import Program, activate_action, binary, is_on_bus, settings_file
 from support.waiting import wait_until
 from support.wayland_tests import TEXT
 
@@ -102,9 +103,9 @@ class MissingItemTest(unittest.TestCase):
             # A second start is what the window says it is, and beside the window.
             before = settled_screenshot()
             self.assertEqual(subprocess.run([binary()], timeout=60, check=False).returncode, 0)
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             self.assertIn("missingStatusItemDismissed=false", settings_file().read_text())
 
     @unittest.skipIf(IS_GNOME, "the shell's extension comes with the session")
@@ -130,7 +131,7 @@ class MissingItemTest(unittest.TestCase):
             wait_until("the program on the session bus", is_on_bus)
             before = settled_screenshot()
             activate_action("capture")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("word of the copy",
                        lambda: notifications.seen() == ("Vellora", "Copied", True))
@@ -138,7 +139,7 @@ class MissingItemTest(unittest.TestCase):
             notifications.dismiss()
             before = settled_screenshot()
             activate_action("capture")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             bottom = desktop.SCREENS[0].bottom
             Pointer.drag((20, bottom - 120), (200, bottom - 60))
             wait_until("word of the error",

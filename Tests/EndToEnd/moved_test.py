@@ -8,9 +8,10 @@ import unittest
 from pathlib import Path
 
 from support import main, status_notifier
+from support.comparing import wait_until_unchanged
 from support.desktop import Clipboard
 from support.page import Page
-from support.program import Program, is_unchanged
+from support.program import Program
 from support.waiting import wait_until
 
 TEXT = "Moved away"
@@ -29,7 +30,7 @@ class MovedTest(unittest.TestCase):
                             command=[str(tree / "bin/vellora")]) as program:
                 before = program.capture(page.box)
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
                 self.assertEqual(status_notifier.read("IconThemePath"), str(tree / "share/icons"))
 
 

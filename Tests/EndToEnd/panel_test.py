@@ -5,8 +5,9 @@ import subprocess
 import unittest
 
 from support import main
+from support.comparing import wait_until_unchanged
 from support.desktop import difference, key, screenshot
-from support.program import Program, is_unchanged
+from support.program import Program
 from support.waiting import holds_for, wait_until
 
 PANELS = {
@@ -35,7 +36,7 @@ class PanelTest(unittest.TestCase):
         program.find_status_item_again()
         shown = program.start_capture()
         key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(shown))
+        wait_until_unchanged("the overlay's end", shown)
 
     def test_program_starts_first(self):
         for name in PANELS:

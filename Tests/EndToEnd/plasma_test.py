@@ -9,10 +9,11 @@ import numpy
 
 from support import desktop, main, status_notifier
 from support.built_entry import copied_program
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, points, screenshot
 from support.kwin import minimise
 from support.page import Page
-from support.program import Program, is_dimmed, is_unchanged, settled_screenshot
+from support.program import Program
 from support.waiting import holds_for, wait_until
 
 SETTINGS = "Vellora Settings"
@@ -48,9 +49,9 @@ class PlasmaTest(unittest.TestCase):
             program.status_item()
             before = settled_screenshot()
             program.click()
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             desktop.key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     def test_mark_of_a_missing_permission(self):
         copy = copied_program()
@@ -65,7 +66,7 @@ class PlasmaTest(unittest.TestCase):
             self.assertTrue(status_notifier.tool_tip_text().startswith(NOT_GRANTED))
             wait_until("the mark's end",
                        lambda: not self.is_other_picture(self.look(item), normal))
-            wait_until("what was there before", lambda: is_unchanged(before))
+            wait_until_unchanged("what was there before", before)
 
     def choose_settings(self, program):
         """In the menu that the panel draws on a right click; its third entry."""

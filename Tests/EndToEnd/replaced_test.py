@@ -7,10 +7,11 @@ import unittest
 
 from support import desktop, main
 from support.built_entry import copied_program, with_entry
+from support.comparing import stays_unchanged
 from support.desktop import Clipboard
 from support.page import Page
-from support.program import Program, binary, is_on_bus, is_unchanged
-from support.waiting import holds_for, wait_until
+from support.program import Program, binary, is_on_bus
+from support.waiting import wait_until
 
 TEXT = "Old and new"
 CLIPBOARD = {"outputMode": "clipboard"}
@@ -43,7 +44,7 @@ class ReplacedTest(unittest.TestCase):
             # What was captured before can be pasted still.
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             program.find_status_item_again()
-            holds_for("without an overlay", lambda: is_unchanged(before), 1)
+            stays_unchanged("without an overlay", before, 1)
             Clipboard.put("before")
             program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)

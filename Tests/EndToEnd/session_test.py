@@ -8,10 +8,10 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
+from support.comparing import is_unchanged, stays_unchanged, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, key, screenshot
 from support.page import Page
-from support.program import (APPLICATION_ID, Program, activate_action, binary, is_dimmed, is_on_bus,
-                             is_unchanged)
+from support.program import APPLICATION_ID, Program, activate_action, binary, is_on_bus
 from support.waiting import holds_for, wait_until
 
 TEXT = "One of a kind"
@@ -27,9 +27,9 @@ def entry_value(key):
 
 class SessionTest(unittest.TestCase):
     def assert_capture_began(self, before):
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        wait_until_dimmed(before)
         key("Escape")
-        wait_until("the overlay's end", lambda: is_unchanged(before))
+        wait_until_unchanged("the overlay's end", before)
 
     def test_second_start_captures(self):
         with Program({}) as program:
@@ -50,7 +50,7 @@ class SessionTest(unittest.TestCase):
                 second = subprocess.run(command, capture_output=True, text=True, timeout=60,
                                         check=False)
                 self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
-                holds_for("without an overlay", lambda: is_unchanged(before), 0.5)
+                stays_unchanged("without an overlay", before, 0.5)
             self.assertTrue(program.is_running())
 
     def test_actions(self):
@@ -81,7 +81,7 @@ class SessionTest(unittest.TestCase):
                 holds_for("one window", lambda: desktop.windows_titled(title) == [window], 0.3)
                 desktop.tool("xdotool", "windowactivate", window)
                 key("alt+F4")
-                wait_until("the window's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the window's end", before)
                 self.assertTrue(program.is_running())
 
     def test_signals_end_it_in_order(self):
@@ -102,7 +102,7 @@ class SessionTest(unittest.TestCase):
         with Program({}) as another:
             before = another.start_capture()
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     @unittest.skipIf(desktop.PANEL != "trayer", "without a bus there is the XEmbed tray only")
     def test_without_a_bus(self):

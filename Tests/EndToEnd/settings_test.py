@@ -7,11 +7,11 @@ from pathlib import Path
 
 from support import accessibility, desktop, main
 from support.accessibility import control, controls, has_control
+from support.comparing import is_dimmed, settled_screenshot, stays_unchanged, wait_until_dimmed
 from support.desktop import Pointer, frame_box, key, tool, window_box
 from support.page import Page
 from support.pressing import NOT_CREATED
-from support.program import (APPLICATION_ID, Program, activate_action, is_dimmed, is_on_bus,
-                             is_unchanged, settings_file, settled_screenshot)
+from support.program import APPLICATION_ID, Program, activate_action, is_on_bus, settings_file
 from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
                               is_taken, wait_until_taken)
 from support.waiting import holds_for, wait_until
@@ -61,7 +61,7 @@ class SettingsTest(unittest.TestCase):
     def assert_captures(self, shortcut):
         before = settled_screenshot()
         key(shortcut)
-        wait_until("the dim on every screen", lambda: is_dimmed(before))
+        wait_until_dimmed(before)
         key("Escape")
         wait_until("the overlay's end", lambda: not is_dimmed(before))
 
@@ -113,7 +113,7 @@ class SettingsTest(unittest.TestCase):
                 before = settled_screenshot()
                 key("super+shift+o")
                 wait_until("the press in the other program", lambda: other.presses == 1)
-                holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
+                stays_unchanged("without an overlay", before, 0.3)
             click(*ENABLE)
             wait_until("the switch in the file", lambda: stored("hotkeyEnabled") == "true")
             self.assertTrue(is_taken())

@@ -4,9 +4,10 @@
 import unittest
 
 from support import desktop, main, status_notifier
+from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
-from support.program import Program, is_dimmed, is_unchanged
+from support.program import Program
 from support.waiting import holds_for, wait_until
 
 TEXT = "Read me aloud"
@@ -33,7 +34,7 @@ class StatusItemTest(unittest.TestCase):
             for _ in range(5):
                 before = self.open_menu(program)
                 key("Escape")
-                wait_until("the menu's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the menu's end", before)
 
     @unittest.skipUnless(SPEAKS_SNI, "no other program reads the menu")
     def test_menu_entries(self):
@@ -49,9 +50,9 @@ class StatusItemTest(unittest.TestCase):
             before = self.open_menu(program)
             key("Down")
             key("Return")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     @needs_keys
     def test_quit_from_the_menu(self):
@@ -90,7 +91,7 @@ class StatusItemTest(unittest.TestCase):
             normal, = self.rest(program)
             before = program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
             wait_until("the normal icon", lambda: (self.look(program) == normal).all())
             holds_for("the normal icon", lambda: (self.look(program) == normal).all(), 1)
 
@@ -108,7 +109,7 @@ class StatusItemTest(unittest.TestCase):
             wait_until("the normal icon", lambda: (self.look(program) == normal).all())
             self.assert_tool_tip(TOOL_TIP)
             self.assertEqual(Clipboard.text(), "before")
-            wait_until("what was there before", lambda: is_unchanged(before))
+            wait_until_unchanged("what was there before", before)
 
     def assert_tool_tip(self, text):
         if SPEAKS_SNI:

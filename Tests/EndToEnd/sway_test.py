@@ -9,11 +9,11 @@ import tempfile
 import unittest
 
 from support import desktop, main
+from support.comparing import wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
 from support.pressing import assert_captures
-from support.program import (Program, binary, is_dimmed, is_unchanged,
-                             wait_until_launched)
+from support.program import Program, binary, wait_until_launched
 from support.sway import command, float_pages
 from support.waiting import wait_until
 from support.wayland_tests import SHORTCUT_ON, TEXT, ClipboardTests, ShortcutTests
@@ -34,7 +34,7 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             float_pages()
             # The reload is over, and the program has been told, when sway takes the next command.
             wait_until_launched()
-            wait_until("the desktop of before", lambda: is_unchanged(before))
+            wait_until_unchanged("the desktop of before", before)
             assert_captures("super+shift+o")
 
     # The status item
@@ -61,9 +61,9 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             box, before = self.menu(program)
             Pointer.click(box.middle[0], box.y + points(18))
             Pointer.rest()
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             key("Escape")
-            wait_until("the overlay's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the overlay's end", before)
 
     def test_quit_from_the_menu(self):
         with Program({}) as program:
@@ -83,7 +83,7 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
                 before = program.start_capture()
                 os.kill(program.process.pid, signal.SIGTERM)
                 program.wait_for_end()
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
             lines = requests.read().splitlines()
         # "wl_surface@7", and "wl_surface#7" in later versions of Wayland's library.
         said = [line.replace("#", "@") for line in lines]
@@ -146,7 +146,7 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             wait_until("the new size", lambda: desktop.frame_box(popup).width == points(420))
             resized = desktop.frame_box(popup)
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
             program.capture(page.box)
             again = program.popup()
             # The frame's size is kept, and given to the content.

@@ -8,9 +8,9 @@ import unittest
 from support import accessibility, desktop, main
 from support.accessibility import control, has_control
 from support.artifacts import keep
+from support.comparing import settled_screenshot, wait_until_dimmed
 from support.pressing import NOT_CREATED
-from support.program import (Program, activate_action, is_dimmed, settled_screenshot,
-                             wait_until_launched)
+from support.program import Program, activate_action, wait_until_launched
 from support.waiting import wait_until
 
 TITLE = "Vellora Settings"
@@ -47,7 +47,7 @@ class UnboundShortcutTest(unittest.TestCase):
             wait_until_launched()
             before = settled_screenshot()
             desktop.tool(*COMMAND.split())
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
 
 
 if __name__ == "__main__":

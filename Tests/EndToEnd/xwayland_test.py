@@ -9,10 +9,11 @@ import unittest
 from pathlib import Path
 
 from support import desktop, main
+from support.comparing import wait_until_unchanged
 from support.desktop import Clipboard, key, points
 from support.page import Page
 from support.pressing import assert_captures
-from support.program import Program, is_unchanged, wait_until_launched
+from support.program import Program, wait_until_launched
 from support.waiting import holds_for, wait_until
 from support.wayland_tests import SHORTCUT_ON, TEXT
 
@@ -42,7 +43,7 @@ class XwaylandTest(unittest.TestCase):
                        lambda: all(abs(is_at - should) <= 1 for is_at, should in
                                    zip(desktop.frame_box(popup), place)))
             key("Escape")
-            wait_until("the result window's end", lambda: is_unchanged(before))
+            wait_until_unchanged("the result window's end", before)
 
     @unittest.skipIf(desktop.NAME == "sway", "sway shows X11 programs nothing")
     def test_text_reaches_wayland_programs_again_and_again(self):
@@ -55,7 +56,7 @@ class XwaylandTest(unittest.TestCase):
             for box, text in ((page.box, both), (first_line, TEXT), (page.box, both)):
                 before = program.capture(box)
                 wait_until(f"{text!r} on the clipboard", lambda: Clipboard.text() == text)
-                wait_until("the overlay's end", lambda: is_unchanged(before))
+                wait_until_unchanged("the overlay's end", before)
             Clipboard.put("copied later")
             holds_for("the other program's text", lambda: Clipboard.text() == "copied later", 0.5)
 

@@ -3,7 +3,7 @@
 
 import os
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.page import Page
 from support.waiting import wait_until
 
@@ -28,7 +28,7 @@ class Captures(Rounds):
         before = run.capture(page.box)
         self.captures += 1
         # Else what the next one shall dim is not yet on the screens.
-        self.until("the overlay's end", lambda: program.is_unchanged(before))
+        self.until("the overlay's end", lambda: comparing.is_unchanged(before))
 
     def text(self, run):
         desktop.Clipboard.put("before")
@@ -73,7 +73,7 @@ class Captures(Rounds):
             process = measures.Measures(run.process.pid)
             idle = process.now()
             print("idle:", measures.line(idle), flush=True)
-            untouched = program.settled_screenshot()
+            untouched = comparing.settled_screenshot()
             first, shown = None, 0
             while not self.is_over():
                 self.number += 1
@@ -82,7 +82,7 @@ class Captures(Rounds):
                 except AssertionError as problem:
                     self.problem(problem)
                     desktop.key("Escape")
-                self.until("the screens of before", lambda: program.is_unchanged(untouched))
+                self.until("the screens of before", lambda: comparing.is_unchanged(untouched))
                 if first is None and self.captures >= WARM_UP:
                     first = process.now()
                     print(f"after {self.captures} captures:", measures.line(first), flush=True)

@@ -9,7 +9,7 @@ import signal
 import subprocess
 from pathlib import Path
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.page import Page
 from support.slow import slow_page
 from support.waiting import wait_until
@@ -169,4 +169,4 @@ class Deaths(Rounds):
             desktop.Clipboard.put("before")
             before = run.capture(page.box)
             self.until("the text", lambda: desktop.Clipboard.text() == self.words)
-            self.until("the screens of before", lambda: program.is_unchanged(before))
+            self.until("the screens of before", lambda: comparing.is_unchanged(before))

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Monitors that come and go while a rectangle is drawn: the selection ends, the next capture works."""
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.page import Page
 
 from . import measures
@@ -40,10 +40,10 @@ class Monitors(Rounds):
 
     def change_once(self, page, screen):
         desktop.Clipboard.put("before")
-        before = program.settled_screenshot()
+        before = comparing.settled_screenshot()
         # The panel may stand on the other monitor now, so not by a click.
         program.activate_action("capture")
-        self.until("the dim", lambda: program.is_dimmed(before))
+        self.until("the dim", lambda: comparing.is_dimmed(before))
         x, y = page.box.x, page.box.y
         desktop.Pointer.move(x, y)
         desktop.Pointer.press()
@@ -51,7 +51,7 @@ class Monitors(Rounds):
             desktop.Pointer.move(x + self.random.randrange(page.box.width),
                                  y + self.random.randrange(page.box.height))
         self.part_or_join(screen, not self.is_parted)
-        self.until("the overlay's end", lambda: program.is_unchanged(before))
+        self.until("the overlay's end", lambda: comparing.is_unchanged(before))
         desktop.Pointer.move(page.box.right, page.box.bottom)
         desktop.Pointer.release()
         if desktop.Clipboard.text() != "before":
@@ -72,9 +72,9 @@ class Monitors(Rounds):
                          f"{width}/200x{screen.height}/200+{x}+0", output)
 
     def capture(self, page):
-        before = program.settled_screenshot()
+        before = comparing.settled_screenshot()
         program.activate_action("capture")
-        self.until("the dim", lambda: program.is_dimmed(before))
+        self.until("the dim", lambda: comparing.is_dimmed(before))
         desktop.Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
         self.until("the text", lambda: desktop.Clipboard.text() == self.words)
-        self.until("the screens of before", lambda: program.is_unchanged(before))
+        self.until("the screens of before", lambda: comparing.is_unchanged(before))

@@ -9,7 +9,7 @@ import statistics
 import time
 from pathlib import Path
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.slow import slow_page
 
 from . import states
@@ -62,7 +62,7 @@ class Signals(Rounds):
 
     def end_once(self, state, page):
         desktop.Clipboard.put("before")
-        before = program.settled_screenshot()
+        before = comparing.settled_screenshot()
         run = program.Program(
             SETTINGS, self.silent_bus.environment if state is unanswered else None)
         stored = program.settings_file().read_bytes()
@@ -87,7 +87,7 @@ class Signals(Rounds):
         if state is states.dragging:
             desktop.Pointer.release()
         self.until("the free name on the session bus", lambda: not program.is_on_bus())
-        self.until("the screens of before", lambda: program.is_unchanged(before))
+        self.until("the screens of before", lambda: comparing.is_unchanged(before))
         if desktop.Clipboard.text() != "before":
             self.problem(f"{state.__name__}: another text on the clipboard")
         if program.settings_file().read_bytes() != stored:

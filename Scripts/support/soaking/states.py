@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the program may be at when something happens to it."""
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.slow import reading_time
 from support.waiting import wait_until
 
@@ -24,7 +24,7 @@ def dragging(run, page):
 
 def reading(run, page):
     before = run.capture(page.box)
-    wait_until("the overlay's end", lambda: program.is_unchanged(before), 60)
+    wait_until("the overlay's end", lambda: comparing.is_unchanged(before), 60)
     # What was taken until now may have loaded models only.
     taken = reading_time(run)
     wait_until("the recognition", lambda: reading_time(run) > taken + READING, 60)

@@ -81,9 +81,9 @@ def save(picture, path):
     Image.fromarray(picture.astype(numpy.uint8)).save(path)
 
 
-def difference(one, other):
-    """The box around the pixels that are not the same, or None."""
-    rows, columns = numpy.nonzero(numpy.any(one != other, axis=2))
+def difference(one, other, tolerance=0):
+    """The box around the pixels of which a part differs by more, or None."""
+    rows, columns = numpy.nonzero(numpy.any(abs(one - other) > tolerance, axis=2))
     if len(rows) == 0:
         return None
     return Box(int(columns.min()), int(rows.min()), int(columns.max() - columns.min() + 1),

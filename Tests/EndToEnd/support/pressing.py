@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
 """What a press of the shortcut does, as a user sees it."""
 
+from .comparing import settled_screenshot, stays_unchanged, wait_until_dimmed, wait_until_unchanged
 from .desktop import key
-from .program import is_dimmed, is_unchanged, settled_screenshot
-from .waiting import holds_for, wait_until
+from .waiting import wait_until
 
 # Qt's number of the key, as the page says it.
 QT_O = 79
@@ -17,9 +17,9 @@ def assert_captures(shortcut):
     """A press dims every screen, and Escape ends that."""
     before = settled_screenshot()
     key(shortcut)
-    wait_until("the dim on every screen", lambda: is_dimmed(before))
+    wait_until_dimmed(before)
     key("Escape")
-    wait_until("the overlay's end", lambda: is_unchanged(before))
+    wait_until_unchanged("the overlay's end", before)
 
 
 def assert_reaches(page, shortcut):
@@ -27,4 +27,4 @@ def assert_reaches(page, shortcut):
     before, count = settled_screenshot(), len(page.said(f"key {QT_O}"))
     key(shortcut)
     wait_until("the key in the window", lambda: len(page.said(f"key {QT_O}")) > count)
-    holds_for("without an overlay", lambda: is_unchanged(before), 0.3)
+    stays_unchanged("without an overlay", before, 0.3)

@@ -13,8 +13,9 @@ import support
 
 from . import desktop
 from .artifacts import keep
-from .desktop import Box, Pointer, points, screenshot
-from .waiting import TimedOut, holds_for, wait_until
+from .comparing import settled_screenshot, wait_until_dimmed
+from .desktop import Pointer, points
+from .waiting import TimedOut, wait_until
 
 APPLICATION_ID = "org.vellora.Vellora"
 OBJECT_PATH = "/org/vellora/Vellora"
@@ -179,22 +180,13 @@ class Program:
     def start_capture(self):
         """A left click on the status item; returns what the screens showed before."""
         self.status_item()
-        before = screenshot()
+        before = settled_screenshot(0.2)
         self.ask_for_capture()
-        seen = False
-
-        def all_dim():
-            nonlocal seen
-            now = screenshot()
-            seen = seen or not is_unchanged(before, now)
-            return is_dimmed(before, now)
-
         try:
-            wait_until("the dim on every screen", all_dim)
+            wait_until_dimmed(before)
         except TimedOut as problem:
-            raise TimedOut(f"{problem}; there was {'something' if seen else 'never anything'}; the "
-                           f"item is at {desktop.find_tray_icon()}, clicked at {self._item}") \
-                from problem
+            raise TimedOut(f"{problem}; the item is at {desktop.find_tray_icon()}, clicked at "
+                           f"{self._item}") from problem
         Pointer.rest()
         return before
 
@@ -210,46 +202,6 @@ class Program:
         window = wait_until("the result window", lambda: desktop.windows_titled(POPUP_TITLE))[0]
         wait_until("the result window's focus", lambda: desktop.active_window() == int(window))
         return window
-
-
-def dimmed(picture):
-    """What a picture looks like below black of an opacity of a quarter."""
-    return picture * 0.75
-
-
-def _compared(now, before):
-    """What is compared of two screenshots: all screens, less the panel's place on the first,
-    where the pointer's passing alone changes something."""
-    for number in range(len(desktop.SCREENS)):
-        area = desktop.beside_panel(number)
-        yield area.of(now), area.of(before)
-
-
-def is_dimmed(before, now=None, tolerance=2):
-    now = screenshot() if now is None else now
-    middle = desktop.SCREENS[0].width // 2
-    panel = Box(middle, desktop.SCREENS[0].height - desktop.points(10), 4, 4)
-    areas = [*_compared(now, before), (panel.of(now), panel.of(before))]
-    return all((abs(screen - dimmed(was)) <= tolerance).all() for screen, was in areas)
-
-
-def is_unchanged(before, now=None):
-    now = screenshot() if now is None else now
-    return all((screen == was).all() for screen, was in _compared(now, before))
-
-
-def settled_screenshot():
-    """What the screens show, once that no longer changes."""
-    def settled():
-        # Two pictures a while apart; a repaint is done within a few milliseconds.
-        picture = screenshot()
-        try:
-            holds_for("at rest", lambda: is_unchanged(picture), 0.3)
-        except AssertionError:
-            return None
-        return (picture,)
-
-    return wait_until("the screens at rest", settled)[0]
 
 
 # The session bus
