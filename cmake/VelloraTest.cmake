@@ -2,6 +2,10 @@
 # Every test runs in a private desktop (Scripts/in-desktop): its own HOME, XDG folders and session
 # bus, so tests neither meet each other nor the person who runs them.
 
+# Seconds after which a test has hung. More than ten times what the slowest one takes on two idle
+# processors: on a busy machine each takes as much longer as it gets less of them.
+set(VELLORA_TEST_LIMIT 900)
+
 set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwayland weston)
 
 # vellora_add_test(NAME name
@@ -13,7 +17,7 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwaylan
 #                  [PANEL panel...]      one entry each; default: none
 #                  [LABELS label...]     default: the name of the folder, in lower case
 #                  [ENVIRONMENT NAME=value...]
-#                  [TIMEOUT seconds]     default: 60
+#                  [TIMEOUT seconds]     default: VELLORA_TEST_LIMIT
 #                  [WHOLE_STACKS]        tells leaks on Wayland by what made them; recognition then
 #                                        takes six times as long
 #                  [INSTALLED]           needs an installation: $VELLORA_INSTALLED, made before
@@ -51,7 +55,7 @@ function(vellora_add_test)
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   string(TOLOWER "${folder}" label)
   vellora_default(arg_LABELS "${label}")
-  vellora_default(arg_TIMEOUT 60)
+  vellora_default(arg_TIMEOUT ${VELLORA_TEST_LIMIT})
 
   vellora_default(arg_DESKTOP "offscreen")
   vellora_default(arg_SCREENS "default")
