@@ -46,6 +46,9 @@ function(vellora_add_test)
     target_link_libraries(${arg_NAME} PRIVATE Qt6::Test ${arg_LIBRARIES})
     set_target_properties(${arg_NAME} PROPERTIES
       RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    # In every test, so that none has Qt Test's own limits by mistake.
+    set_property(SOURCE ${arg_SOURCES} APPEND PROPERTY COMPILE_OPTIONS
+      -include "${CMAKE_SOURCE_DIR}/Tests/Support/Patience.h")
     set(arg_COMMAND "$<TARGET_FILE:${arg_NAME}>")
   endif()
 

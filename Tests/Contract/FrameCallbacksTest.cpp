@@ -68,7 +68,7 @@ void FrameCallbacksTest::comeOnTheMainThread()
     Painted window;
     window.resize(200, 100);
     window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, testPatience));
     onMainThread = 0;
     elsewhere = 0;
     // Each update waits for the frame before.
@@ -84,7 +84,7 @@ void FrameCallbacksTest::windowsHiddenBetweenFrames()
         Painted window;
         window.resize(200, 100);
         window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(QTest::qWaitForWindowExposed(&window, testPatience));
         window.update();
     }
     QCOMPARE(elsewhere.load(), 0);

@@ -26,7 +26,7 @@ bool isOffered()
 {
     auto answer = std::async(std::launch::async, GlobalShortcutsKeyTap::isOffered);
     return QTest::qWaitFor([&answer] { return answer.wait_for(0s) == std::future_status::ready; },
-                           20000) &&
+                           testPatience) &&
            answer.get();
 }
 
@@ -126,7 +126,7 @@ std::unique_ptr<KeyTap::Tap> GlobalShortcutsTest::bound(const KeyCombination &co
     const auto count = m_portal->bound.size();
     auto tap = asked(combination);
     [[maybe_unused]] const bool isBound =
-        QTest::qWaitFor([&] { return m_portal->bound.size() > count; });
+        QTest::qWaitFor([&] { return m_portal->bound.size() > count; }, testPatience);
     return tap;
 }
 
@@ -208,7 +208,7 @@ void GlobalShortcutsTest::anotherCombinationTakesAnotherSession()
 void GlobalShortcutsTest::sessionIsClosedAtTheEnd()
 {
     auto tap = bound();
-    QVERIFY(QTest::qWaitFor([&] { return m_portal->isAnswered(); }));
+    QTRY_VERIFY(m_portal->isAnswered());
     tap.reset();
     QTRY_COMPARE(m_portal->closed, QStringList{m_portal->session});
     m_portal->press();

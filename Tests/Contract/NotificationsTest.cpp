@@ -99,7 +99,7 @@ bool settle(FreedesktopNotifications &notifications, const Service &service)
     const QString id = u"settle-%1"_s.arg(before);
     notifications.post(id, {u"First"_s});
     notifications.post(id, {u"Second"_s});
-    return QTest::qWaitFor([&] { return service.seen.size() == before + 2; });
+    return QTest::qWaitFor([&] { return service.seen.size() == before + 2; }, testPatience);
 }
 } // namespace
 

@@ -55,7 +55,7 @@ QString askedId()
 {
     auto answer = std::async(std::launch::async, [] { return portalApplicationId(); });
     [[maybe_unused]] const bool isAnswered = QTest::qWaitFor(
-        [&answer] { return answer.wait_for(0s) == std::future_status::ready; }, 20000);
+        [&answer] { return answer.wait_for(0s) == std::future_status::ready; }, testPatience);
     return answer.get();
 }
 } // namespace

@@ -79,7 +79,7 @@ std::optional<QImage> ScreenshotRequestTest::answer()
         [&answers](const QImage &image, const QString &) { answers << image; });
     request.start();
     [[maybe_unused]] const bool isAnswered =
-        QTest::qWaitFor([&answers] { return !answers.isEmpty(); });
+        QTest::qWaitFor([&answers] { return !answers.isEmpty(); }, testPatience);
     return answers.size() == 1 ? std::optional(answers.first()) : std::nullopt;
 }
 

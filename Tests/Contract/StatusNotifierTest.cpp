@@ -80,7 +80,7 @@ public:
         call.setArguments(arguments);
         const QDBusPendingCall pending = m_bus.asyncCall(call);
         // The item lives in this thread too.
-        if (!QTest::qWaitFor([&] { return pending.isFinished(); })) {
+        if (!QTest::qWaitFor([&] { return pending.isFinished(); }, testPatience)) {
             return {};
         }
         return pending.reply();

@@ -64,7 +64,7 @@ void XdgAutostartTest::isValid()
     QCOMPARE(entry.registerItem(), std::nullopt);
     QProcess validator;
     validator.start(u"desktop-file-validate"_s, {entry.filePath()});
-    QVERIFY(validator.waitForFinished());
+    QVERIFY(validator.waitForFinished(testPatience));
     QCOMPARE(validator.readAll(), QByteArray());
     QCOMPARE(validator.exitCode(), 0);
 }
@@ -101,7 +101,7 @@ void XdgAutostartTest::launcherStartsThatVeryProgram()
     environment.insert(u"MARKER"_s, marker);
     launcher.setProcessEnvironment(environment);
     launcher.start(u"gio"_s, {u"launch"_s, entry.filePath()});
-    QVERIFY(launcher.waitForFinished());
+    QVERIFY(launcher.waitForFinished(testPatience));
     QCOMPARE(launcher.readAllStandardError(), QByteArray());
     QTRY_VERIFY(QFile::exists(marker));
 }
@@ -116,7 +116,7 @@ void XdgAutostartTest::tellsWhatTheEntryStartedFromTheRest()
     qputenv("MARKER", QFile::encodeName(marker));
     QProcess launcher;
     launcher.start(u"gio"_s, {u"launch"_s, entry.filePath()});
-    QVERIFY(launcher.waitForFinished());
+    QVERIFY(launcher.waitForFinished(testPatience));
     QFile answer(marker);
     QTRY_VERIFY(answer.exists() && answer.size() > 0);
     QVERIFY(answer.open(QIODevice::ReadOnly));
@@ -133,7 +133,7 @@ void XdgAutostartTest::diesWithTheProgram()
     const auto launch = [&] {
         QProcess launcher;
         launcher.start(u"gio"_s, {u"launch"_s, entry.filePath()});
-        return launcher.waitForFinished() && launcher.exitCode() == 0;
+        return launcher.waitForFinished(testPatience) && launcher.exitCode() == 0;
     };
     QVERIFY(launch());
     QVERIFY(QFile::remove(program));

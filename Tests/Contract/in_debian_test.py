@@ -16,7 +16,7 @@ from pathlib import Path
 SKIPPED = 77
 SOURCE = Path(os.environ["VELLORA_SOURCE"])
 PROGRAMS = ("sh", "env", "cat", "sleep", "touch")
-PATIENCE = 20
+PATIENCE = 120
 
 
 def make_release(folder):

@@ -78,7 +78,7 @@ void HotkeyRecorderTest::init()
     row->addWidget(m_field);
     m_window->show();
     m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), testPatience));
 }
 
 void HotkeyRecorderTest::cleanup()

@@ -248,7 +248,7 @@ void LaunchTest::givesItsWindowsTheEditingKeys()
                                 u"Ctrl+C"_s, u"Ctrl+V"_s, u"Ctrl+A"_s}));
     editor->setPlainText(u"some text"_s);
     window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(QTest::qWaitForWindowActive(&window, testPatience));
     editor->setFocus();
     window.actions()[6]->trigger();
     QCOMPARE(editor->textCursor().selectedText(), u"some text"_s);

@@ -356,7 +356,7 @@ void ResultPopupTest::theMainMenuEditsTheText()
     const MainMenu menu(nullptr);
     m_popup->show(u"one"_s, m_near);
     QTextEdit &text = panel().textView();
-    QVERIFY(QTest::qWaitForWindowActive(&panel()));
+    QVERIFY(QTest::qWaitForWindowActive(&panel(), testPatience));
     text.setFocus();
     const auto choose = [this](const QString &title) {
         for (QAction *action : panel().actions()) {

@@ -40,7 +40,7 @@ void SettingsWindowFixture::cleanup()
 QWidget *SettingsWindowFixture::show(Updater *updater)
 {
     SettingsWindowController::show(updater);
-    if (!QTest::qWaitForWindowActive(window())) {
+    if (!QTest::qWaitForWindowActive(window(), testPatience)) {
         QTest::qFail("the window is not active", __FILE__, __LINE__);
     }
     return window();

@@ -65,11 +65,11 @@ void SettingsWindowTest::comesToTheFrontWhileOpen()
     QWidget other;
     other.show();
     other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(QTest::qWaitForWindowActive(&other, testPatience));
     SettingsWindowController::show(nullptr);
     QCOMPARE(window(), opened.data());
     QCOMPARE(view(), form.data());
-    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QVERIFY(QTest::qWaitForWindowActive(window(), testPatience));
     // The form keeps the updater that it was built with.
     QVERIFY(!window()->findChildren<PlainButton *>().isEmpty());
     QCOMPARE(window()->findChildren<PlainButton *>().size(), 2);
@@ -201,7 +201,7 @@ void SettingsWindowTest::storesAMoveThatNothingTold()
     QWidget other;
     other.show();
     other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QVERIFY(QTest::qWaitForWindowActive(&other, testPatience));
     QCOMPARE(storedFrame(), u"{{5, 6}, {380, 444}}"_s);
 }
 

@@ -273,7 +273,7 @@ void UpdateWindowTest::bindsLongTexts()
 void UpdateWindowTest::isReadByScreenReaders()
 {
     m_updater->checkForUpdates();
-    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QVERIFY(QTest::qWaitForWindowActive(window(), testPatience));
     source().answer(available());
     for (QWidget *widget : window()->findChildren<QWidget *>()) {
         if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible()) {
@@ -292,7 +292,7 @@ void UpdateWindowTest::isReadByScreenReaders()
 void UpdateWindowTest::isUsedByKeyboard()
 {
     m_updater->checkForUpdates();
-    QVERIFY(QTest::qWaitForWindowActive(window()));
+    QVERIFY(QTest::qWaitForWindowActive(window(), testPatience));
     source().answer(available());
     // Buttons and notes alike are reached, and left again.
     QSet<QWidget *> reached;
