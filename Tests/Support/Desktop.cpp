@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "Support/Desktop.h"
 
+#include "Support/Patience.h"
+
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -13,8 +16,18 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-/// Generous, for machines that are busy with other tests.
-constexpr int longestAnswer = 10000;
+/// Milliseconds after which a window manager is asked once more. Not soon: one that is only late
+/// would take the keyboard a second time, in the middle of what the test does then.
+constexpr int longestThought = 10'000;
+/// Milliseconds for which pictures that have come to rest are alike. Panels draw what they change
+/// at once, but may wait for one another.
+constexpr int rest = 300;
+
+/// Whether there is a window manager.
+bool isManaged()
+{
+    return qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1;
+}
 
 /// The standard output of a program that succeeds.
 std::optional<QString> successOf(const QString &program, const QStringList &arguments)
@@ -22,7 +35,7 @@ std::optional<QString> successOf(const QString &program, const QStringList &argu
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
-    if (!process.waitForFinished(longestAnswer) || process.exitCode() != 0) {
+    if (!process.waitForFinished(testPatience) || process.exitCode() != 0) {
         return {};
     }
     return QString::fromUtf8(process.readAllStandardOutput());
@@ -46,7 +59,7 @@ QString windowTree()
         tree = successOf(u"xwininfo"_s, {u"-root"_s, u"-tree"_s});
         return tree.has_value();
     };
-    if (!QTest::qWaitFor(isSeen, longestAnswer)) {
+    if (!QTest::qWaitFor(isSeen, testPatience)) {
         QTest::qFail("the windows are not seen", __FILE__, __LINE__);
     }
     return tree.value_or(QString());
@@ -68,6 +81,24 @@ QImage seen()
 {
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
         QImage::Format_RGB32);
+}
+
+QImage settled(const std::function<bool(const QImage &)> &isWanted)
+{
+    QImage last;
+    QElapsedTimer still;
+    const auto isSettled = [&] {
+        const QImage now = seen();
+        if (!areAlike(now, last)) {
+            last = now;
+            still.start();
+        }
+        return still.hasExpired(rest) && isWanted(last);
+    };
+    if (!QTest::qWaitFor(isSettled, testPatience)) {
+        QTest::qFail("the screen does not come to rest", __FILE__, __LINE__);
+    }
+    return last;
 }
 
 QRect difference(const QImage &one, const QImage &other)
@@ -98,7 +129,7 @@ Peer::Peer()
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(qEnvironmentVariable("VELLORA_X11_PEER"), {});
-    if (!m_process.waitForStarted(longestAnswer)) {
+    if (!m_process.waitForStarted(testPatience)) {
         qFatal("the peer does not start");
     }
 }
@@ -106,7 +137,7 @@ Peer::Peer()
 Peer::~Peer()
 {
     m_process.closeWriteChannel();
-    m_process.waitForFinished(longestAnswer);
+    m_process.waitForFinished(testPatience);
 }
 
 void Peer::showWindow(const QRect &place)
@@ -116,7 +147,7 @@ void Peer::showWindow(const QRect &place)
                        .arg(place.width())
                        .arg(place.height()));
     // Window managers do so by themselves with new windows.
-    if (!QTest::qWaitFor([this] { return hasKeyboard(); }, 1000)) {
+    if (!isManaged() || !QTest::qWaitFor([this] { return hasKeyboard(); }, longestThought)) {
         activate();
     }
 }
@@ -126,7 +157,7 @@ bool Peer::hasKeyboard() const
     // It fails as long as nobody has the keyboard.
     QProcess process;
     process.start(u"xdotool"_s, {u"getwindowfocus"_s});
-    return process.waitForFinished(longestAnswer) &&
+    return process.waitForFinished(testPatience) &&
            QString::fromUtf8(process.readAllStandardOutput()).trimmed() == m_window;
 }
 
@@ -139,8 +170,7 @@ void Peer::move(QPoint place)
 void Peer::activate()
 {
     // Without a window manager nobody but the server itself can be asked.
-    const bool isManaged = qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1;
-    focusBy(isManaged ? u"windowactivate"_s : u"windowfocus"_s);
+    focusBy(isManaged() ? u"windowactivate"_s : u"windowfocus"_s);
 }
 
 void Peer::takeKeyboard()
@@ -154,9 +184,9 @@ void Peer::focusBy(const QString &request)
     // Asked again, as a person would: a window manager that uses the time of the last event it saw
     // loses against a later change of focus.
     bool isActive = hasKeyboard();
-    for (const QDeadlineTimer limit(longestAnswer); !isActive && !limit.hasExpired();) {
+    for (const QDeadlineTimer limit(testPatience); !isActive && !limit.hasExpired();) {
         outputOf(u"xdotool"_s, {request, m_window});
-        isActive = QTest::qWaitFor([this] { return hasKeyboard(); }, 1000);
+        isActive = QTest::qWaitFor([this] { return hasKeyboard(); }, longestThought);
     }
     if (!isActive) {
         QTest::qFail("the peer does not become active", __FILE__, __LINE__);
@@ -166,7 +196,7 @@ void Peer::focusBy(const QString &request)
 bool Peer::awaitLine()
 {
     // Not waitForReadyRead, because our own windows have to live meanwhile.
-    if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, longestAnswer)) {
+    if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, testPatience)) {
         return false;
     }
     m_lines.append(QString::fromUtf8(m_process.readLine()).trimmed());
@@ -194,5 +224,7 @@ bool Peer::says(const QString &line)
             return false;
         }
     }
+    // What it says once more is another line.
+    m_lines.remove(0, m_lines.indexOf(line) + 1);
     return true;
 }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// What other programs see of the desktop and do on it, for tests that run in one. Everything is
 /// in pixels of the whole desktop, origin top-left, y down.
 
@@ -21,6 +23,12 @@ QImage screenshot();
 
 /// What the first screen shows, read by Qt.
 QImage seen();
+
+/// What the first screen shows once that is wanted and changes no more; a failed test where it
+/// never is.
+QImage settled(const std::function<bool(const QImage &)> &isWanted = [](const QImage &) {
+    return true;
+});
 
 /// The smallest rectangle in which two pictures of one size differ.
 QRect difference(const QImage &one, const QImage &other);
@@ -45,7 +53,8 @@ public:
     void takeKeyboard();
     /// Sends a command and gives the answer's rest, once it has come.
     QString ask(const QString &command);
-    /// Whether it has said such a line since it was last asked, waiting for it if need be.
+    /// Whether it has said such a line since it was last asked, waiting for it if need be. One line
+    /// counts once.
     bool says(const QString &line);
 
 private:

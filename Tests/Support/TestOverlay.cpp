@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Support/TestOverlay.h"
 
+#include "Support/Patience.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTest>
@@ -52,7 +54,7 @@ TestOverlay::~TestOverlay()
 
 bool TestOverlay::waitUntilPainted()
 {
-    return QTest::qWaitFor([this] { return m_painted == m_panels.size(); }, 5000);
+    return QTest::qWaitFor([this] { return m_painted == m_panels.size(); }, testPatience);
 }
 
 void TestOverlay::orderOut()
