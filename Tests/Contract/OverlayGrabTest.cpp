@@ -3,6 +3,7 @@
 #include "Platform/Qt/QtScreens.h"
 #include "Platform/X11/X11Platform.h"
 #include "Support/Desktop.h"
+#include "Support/Pattern.h"
 #include "Support/TestOverlay.h"
 
 #include <QApplication>
@@ -62,14 +63,12 @@ void OverlayGrabTest::initTestCase()
     outputOf(u"xdotool"_s, {u"mousemove"_s, u"300"_s, u"500"_s});
     m_peer = std::make_unique<Peer>();
     m_peer->ask(u"background"_s);
-    // Fading in, it changes from one screenshot to the next.
-    QVERIFY(QTest::qWaitFor(
-        [this] {
-            const QImage before = std::exchange(m_reference, screenshot());
-            return areAlike(before, m_reference) &&
-                   m_reference.pixel(40, 40) != m_reference.pixel(41, 40);
-        },
-        20000));
+    // It may be fading in.
+    const auto isThere = [this] {
+        m_reference = screenshot();
+        return areAlike(m_reference, pattern(m_reference.size()));
+    };
+    QVERIFY(QTest::qWaitFor(isThere, testPatience));
 }
 
 Screen OverlayGrabTest::anyScreen()
@@ -188,8 +187,6 @@ void OverlayGrabTest::quickGrabs()
     };
     qInfo("ordered out to grabbed: median %.1f ms, 95 %% within %.1f ms, longest %.1f ms",
           part(0.5), part(0.95), part(1));
-    // The limit of the wait is never met, even on a machine busy with other tests.
-    QVERIFY(part(1) < 2000);
 }
 
 void OverlayGrabTest::grabsOfDimmedScreens()

@@ -6,6 +6,8 @@
 //   grab           takes keyboard and pointer for itself, as an open menu does; answers "grab"
 //   ungrab         gives them back; answers "ungrab"
 // Tells "press X Y" (root pixels) and "key TEXT" of that window.
+#include "Support/Pattern.h"
+
 #include <QApplication>
 #include <QImage>
 #include <QKeyEvent>
@@ -28,21 +30,13 @@ void say(const QString &line)
     std::cout << qPrintable(line) << std::endl;
 }
 
-/// No pixel is like its neighbours, so that nothing can cover any of it unnoticed.
+/// Nothing can cover any of it unnoticed.
 class Background : public QWidget
 {
 public:
     explicit Background(QSize size)
-        : m_pattern(size, QImage::Format_RGB32)
+        : m_pattern(pattern(size))
     {
-        for (int y = 0; y < size.height(); ++y) {
-            for (int x = 0; x < size.width(); ++x) {
-                // Knuth's multiplicative hash of the place; bright enough to show a dim.
-                const quint32 hash =
-                    (static_cast<quint32>(y) * 4099U + static_cast<quint32>(x)) * 2654435761U;
-                m_pattern.setPixel(x, y, 0xff303030U | (hash >> 8));
-            }
-        }
         setAttribute(Qt::WA_OpaquePaintEvent);
         setAttribute(Qt::WA_X11NetWmWindowTypeDesktop);
         setWindowFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnBottomHint);
