@@ -37,12 +37,12 @@ public:
     void end()
     {
         m_process.terminate();
-        m_process.waitForFinished();
+        m_process.waitForFinished(testPatience);
     }
     void crash()
     {
         m_process.kill();
-        m_process.waitForFinished();
+        m_process.waitForFinished(testPatience);
     }
 
 private:
@@ -110,7 +110,7 @@ private:
 void StatusItemPanelsTest::initTestCase()
 {
     xdotool({u"mousemove"_s, u"5"_s, u"5"_s});
-    m_bare = seen();
+    m_bare = settled();
 }
 
 void StatusItemPanelsTest::cleanup()
@@ -160,14 +160,10 @@ bool StatusItemPanelsTest::isOnTheBus()
 
 QRect StatusItemPanelsTest::place()
 {
-    QRect found;
-    const bool wasFound = QTest::qWaitFor([&] {
-        const QRect now = difference(m_bare, seen());
-        const bool isSteady = now == found && now.width() >= 16 && now.height() >= 16;
-        found = now;
-        return isSteady;
-    });
-    return wasFound ? found : QRect();
+    return difference(m_bare, settled([this](const QImage &now) {
+                          const QRect changed = difference(m_bare, now);
+                          return changed.width() >= 16 && changed.height() >= 16;
+                      }));
 }
 
 void StatusItemPanelsTest::trayTintsDarkAndLight_data()
@@ -191,8 +187,12 @@ void StatusItemPanelsTest::trayTintsDarkAndLight()
         return isDark ? qGray(pixel) < 70 : qGray(pixel) > 220;
     };
     // Brackets and lines of the symbol are whole pixels: 92 of them, and nothing between the two.
-    QTRY_VERIFY(count(seen().copy(place()), isIcon) >= 90);
-    const QImage icon = seen().copy(place());
+    QImage icon;
+    const auto isDrawn = [&] {
+        icon = seen().copy(place());
+        return count(icon, isIcon) >= 90;
+    };
+    QVERIFY(QTest::qWaitFor(isDrawn, testPatience));
     const int behind = count(icon, isBehind);
     QVERIFY2(behind > count(icon, isIcon), qPrintable(QString::number(behind)));
 }
@@ -257,19 +257,22 @@ void StatusItemPanelsTest::menuInATrayOpensAndCloses()
     const QStringList click{u"mousemove"_s, QString::number(middle.x()),
                             QString::number(middle.y()), u"click"_s, u"3"_s};
     QVERIFY2(!QApplication::activeWindow(), "another program is active all the time");
+    const auto isOpen = [&] {
+        return shown && shown->isVisible() && shown->windowHandle()->isExposed();
+    };
     for (int i = 0; i < 3; ++i) {
         xdotool(click);
-        QTRY_VERIFY(shown && shown->isVisible() && shown->windowHandle()->isExposed());
+        QTRY_VERIFY(isOpen());
         xdotool({u"mousemove"_s, u"200"_s, u"200"_s, u"click"_s, u"1"_s});
         QTRY_VERIFY(!shown);
         xdotool(click);
-        QTRY_VERIFY(shown && shown->isVisible());
+        QTRY_VERIFY(isOpen());
         xdotool({u"key"_s, u"Escape"_s});
         QTRY_VERIFY(!shown);
     }
     QCOMPARE(chosen, 0);
     xdotool(click);
-    QTRY_VERIFY(shown && shown->isVisible());
+    QTRY_VERIFY(isOpen());
     xdotool({u"key"_s, u"Down"_s, u"Return"_s});
     QTRY_COMPARE(chosen, 1);
     QTRY_VERIFY(!shown);
@@ -297,7 +300,7 @@ void StatusItemPanelsTest::itemMovesToTheBetterPanelAndBack()
     {
         // It has both kinds, and takes the system tray away from the other one.
         PanelProcess xfce(u"xfce4-panel"_s, {u"--disable-wm-check"_s});
-        QTRY_VERIFY_WITH_TIMEOUT(docked() == 0 && isOnTheBus(), 20000);
+        QTRY_VERIFY(docked() == 0 && isOnTheBus());
         trayer.end();
         QCOMPARE(docked(), 0);
     }

@@ -36,8 +36,9 @@ private Q_SLOTS:
     void panelShowsTheMenu();
 
 private:
-    /// Where `area` of the screen has changed against `before`, once it changes no more.
-    static QRect settled(const QImage &before, const QRect &area);
+    /// Where `area` of the screen has changed against `before`, once that is higher than `height`
+    /// and changes no more.
+    static QRect changed(const QImage &before, const QRect &area, int height);
 
     bool opensOurMenu();
 
@@ -50,26 +51,23 @@ private:
     int m_menusMade = 0;
 };
 
-QRect StatusItemXfceTest::settled(const QImage &before, const QRect &area)
+QRect StatusItemXfceTest::changed(const QImage &before, const QRect &area, int height)
 {
-    QRect found;
-    const bool isSteady = QTest::qWaitFor([&] {
-        const QRect now =
-            difference(before.copy(area), seen().copy(area)).translated(area.topLeft());
-        const bool isSame = now == found && !now.isEmpty();
-        found = now;
-        return isSame;
-    });
-    return isSteady ? found : QRect();
+    const auto difference = [&](const QImage &now) {
+        return ::difference(before.copy(area), now.copy(area)).translated(area.topLeft());
+    };
+    return difference(
+        settled([&](const QImage &now) { return difference(now).height() > height; }));
 }
 
 void StatusItemXfceTest::init()
 {
     outputOf(u"xdotool"_s, {u"mousemove"_s, u"5"_s, u"5"_s});
     m_leftClicks = m_chosen = m_menusMade = 0;
-    // The panel may still be drawing itself.
-    m_bare = seen();
-    QTRY_VERIFY(areAlike(m_bare, std::exchange(m_bare, seen())));
+    // The panel may still be about to draw itself, along the lower edge.
+    const QRgb wallpaper = seen().pixel(20, 20);
+    m_bare =
+        settled([&](const QImage &now) { return now.pixel(20, now.height() - 5) != wallpaper; });
 
     PanelStatusBar bar([] {
         const StatusItemArtwork artwork(QStringLiteral(VELLORA_ICON_THEME),
@@ -97,8 +95,7 @@ void StatusItemXfceTest::init()
     });
     // A separator in the middle of the panel moves when an item comes.
     const QRect screen = m_bare.rect();
-    m_place = settled(m_bare, screen.adjusted(screen.width() - 100, 0, 0, 0));
-    QVERIFY(!m_place.isEmpty());
+    m_place = changed(m_bare, screen.adjusted(screen.width() - 100, 0, 0, 0), 15);
 }
 
 void StatusItemXfceTest::cleanup()
@@ -143,10 +140,11 @@ void StatusItemXfceTest::leftClickIsAClick()
 
 bool StatusItemXfceTest::opensOurMenu()
 {
-    constexpr int longestAnswer = 1000;
+    // Milliseconds; not soon, as Escape would close a menu that comes meanwhile.
+    constexpr int longestThought = 3000;
     const int made = m_menusMade;
     click(m_place.center(), 3);
-    if (QTest::qWaitFor([&] { return m_menusMade > made; }, longestAnswer)) {
+    if (QTest::qWaitFor([&] { return m_menusMade > made; }, longestThought)) {
         return true;
     }
     outputOf(u"xdotool"_s, {u"key"_s, u"Escape"_s});
@@ -158,10 +156,9 @@ void StatusItemXfceTest::panelShowsTheMenu()
     for (int i = 1; i <= 2; ++i) {
         const QImage before = seen();
         // Until it has read the menu, the panel shows its own; it asks again before showing ours.
-        QTRY_VERIFY(opensOurMenu());
+        QVERIFY(QTest::qWaitFor([this] { return opensOurMenu(); }, testPatience));
         // Larger than what lights up around the icon.
-        QRect menu;
-        QTRY_VERIFY((menu = settled(before, before.rect())).height() > 40);
+        const QRect menu = changed(before, before.rect(), 40);
         click(menu.topLeft() + QPoint(menu.width() / 3, 18), 1);
         QTRY_COMPARE(m_chosen, i);
         outputOf(u"xdotool"_s, {u"mousemove"_s, u"5"_s, u"5"_s});
