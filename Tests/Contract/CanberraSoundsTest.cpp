@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -31,8 +32,8 @@ CanberraSounds makeSounds()
             }};
 }
 
-/// The time that `call` takes, in milliseconds: the median of several, for a busy machine may take
-/// the processor away in any one of them.
+/// The time that `call` takes, in milliseconds: the least of several, for a busy machine may take
+/// the processor away in any of them, and what waits for somebody does so each time.
 template <typename Call>
 double duration(Call call)
 {
@@ -43,8 +44,7 @@ double duration(Call call)
         call();
         times.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
     }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    return *std::min_element(times.begin(), times.end());
 }
 
 class Process : public QProcess
@@ -58,7 +58,7 @@ public:
     ~Process() override
     {
         terminate();
-        waitForFinished();
+        waitForFinished(testPatience);
     }
 };
 
@@ -67,7 +67,7 @@ bool succeeds(const QString &program, const QStringList &arguments)
     QProcess process;
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, arguments);
-    return process.waitForFinished() && process.exitCode() == 0;
+    return process.waitForFinished(testPatience) && process.exitCode() == 0;
 }
 
 /// A sound server whose output goes nowhere but to those who record it.
@@ -93,8 +93,7 @@ public:
 private:
     static bool eventually(const QString &program, const QStringList &arguments)
     {
-        constexpr int longestStart = 20000;
-        return QTest::qWaitFor([&] { return succeeds(program, arguments); }, longestStart);
+        return QTest::qWaitFor([&] { return succeeds(program, arguments); }, testPatience);
     }
 
     std::vector<std::unique_ptr<Process>> m_processes;
@@ -122,6 +121,18 @@ public:
         return loudest;
     }
     bool isRecording() { return !(m_bytes += m_process.readAll()).isEmpty(); }
+    /// Whether it hears something of `play`, called again and again: a server that has just started
+    /// may not have connected what plays with what records.
+    bool hears(const std::function<void()> &play)
+    {
+        constexpr int longestSound = 2000; // milliseconds
+        return QTest::qWaitFor(
+            [&] {
+                play();
+                return QTest::qWaitFor([this] { return peak() > 3000; }, longestSound);
+            },
+            testPatience);
+    }
 
 private:
     Process m_process;
@@ -238,12 +249,8 @@ void CanberraSoundsTest::soundIsHeard()
     Recorder recorder;
     QTRY_VERIFY(recorder.isRecording());
     QCOMPARE(recorder.peak(), 0);
-    if (bell) {
-        sounds.beep();
-    } else {
-        QVERIFY(sounds.play(shutter));
-    }
-    QTRY_VERIFY(recorder.peak() > 3000);
+    QVERIFY(bell || sounds.play(shutter));
+    QVERIFY(recorder.hears([&] { bell ? sounds.beep() : void(sounds.play(shutter)); }));
     const double took = duration([&] { bell ? sounds.beep() : void(sounds.play(shutter)); });
     QVERIFY2(took < longestCall, qPrintable(QString::number(took)));
     qInfo("%.2f ms a call", took);
@@ -259,7 +266,7 @@ void CanberraSoundsTest::serverThatStartsLaterIsFound()
     Recorder recorder;
     QTRY_VERIFY(recorder.isRecording());
     QTRY_VERIFY(sounds.play(shutter));
-    QTRY_VERIFY(recorder.peak() > 3000);
+    QVERIFY(recorder.hears([&] { std::ignore = sounds.play(shutter); }));
 }
 
 void CanberraSoundsTest::restartedServerIsFound()
@@ -273,7 +280,7 @@ void CanberraSoundsTest::restartedServerIsFound()
     QVERIFY(server->start());
     Recorder recorder;
     QTRY_VERIFY(recorder.isRecording());
-    QTRY_VERIFY(sounds.play(shutter) && recorder.peak() > 3000);
+    QVERIFY(recorder.hears([&] { std::ignore = sounds.play(shutter); }));
 }
 
 QTEST_MAIN(CanberraSoundsTest)
