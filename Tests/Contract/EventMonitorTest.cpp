@@ -5,6 +5,7 @@
 #include "Platform/X11/X11Platform.h"
 #include "Support/Desktop.h"
 
+#include <QCursor>
 #include <QTest>
 #include <QWidget>
 
@@ -45,8 +46,10 @@ void EventMonitorTest::click(QPoint pixels, int button)
 {
     outputOf(u"xdotool"_s, {u"mousemove"_s, QString::number(pixels.x()),
                             QString::number(pixels.y()), u"click"_s, QString::number(button)});
-    // As in life, the pointer stays where it is until the press has been told.
-    QTest::qWait(50);
+    // As in life, the pointer stays where it is until the press has been told. The server has dealt
+    // with the press when xdotool ends, and has written of it to us when it answers a question.
+    QCursor::pos();
+    QTest::qWait(1);
 }
 
 void EventMonitorTest::pressInAnotherProgram()
@@ -84,7 +87,7 @@ void EventMonitorTest::pressInOurWindow()
     window.resize(200, 150);
     m_platform.popupPlacement->setFrameOrigin(window, {20, 200});
     m_platform.popupPlacement->makeKeyAndOrderFront(window);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(QTest::qWaitForWindowActive(&window, testPatience));
     const auto monitor = m_platform.eventMonitor->addGlobalMouseDownMonitor(
         [this](CocoaPoint point) { m_told.push_back(point); });
 

@@ -94,7 +94,7 @@ void OverlayFocusTest::keysReachTheOverlayLater()
         outputOf(u"xdotool"_s, {u"key"_s, u"Escape"_s});
         QTRY_COMPARE(keys.size(), count);
     }
-    QVERIFY(overlay.panels().back()->isActiveWindow());
+    QTRY_VERIFY(overlay.panels().back()->isActiveWindow());
 }
 
 void OverlayFocusTest::keyboardGoesBack()
@@ -159,7 +159,7 @@ void OverlayFocusTest::keyboardStaysWhenTheWindowManagerIsLate()
         auto window = std::make_unique<QWidget>();
         window->resize(200, 100);
         m_platform.popupPlacement->makeKeyAndOrderFront(*window);
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.get(), testPatience));
         window.reset();
 
         int resigned = 0;
@@ -176,7 +176,7 @@ void OverlayFocusTest::keyboardStaysWhenTheWindowManagerIsLate()
             outputOf(u"xdotool"_s, {u"key"_s, u"Escape"_s});
             return QTest::qWaitFor([&keys] { return !keys.isEmpty(); }, 100);
         };
-        QTRY_VERIFY(isKeyTold());
+        QVERIFY(QTest::qWaitFor(isKeyTold, testPatience));
         QCOMPARE(resigned, 0);
     }
 }

@@ -99,7 +99,7 @@ void PopupPlacementTest::standsWhereItWasPut()
     placement.setFrameOrigin(window, {x, y});
     const CocoaRect before = placement.frame(window);
     placement.makeKeyAndOrderFront(window);
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, testPatience));
 
     const QRect asked = pixels({{x, y}, size});
     QTRY_COMPARE(text(frameSeenFromOutside(window)), text(asked));
@@ -107,7 +107,7 @@ void PopupPlacementTest::standsWhereItWasPut()
     QVERIFY2((pixels(before).topLeft() - asked.topLeft()).manhattanLength() <= 2,
              qPrintable(text(pixels(before))));
     // And we see it there ourselves.
-    QCOMPARE(text(pixels(placement.frame(window))), text(asked));
+    QTRY_COMPARE(text(pixels(placement.frame(window))), text(asked));
     QCOMPARE(window.size(), QSize(360, 240));
     if (qEnvironmentVariable("VELLORA_DESKTOP") != "none"_L1) {
         QVERIFY2(size.height > 240, "it has a title bar");
@@ -125,7 +125,7 @@ void PopupPlacementTest::movesWhileShown()
     placement.makeFloating(window);
     placement.setFrameOrigin(window, {50, 50});
     placement.makeKeyAndOrderFront(window);
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, testPatience));
     placement.setFrameOrigin(window, {90, 70});
     QTRY_COMPARE(text(frameSeenFromOutside(window)),
                  text(pixels({{90, 70}, placement.frameSize(window)})));
@@ -145,7 +145,7 @@ void PopupPlacementTest::becomesActive()
         m_platform.popupPlacement->makeFloating(window);
         m_platform.popupPlacement->setFrameOrigin(window, {50, 50});
         m_platform.popupPlacement->makeKeyAndOrderFront(window);
-        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY(QTest::qWaitForWindowActive(&window, testPatience));
         outputOf(u"xdotool"_s, {u"key"_s, u"x"_s});
         QTRY_COMPARE(window.text(), u"x"_s);
     }
@@ -160,7 +160,7 @@ void PopupPlacementTest::isNotInTheTaskbar()
     m_platform.popupPlacement->makeFloating(window);
     m_platform.popupPlacement->setFrameOrigin(window, {50, 50});
     m_platform.popupPlacement->makeKeyAndOrderFront(window);
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(QTest::qWaitForWindowExposed(&window, testPatience));
     for (const QString &state : {u"_NET_WM_STATE_SKIP_TASKBAR"_s, u"_NET_WM_STATE_SKIP_PAGER"_s,
                                  u"_NET_WM_STATE_ABOVE"_s}) {
         QTRY_VERIFY2(

@@ -33,7 +33,7 @@ bool run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    return process.waitForFinished() && process.exitCode() == 0;
+    return process.waitForFinished(testPatience) && process.exitCode() == 0;
 }
 } // namespace
 
@@ -202,7 +202,7 @@ void X11KeyTapTest::heldKeyRepeats()
     for (const xcb_keycode_t key : shortcutKeys) {
         m_keys->press(key);
     }
-    const bool repeated = QTest::qWaitFor([this] { return m_heard.size() >= 4; }, 10000);
+    const bool repeated = QTest::qWaitFor([this] { return m_heard.size() >= 4; }, testPatience);
     for (const xcb_keycode_t key : shortcutKeys) {
         m_keys->release(key);
     }
@@ -228,7 +228,8 @@ void X11KeyTapTest::givesTheKeyboardBackAtOnce()
     for (const xcb_keycode_t key : shortcutKeys) {
         m_keys->press(key);
     }
-    QTRY_COMPARE(m_heard.size(), 1);
+    // It repeats when it is held for long.
+    QTRY_VERIFY(!m_heard.isEmpty());
     // While the shortcut is still held, what it opened may take the keyboard.
     QTRY_VERIFY(m_keys->grabKeyboard());
     m_keys->ungrabKeyboard();
@@ -309,12 +310,12 @@ void X11KeyTapTest::freedWhenKilled()
 {
     QProcess other;
     other.start(QCoreApplication::applicationFilePath(), {holdArgument});
-    QVERIFY(other.waitForReadyRead());
+    QVERIFY(other.waitForReadyRead(testPatience));
     QCOMPARE(other.readAll(), "held\n");
     QVERIFY(!m_keys->canGrab(X11KeyCode::o, shiftBit | superBit));
     QVERIFY(!tap(commandShiftO));
     other.kill();
-    QVERIFY(other.waitForFinished());
+    QVERIFY(other.waitForFinished(testPatience));
     QTRY_VERIFY(m_keys->canGrab(X11KeyCode::o, shiftBit | superBit));
 }
 
