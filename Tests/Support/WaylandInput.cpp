@@ -5,6 +5,7 @@
 //   wayland-input      reads lines, and answers each with "done" once the compositor has it:
 //     move X Y W H     the pointer, to a place in a desktop of W x H pixels
 //     press B, release B   a button (left 272, middle 274, right 273)
+//     click B              both, with no pause between them that could be a long press
 //     key CODE 1|0     a key, by its number in linux/input-event-codes.h, down or up
 //     modifiers MASK   those held down: 1 Shift, 4 Control, 8 Alt, 64 Super, where keys do not tell
 
@@ -191,6 +192,9 @@ bool perform(std::istringstream &line, Hands &hands)
         hands.move(first, second, width, height);
     } else if (verb == "press" || verb == "release") {
         hands.button(first, verb == "press");
+    } else if (verb == "click") {
+        hands.button(first, true);
+        hands.button(first, false);
     } else if (verb == "key") {
         line >> second;
         hands.key(first, second != 0);

@@ -71,15 +71,17 @@ def stays_unchanged(what, before, seconds):
 
 
 def settled_screenshot(rest=0.3):
-    """What the screens show, once that has not changed for so many seconds; a repaint is done within
-    a few milliseconds."""
+    """What the screens show, once that has not changed for so many seconds (a repaint is done within
+    a few milliseconds) and nothing of it goes by itself."""
     def settled():
+        if desktop.popups():
+            return None
         picture = screenshot()
         try:
             holds_for("at rest", lambda: is_unchanged(picture), rest)
         except AssertionError:
             return None
-        return (picture,)
+        return None if desktop.popups() else (picture,)
 
     return wait_until("the screens at rest", settled)[0]
 

@@ -9,26 +9,26 @@ from .geometry import (COMPOSITED, HAS_MANAGER, NAME, PANEL, PANEL_IS_ABOVE, SCA
 
 if NAME == "sway":
     from .sway import (Clipboard, Device, activate, active_window, find_tray_icon,
-                       frame_box, key, listed_windows, page_box, page_unit, place_page,
-                       screenshot, title_of, window_box, windows_titled)
+                       frame_box, has_tray_icon, key, listed_windows, page_box, page_unit,
+                       place_page, popups, screenshot, title_of, window_box, windows_titled)
 elif NAME in ("kwin_wayland", "kwin_xwayland"):
     from .kwin import (Clipboard, Device, activate, active_window, find_tray_icon,
-                       frame_box, key, listed_windows, page_box, page_unit, place_page,
-                       screenshot, title_of, window_box, windows_titled)
+                       frame_box, has_tray_icon, key, listed_windows, page_box, page_unit,
+                       place_page, popups, screenshot, title_of, window_box, windows_titled)
 elif NAME in ("gnome", "gnome_xwayland"):
     from .gnome import (Clipboard, Device, activate, active_window, find_tray_icon,
-                        frame_box, key, listed_windows, page_box, page_unit, place_page,
-                        screenshot, title_of, window_box, windows_titled)
+                        frame_box, has_tray_icon, key, listed_windows, page_box, page_unit,
+                        place_page, popups, screenshot, title_of, window_box, windows_titled)
 else:
     from .x11 import (Clipboard, Device, activate, active_window, find_tray_icon,
-                      frame_box, key, listed_windows, page_box, page_unit, place_page,
-                      screenshot, title_of, window_box, windows_titled)
+                      frame_box, has_tray_icon, key, listed_windows, page_box, page_unit,
+                      place_page, popups, screenshot, title_of, window_box, windows_titled)
 
 __all__ = ["COMPOSITED", "HAS_MANAGER", "NAME", "PANEL", "SCALE", "SCREENS",
            "WALLPAPER", "Box", "Clipboard", "Pointer", "activate", "active_window", "beside_panel",
-           "difference", "find_tray_icon", "frame_box", "key", "listed_windows", "on_screens",
-           "page_box", "page_unit", "place_page", "points", "save", "screenshot", "title_of",
-           "tool", "window_box", "windows_titled"]
+           "difference", "find_tray_icon", "frame_box", "has_tray_icon", "key", "listed_windows",
+           "on_screens", "page_box", "page_unit", "place_page", "points", "popups", "save",
+           "screenshot", "title_of", "tool", "window_box", "windows_titled"]
 
 
 class Pointer(Device):
@@ -37,8 +37,7 @@ class Pointer(Device):
     @classmethod
     def click(cls, x, y, button=1):
         cls.move(x, y)
-        cls.press(button)
-        cls.release(button)
+        cls.click_here(button)
 
     @classmethod
     def rest(cls):

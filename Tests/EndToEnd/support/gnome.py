@@ -113,6 +113,10 @@ class _Input:
     def release(self, button=1):
         self._session.NotifyPointerButton(BUTTONS[button], False, signature="ib")
 
+    def click(self, button=1):
+        self.press(button)
+        self.release(button)
+
     def key(self, name):
         """A key with what is held with it, such as "super+shift+o"."""
         *held, last = name.split("+")
@@ -134,6 +138,7 @@ class Device:
     move = _input.move
     press = _input.press
     release = _input.release
+    click_here = _input.click
 
 
 class Clipboard:
@@ -397,6 +402,15 @@ def tray_icons():
             .map(name => area[name].container).filter(item => item.mapped && item.width > 0)
             .map(item => [...item.get_transformed_position(), item.width, item.height]);
     })()""")
+
+
+def has_tray_icon():
+    return bool(tray_icons())
+
+
+def popups():
+    """The shell has no tool tips."""
+    return []
 
 
 def find_tray_icon():

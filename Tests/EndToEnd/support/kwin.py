@@ -76,6 +76,7 @@ class Device:
     move = _input.move
     press = _input.press
     release = _input.release
+    click_here = _input.click
 
 
 class _Answers(dbus.service.Object):
@@ -191,6 +192,15 @@ def active_window():
     return next((each["id"] for each in _windows() if each["active"]), 0)
 
 
+def popups():
+    """Where there are menus and tool tips, which go by themselves."""
+    return [_box(sides) for sides in run("""
+        answer(windows().filter(c => c.popupWindow || c.tooltip).map(c => {
+            const r = c.frameGeometry;
+            return [r.x, r.y, r.width, r.height];
+        }));""")]
+
+
 def title_of(window):
     return _window(window)["title"]
 
@@ -233,6 +243,12 @@ def find_tray_icon():
     return wayland.find_tray_icon(screenshot)
 
 
+def has_tray_icon():
+    if PANEL == "plasma":
+        return plasma.has_tray_icon(screenshot)
+    return wayland.has_tray_icon(screenshot)
+
+
 def _is_ready():
     picture = screenshot()
     left_below = picture[SCREENS[0].bottom - 5, 5]
@@ -245,5 +261,5 @@ if PANEL == "plasma":
     plasma.learn_tray(screenshot, lambda: Clipboard.put("the first text"))
 
 __all__ = ["Clipboard", "Device", "activate", "active_window", "find_tray_icon",
-           "frame_box", "key", "listed_windows", "page_box", "page_unit", "place_page",
-           "screenshot", "title_of", "window_box", "windows_titled"]
+           "frame_box", "has_tray_icon", "key", "listed_windows", "page_box", "page_unit",
+           "place_page", "popups", "screenshot", "title_of", "window_box", "windows_titled"]

@@ -57,6 +57,9 @@ class Page:
         self._process.wait(60)
         self._reader.join(60)
         self._process.stdout.close()
+        # The compositor takes its window away when it gets to it.
+        wait_until("the text page's end",
+                   lambda: desktop.page_box(self._process.pid, None) is None)
 
     def _read(self):
         for line in self._process.stdout:

@@ -2,15 +2,20 @@
 """The panel of Plasma's shell, as a new user gets it: below, with a system tray on the right that
 grows to the left."""
 
+import dbus
 import numpy
 
+from . import status_notifier
 from .geometry import SCREENS, Box, difference, points
 from .waiting import holds_for, wait_until
 
 _HEIGHT = 44
 # Parts of the panel with nothing between them: a tray icon's padding is less.
 _GAP = 4
-_tray = []
+# Seconds in which the icon of a program that has ended is gone, on a busy machine too.
+_LONGEST_FADING = 10
+# The leftmost of the icons that the panel has without any program.
+_own = []
 
 
 def _part():
@@ -37,22 +42,54 @@ def _icons(picture):
     return found
 
 
+def _leftmost(picture):
+    icons = _icons(picture)
+    return icons[0] if icons else None
+
+
 def learn_tray(screenshot, copy):
     """What the tray has before the program starts, once that no longer changes. `copy` copies the
     first text, from which on the tray shows the clipboard's own icon."""
-    def settled(more_than):
-        icons = _icons(screenshot())
-        if len(icons) <= more_than:
+    def settled(is_expected):
+        icon = _leftmost(screenshot())
+        if not icon or not is_expected(icon):
             return None
         try:
-            holds_for("at rest", lambda: _icons(screenshot()) == icons, 2)
+            holds_for("at rest", lambda: _leftmost(screenshot()) == icon, 2)
         except AssertionError:
             return None
-        return icons
+        return icon
 
-    without = wait_until("the tray at rest", lambda: settled(0), 60)
+    bus = dbus.SessionBus()
+    wait_until("the shell's clipboard", lambda: bus.name_has_owner("org.kde.klipper"), 60)
+    first = wait_until("the tray at rest", lambda: settled(lambda _: True), 60)
     copy()
-    _tray[:] = wait_until("the clipboard's icon in the tray", lambda: settled(len(without)), 60)
+    _learn(wait_until("the clipboard's icon in the tray",
+                      lambda: settled(lambda icon: icon.right < first.x), 60))
+
+
+def _learn(icon):
+    _own[:] = [icon]
+
+
+def _new_icons(picture):
+    """Those left of what was there before the program."""
+    return [icon for icon in _icons(picture) if icon.right < _own[0].x]
+
+
+def has_tray_icon(screenshot):
+    """Whether the tray has an icon of a program. What it shows while there is none, it has got itself
+    late."""
+    icons = _new_icons(screenshot())
+    if not icons:
+        return False
+    try:
+        holds_for("an icon of nobody", lambda: not status_notifier.items()
+                  and _new_icons(screenshot()) == icons, _LONGEST_FADING)
+    except AssertionError:
+        return True
+    _learn(icons[0])
+    return False
 
 
 def find_tray_icon(screenshot):
@@ -60,6 +97,5 @@ def find_tray_icon(screenshot):
     picture = screenshot()
     if difference(_part().of(picture), _part().of(screenshot())):
         return None
-    icons = _icons(picture)
-    is_new = icons and icons[0].right < _tray[0].x and icons[0].width <= points(24)
-    return icons[0] if is_new else None
+    icons = _new_icons(picture)
+    return icons[0] if icons and icons[0].width <= points(24) else None

@@ -83,6 +83,8 @@ class Program:
         self.check()
 
     def start(self):
+        # A panel shows an icon for a while after its program has ended.
+        wait_until("the end of an earlier program's icon", lambda: not desktop.has_tray_icon())
         self.process = subprocess.Popen(self._command, env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True, errors="replace")

@@ -6,14 +6,19 @@ import dbus
 PROPERTIES = "org.freedesktop.DBus.Properties"
 
 
+def items():
+    """What the panel knows, each by its bus name and object."""
+    watcher = dbus.SessionBus().get_object("org.kde.StatusNotifierWatcher",
+                                           "/StatusNotifierWatcher")
+    return watcher.Get("org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems",
+                       dbus_interface=PROPERTIES)
+
+
 def _item():
     """The bus name and object of the one item that the panel knows."""
-    bus = dbus.SessionBus()
-    watcher = bus.get_object("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher")
-    items = watcher.Get("org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems",
-                        dbus_interface=PROPERTIES)
-    assert len(items) == 1, f"one status item was expected: {items}"
-    service, _, path = items[0].partition("/")
+    bus, known = dbus.SessionBus(), items()
+    assert len(known) == 1, f"one status item was expected: {known}"
+    service, _, path = known[0].partition("/")
     # GNOME's watcher parts them by another sign.
     service = service.rstrip("@")
     return service, bus.get_object(service, "/" + (path or "StatusNotifierItem"))

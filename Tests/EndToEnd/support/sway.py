@@ -53,6 +53,7 @@ class Device:
     move = _input.move
     press = _input.press
     release = _input.release
+    click_here = _input.click
 
 
 def command(text):
@@ -132,10 +133,20 @@ def page_box(process, _said):
     return next((window_box(each["id"]) for each in _windows() if each["pid"] == process), None)
 
 
+def popups():
+    """Sway tells nothing of menus and tool tips."""
+    return []
+
+
 def find_tray_icon():
     return wayland.find_tray_icon(screenshot)
 
 
+def has_tray_icon():
+    return wayland.has_tray_icon(screenshot)
+
+
 __all__ = ["Clipboard", "Device", "activate", "active_window", "command",
-           "find_tray_icon", "float_pages", "frame_box", "key", "listed_windows", "page_box",
-           "page_unit", "place_page", "screenshot", "title_of", "window_box", "windows_titled"]
+           "find_tray_icon", "float_pages", "frame_box", "has_tray_icon", "key", "listed_windows",
+           "page_box", "page_unit", "place_page", "popups", "screenshot", "title_of", "window_box",
+           "windows_titled"]

@@ -5,7 +5,7 @@ import atexit
 import os
 import subprocess
 
-from .geometry import SCREENS, Box, difference, points
+from .geometry import PANEL, SCREENS, Box, difference, points
 from .waiting import wait_until
 
 WHOLE = max(screen.right for screen in SCREENS), max(screen.bottom for screen in SCREENS)
@@ -50,6 +50,11 @@ class Input:
     def release(self, button=1):
         self._do("release", BUTTONS[button])
 
+    def click(self, button=1):
+        """At once: what a busy machine makes of a press and a release may be a long press, for which
+        Plasma's panel opens a menu."""
+        self._do("click", BUTTONS[button])
+
     def key(self, name):
         """A key with what is held with it, such as "super+shift+o"."""
         *held, last = name.split("+")
@@ -86,14 +91,29 @@ class Clipboard:
         wait_until("our own text on the clipboard", lambda: Clipboard.text() == text)
 
 
+def _tray():
+    """Where the bar has icons."""
+    screen = SCREENS[0]
+    return Box(screen.right - points(60), screen.bottom - points(28), points(60), points(28))
+
+
+def _inked(picture):
+    return abs(picture - BAR).max(axis=2) > 60
+
+
+def has_tray_icon(screenshot):
+    """Whether there is anything where the bar has icons, or has been; without a bar there is not."""
+    picture = _tray().of(screenshot())
+    return PANEL != "none" and bool(_inked(picture).any())
+
+
 def find_tray_icon(screenshot):
     """The one icon in the bar's tray, once it is drawn and has its place; else None."""
-    screen = SCREENS[0]
-    bar = Box(screen.right - points(60), screen.bottom - points(28), points(60), points(28))
+    bar = _tray()
     picture = bar.of(screenshot())
     if difference(picture, bar.of(screenshot())) or (picture[0, 0] != BAR).any():
         return None
-    rows, columns = (abs(picture - BAR).max(axis=2) > 60).nonzero()
+    rows, columns = _inked(picture).nonzero()
     if len(rows) < 20:
         return None
     return Box(bar.x + int(columns.min()), bar.y + int(rows.min()),

@@ -38,6 +38,10 @@ class Device:
     def release(button=1):
         tool("xdotool", "mouseup", str(button))
 
+    @staticmethod
+    def click_here(button=1):
+        tool("xdotool", "click", str(button))
+
 
 def key(name):
     tool("xdotool", "key", name)
@@ -107,6 +111,15 @@ def find_tray_icon():
                int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
     # A compositor may still show the panel as narrow as it was without the icon.
     return icon if min(icon.width, icon.height) >= points(8) else None
+
+
+def has_tray_icon():
+    return find_tray_icon() is not None
+
+
+def popups():
+    """Menus and tool tips are not told from other windows."""
+    return []
 
 
 def window_box(window):
