@@ -9,7 +9,8 @@ from pathlib import Path
 import dbus
 
 from . import desktop
-from .program import APPLICATION_ID, OBJECT_PATH, QUIET, Program, is_on_bus, write_settings
+from .program import (APPLICATION_ID, LOG_PREFIX, OBJECT_PATH, QUIET, Program, is_on_bus,
+                      write_settings)
 from .waiting import wait_until
 
 INSTALLED = Path(os.environ.get("VELLORA_INSTALLED", "/nonexistent"))
@@ -40,10 +41,19 @@ def activate():
                                     "Activate", "a{sv}", ({},))
 
 
-def process_id():
+def launch_in(unit):
+    """The same where systemd starts what the bus is asked for, in a unit. The bus of a private desktop
+    does that itself, and is in that unit as long as it takes."""
+    with unit.starting(process_id("org.freedesktop.DBus")) as keep:
+        launch()
+        wait_until("the program on the session bus", is_on_bus, 60)
+        keep(process_id())
+
+
+def process_id(name=APPLICATION_ID):
     answer = desktop.tool("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus",
                           "--object-path", "/org/freedesktop/DBus", "--method",
-                          "org.freedesktop.DBus.GetConnectionUnixProcessID", APPLICATION_ID)
+                          "org.freedesktop.DBus.GetConnectionUnixProcessID", name)
     return int(answer.strip("(), \n").split()[-1])
 
 
@@ -57,6 +67,7 @@ class InstalledProgram(Program):
         self._begin = start
 
     def start(self):
+        self._earlier = len(self._lines())
         self._begin()
         wait_until("the program on the session bus", is_on_bus, 60)
         self.process_id = process_id()
@@ -80,9 +91,20 @@ class InstalledProgram(Program):
             os.kill(process_id(), signal.SIGTERM)
             self.wait_for_end()
 
-    def check(self, status=0):
-        """It left nothing in the bus's log, where those that the bus started write to."""
+    @staticmethod
+    def _lines():
+        """What stands in the bus's log, where those that the bus starts write to."""
         log = Path(os.environ["VELLORA_DESKTOP_LOGS"]) / "dbus-daemon.log"
-        lines = [line for line in log.read_text(errors="replace").splitlines()
-                 if line.startswith("vellora:") or "Sanitizer" in line]
+        return [line for line in log.read_text(errors="replace").splitlines()
+                if line.startswith(LOG_PREFIX) or "Sanitizer" in line]
+
+    def logged(self, pattern):
+        count = self._earlier + len(self.expected_log) + 1
+        wait_until(f"a log line like {pattern!r}", lambda: len(self._lines()) >= count)
+        self.log = self._lines()[self._earlier:]
+        super().logged(pattern)
+
+    def check(self, status=0):
+        """It left nothing there that was not expected."""
+        lines = self._lines()[self._earlier + len(self.expected_log):]
         assert not lines, "unexpected log:\n" + "\n".join(lines)

@@ -4,6 +4,7 @@
 import itertools
 import os
 import unittest
+from contextlib import contextmanager, suppress
 from pathlib import Path
 
 from .waiting import wait_until
@@ -20,10 +21,15 @@ def _root():
     return None
 
 
+def _place_of(process):
+    """The control group of a process, below the root."""
+    return next(line.partition("::")[2] for line in
+                Path(f"/proc/{process}/cgroup").read_text().splitlines() if line.startswith("0::"))
+
+
 def _services():
     """The place of what the user's systemd starts, as that names it, also where there is none."""
-    own = next(line.partition("::")[2] for line in
-               Path("/proc/self/cgroup").read_text().splitlines() if line.startswith("0::"))
+    own = _place_of("self")
     manager = f"user@{os.getuid()}.service"
     above = own.partition(manager)[0] if manager in own else f"/user.slice/user-{os.getuid()}.slice/"
     return f"{above.lstrip('/')}{manager}/app.slice"
@@ -60,3 +66,29 @@ class Unit:
         """What starts the program in it."""
         return ["/bin/sh", "-c", 'echo $$ >"$0"/cgroup.procs && exec "$1"', str(self._folder),
                 program]
+
+    @contextmanager
+    def starting(self, daemon):
+        """In it for as long as the `with` lasts, this process starts what it starts there. Only what
+        is told to `keep` stays. Skips the test where nobody may move it."""
+        outside = _root() / _place_of(daemon).lstrip("/")
+        try:
+            self._move(daemon, self._folder)
+        except OSError as problem:
+            raise unittest.SkipTest(f"no unit for a service: {problem}") from problem
+        kept = set()
+        try:
+            yield kept.add
+        finally:
+            self._move(daemon, outside)
+            for process in self._processes() - kept:
+                # It may have ended by itself.
+                with suppress(ProcessLookupError):
+                    self._move(process, outside)
+
+    def _processes(self):
+        return {int(line) for line in (self._folder / "cgroup.procs").read_text().split()}
+
+    @staticmethod
+    def _move(process, folder):
+        (folder / "cgroup.procs").write_text(str(process))

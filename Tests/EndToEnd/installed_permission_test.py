@@ -1,0 +1,72 @@
+# SPDX-License-Identifier: MIT
+"""GNOME's question for pictures of the screen, as users meet it first: the installed program, started
+by the shell from its list of programs as the unit that systemd makes of it, and asked about by the
+shell's own dialog."""
+
+import unittest
+from contextlib import contextmanager
+
+from support import main
+from support.desktop import Clipboard, Pointer
+from support.gnome import answer, dialog_button, set_permission, stored_permission
+from support.installed import InstalledProgram, launch, launch_in, tell_bus
+from support.page import Page
+from support.program import APPLICATION_ID, is_dimmed, is_unchanged, settled_screenshot
+from support.scope import Unit
+from support.status_notifier import read
+from support.waiting import wait_until
+
+TEXT = "As it is at home"
+DENIED = ("Vellora: Screen Recording permission not granted: It was denied; this changes it: "
+          "Settings, Applications, Vellora, Screenshots.")
+
+
+@contextmanager
+def started():
+    """The program, started from the shell's list."""
+    with Unit(f"app-{APPLICATION_ID}.service") as unit, \
+            InstalledProgram({"outputMode": "clipboard"}, lambda: launch_in(unit)) as program:
+        program.status_item()
+        yield program
+
+
+class InstalledPermissionTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        tell_bus()
+
+    def setUp(self):
+        set_permission(None)
+
+    def tearDown(self):
+        set_permission("yes")
+
+    def assert_asks(self):
+        """Chosen once more in the list it captures; so it has to ask."""
+        launch()
+        wait_until("the question", lambda: dialog_button("Allow"))
+
+    def test_allow(self):
+        with Page(TEXT) as page, started():
+            before = settled_screenshot()
+            Clipboard.put("before")
+            self.assert_asks()
+            answer("Allow")
+            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            self.assertEqual(stored_permission(), {APPLICATION_ID: ["yes"]})
+            Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+
+    def test_deny(self):
+        with started() as program:
+            before = settled_screenshot()
+            self.assert_asks()
+            answer("Deny")
+            wait_until("what was there before", lambda: is_unchanged(before))
+            self.assertEqual(stored_permission(), {APPLICATION_ID: ["no"]})
+            program.logged(DENIED)
+            wait_until("the mark", lambda: "Permission needed" in read("Title"))
+
+
+if __name__ == "__main__":
+    main()
