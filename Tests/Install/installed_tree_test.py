@@ -62,6 +62,23 @@ class ValidTest(unittest.TestCase):
         tree = run("appstreamcli", "validate-tree", "--no-net", INSTALLED)
         self.assertEqual(tree.returncode, 0, tree.stdout)
 
+    @needs("appstreamcli")
+    def test_a_damaged_metainfo_is_told(self):
+        # Only other programs read it: this check is what keeps damage from them.
+        whole = (INSTALLED / METAINFO).read_bytes()
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder) / f"{ID}.metainfo.xml"
+            for damage, content in {"cut off": whole[:len(whole) // 2], "empty": b"",
+                                    "not UTF-8": whole.replace(b"<p>", b"<p>\xff", 1),
+                                    "foreign markup": whole.replace(b"<p>", b"<p><b>", 1),
+                                    "no release": re.sub(rb"(?s)<releases>.*</releases>",
+                                                         b"<releases>", whole)}.items():
+                with self.subTest(damage=damage):
+                    self.assertNotEqual(content, whole)
+                    file.write_bytes(content)
+                    done = run("appstreamcli", "validate", "--no-net", file, errors="replace")
+                    self.assertNotEqual(done.returncode, 0, done.stdout)
+
     @needs("man")
     def test_manual(self):
         for program in (INSTALLED / "bin").iterdir():
