@@ -22,12 +22,21 @@ void endAtOnce()
         std::_Exit(EXIT_FAILURE);
     }
 }
+
+/// Destroyed first of all by exit() on the thread that made it.
+struct FirstDestroyed
+{
+    ~FirstDestroyed() { endAtOnce(); }
+};
 } // namespace
 
 ExitGuard::ExitGuard(std::function<void()> last)
 {
-    // Registered once, and late: exit handlers run in the opposite order, and this one has to come
-    // before those that destroy what was made earlier.
+    // An exit handler would come after those that destroy what is made from now on: one of them
+    // waits for the recognition under way, which uses what others destroy. What belongs to a thread
+    // goes before all of them.
+    static thread_local const FirstDestroyed first;
+    // For an exit() on another thread, which Xlib calls where it meets the end of the connection.
     static const int registered = std::atexit(endAtOnce);
     farewell() = registered == 0 ? std::move(last) : nullptr;
 }

@@ -9,8 +9,8 @@
 /// Qt calls exit() when the display server is gone (a logout, a crash). Everything that `main`
 /// holds is still alive then, and the exit handlers would destroy process-wide objects that talk to
 /// the server that no longer is. The session bus gives our name back by itself; what has to be
-/// written is the farewell's business. One per process; make it when the event loop is about to
-/// run.
+/// written is the farewell's business. One per process; to be made on the main thread when the
+/// event loop is about to run.
 class ExitGuard
 {
 public:

@@ -4,10 +4,16 @@
 import os
 import subprocess
 import unittest
+from unittest import mock
 
 from support import main
-from support.program import Program, activate_action, is_on_bus
+from support.desktop import Box, Pointer, screenshot, windows_titled
+from support.program import POPUP_TITLE, Program, activate_action, dimmed, is_on_bus
+from support.slow import nonsense, reading_time
 from support.waiting import wait_until
+
+PAGE = Box(20, 20, 760, 560)
+TEXT = "Still to be seen"
 
 
 class Server:
@@ -44,29 +50,71 @@ class Server:
 
 
 class ServerDeathTest(unittest.TestCase):
-    def assert_ends_in_order(self, action):
-        with Server() as server:
-            program = Program({}, {"DISPLAY": server.name})
+    def assert_ends_in_order(self, bring, settings=None):
+        """Where `bring(server, program)` has brought the program."""
+        with Server() as server, mock.patch.dict(os.environ, DISPLAY=server.name):
+            program = Program(settings or {})
             program.start()
+            self.addCleanup(program.process.kill)
             wait_until("the program on the session bus", is_on_bus)
-            if action:
-                before = server.windows()
-                activate_action(action)
-                wait_until("the window", lambda: server.windows() > before)
+            bring(server, program)
             server.die()
             self.assertEqual(program.wait_for_end(), 1, program.log)
             self.assertEqual(len(program.log), 1, program.log)
             self.assertIn("X11 connection broke", program.log[0])
             wait_until("the name's release", lambda: not is_on_bus())
 
+    @staticmethod
+    def bring_window(action):
+        def bring(server, _program):
+            before = server.windows()
+            activate_action(action)
+            wait_until("the window", lambda: server.windows() > before)
+        return bring
+
+    def capture(self, text, pixel_size):
+        """Of a page with the text, which goes with the server."""
+        page = subprocess.Popen(
+            [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size", str(pixel_size),
+             "--place", ",".join(str(side) for side in PAGE), text],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(page.wait)
+        self.addCleanup(page.kill)
+
+        def looks_like(grey):
+            corners = PAGE.of(screenshot())
+            return all((abs(corners[at, at] - grey) <= 2).all() for at in (1, -2))
+
+        wait_until("the page", lambda: looks_like(255))
+        activate_action("capture")
+        wait_until("the dim", lambda: looks_like(dimmed(255)))
+        Pointer.drag((PAGE.x, PAGE.y), (PAGE.right, PAGE.bottom))
+        wait_until("the overlay's end", lambda: looks_like(255))
+
     def test_idle(self):
-        self.assert_ends_in_order(None)
+        self.assert_ends_in_order(lambda _server, _program: None)
 
     def test_dimmed(self):
-        self.assert_ends_in_order("capture")
+        self.assert_ends_in_order(self.bring_window("capture"))
 
     def test_settings(self):
-        self.assert_ends_in_order("settings")
+        self.assert_ends_in_order(self.bring_window("settings"))
+
+    def test_reading(self):
+        def read(_server, program):
+            self.capture(nonsense(), 12)
+            # What was taken until now may have loaded models only.
+            taken = reading_time(program)
+            wait_until("the recognition", lambda: reading_time(program) > taken + 0.3)
+
+        self.assert_ends_in_order(read)
+
+    def test_result(self):
+        def show_result(_server, _program):
+            self.capture(TEXT, 36)
+            wait_until("the result window", lambda: windows_titled(POPUP_TITLE))
+
+        self.assert_ends_in_order(show_result, {"outputMode": "popup"})
 
 
 if __name__ == "__main__":

@@ -9,6 +9,7 @@
 #include <functional>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -46,6 +47,28 @@ private Q_SLOTS:
             static const TellTale made;
             const ExitGuard guard([] {});
             std::exit(3);
+        });
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), EXIT_FAILURE);
+    }
+
+    void whatIsMadeUnderGuardStaysToo()
+    {
+        const int status = statusOf([] {
+            const ExitGuard guard([] {});
+            static const TellTale made;
+            std::exit(3);
+        });
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), EXIT_FAILURE);
+    }
+
+    void anotherThreadMayCallExit()
+    {
+        const int status = statusOf([] {
+            static const TellTale made;
+            const ExitGuard guard([] {});
+            std::thread([] { std::exit(3); }).join();
         });
         QVERIFY(WIFEXITED(status));
         QCOMPARE(WEXITSTATUS(status), EXIT_FAILURE);
