@@ -3,7 +3,7 @@
 
 #include "Publisher.h"
 
-#include <QFileInfo>
+#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTransform>
@@ -43,13 +43,23 @@ QPainterPath continuousRoundedRect(const QRectF &rect, qreal radius)
     path.closeSubpath();
     return path;
 }
+
+/// One for each file: what an icon draws for a window stays in Qt's cache of pictures under the
+/// icon's own key, so that one made anew for every window would fill that cache, of 10 MB.
+QIcon &iconOf(const QString &file)
+{
+    // Never destroyed by an exit handler, because the display may be gone by then.
+    static auto *icons = new QHash<QString, QIcon>;
+    const auto found = icons->find(file);
+    return found != icons->end() ? *found : *icons->insert(file, QIcon(file));
+}
 } // namespace
 
 QIcon loadedAppIcon(const Bundle &bundle)
 {
     const QString file = bundle.path(u"AppIcon"_s, u"svg"_s);
     if (!file.isEmpty()) {
-        QIcon icon(file);
+        QIcon &icon = iconOf(file);
         if (!icon.pixmap(side).isNull()) {
             return icon;
         }

@@ -404,6 +404,8 @@ void SettingsFormTest::loadsAnIcon()
     QCOMPARE(window()->findChild<AppIconView *>()->size(), QSize(44, 44));
     // The build tree holds the icon where an installation does.
     QVERIFY(!loadedAppIcon().isNull());
+    // Each window's own would draw the same pictures once more into Qt's cache.
+    QCOMPARE(loadedAppIcon().cacheKey(), loadedAppIcon().cacheKey());
     const QImage shown = window()->findChild<AppIconView *>()->grab().toImage();
     QCOMPARE(shown.size(), QSize(44, 44) * shown.devicePixelRatio());
     QSet<QRgb> colours;
