@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <system_error>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -185,8 +184,8 @@ void TesseractTextRecognizer::prepare()
     };
     try {
         m_p->preparation = std::jthread(load);
-    } catch (const std::system_error &) {
-        // The system has no thread left: what is needed is loaded with the picture.
+    } catch (const std::exception &) {
+        // The system has no thread or no memory left: what is needed is loaded with the picture.
         m_p->isPreparing = false;
     }
 }

@@ -10,6 +10,7 @@
 #include <QPointer>
 
 #include <chrono>
+#include <new>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -59,12 +60,23 @@ void AppDelegate::startCapture()
             self->showFailure(QT_TR_NOOP("The desktop let no overlay cover the screen"));
         }
     };
-    ++capturesUnderWay;
-    selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
+    selector->onMemoryEnd = [self = QPointer(this)] {
         if (self) {
-            self->selectionDidFinish(rect);
+            self->memoryDidEnd();
         }
-    });
+    };
+    ++capturesUnderWay;
+    try {
+        selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
+            if (self) {
+                self->selectionDidFinish(rect);
+            }
+        });
+    } catch (const std::bad_alloc &) {
+        // What is on the screens by then goes; the event's end tells of it.
+        selector->finish(std::nullopt);
+        throw;
+    }
 }
 
 void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)

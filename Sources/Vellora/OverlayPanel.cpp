@@ -25,6 +25,18 @@ void OverlayPanel::setBackdrop(const QPixmap &backdrop)
 void OverlayPanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    if (!painter.isActive()) {
+        // Later, as a panel must not go while Qt paints it.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (onPaintFailure) {
+                    onPaintFailure();
+                }
+            },
+            Qt::QueuedConnection);
+        return;
+    }
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     if (m_backdrop.isNull()) {
         painter.fillRect(rect(), dim);

@@ -4,6 +4,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <functional>
+
 class SelectorView;
 
 /// The borderless panel that dims one whole screen.
@@ -18,6 +20,10 @@ public:
 
     /// A picture of the screen to show beneath the dim; null where the desktop shines through.
     void setBackdrop(const QPixmap &backdrop);
+
+    /// Called a moment after the panel could not be painted, which is so when there is no memory
+    /// for what it shows.
+    std::function<void()> onPaintFailure;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

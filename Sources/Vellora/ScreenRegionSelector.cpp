@@ -48,6 +48,11 @@ ScreenRegionSelector::PanelPointer ScreenRegionSelector::makePanel(const Screen 
     }
     panel->setBackdrop(*backdrop);
 
+    panel->onPaintFailure = [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->memoryDidEnd();
+        }
+    };
     SelectorView &view = panel->contentView();
     view.screenOriginInGlobalCocoa = screen.frame.origin;
     view.onSelection = [weak = weak_from_this()](const CocoaRect &rect) {
@@ -61,6 +66,17 @@ ScreenRegionSelector::PanelPointer ScreenRegionSelector::makePanel(const Screen 
         }
     };
     return panel;
+}
+
+void ScreenRegionSelector::memoryDidEnd()
+{
+    // Each panel tells, as often as it is painted.
+    const bool isFirst = !finished;
+    // Before anything else that may need memory.
+    finish(std::nullopt);
+    if (isFirst && onMemoryEnd) {
+        onMemoryEnd();
+    }
 }
 
 void ScreenRegionSelector::observe()

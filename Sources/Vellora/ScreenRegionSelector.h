@@ -35,6 +35,8 @@ public:
 
     /// Called before the completion when a screen could not be covered.
     std::function<void()> onFailure;
+    /// Called after the completion when there was no memory to show what covers a screen.
+    std::function<void()> onMemoryEnd;
 
 private:
     /// A panel is destroyed only after the event, often its own, that is being handled.
@@ -46,6 +48,7 @@ private:
 
     /// Null for a screen that cannot be covered.
     PanelPointer makePanel(const Screen &screen);
+    void memoryDidEnd();
     void observe();
 
     /// The overlays on screen, one per screen, in the order of the screens.

@@ -95,6 +95,10 @@ void SelectorView::paintEvent(QPaintEvent *)
     const QRectF rect(currentRect->minX(), height() - currentRect->maxY(), currentRect->size.width,
                       currentRect->size.height);
     QPainter painter(this);
+    if (!painter.isActive()) {
+        // The panel around it cannot be painted either, and tells.
+        return;
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(rect, m_backdrop.isNull() ? QBrush(Qt::transparent) : QBrush(m_backdrop));

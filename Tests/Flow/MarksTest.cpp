@@ -31,6 +31,8 @@ private Q_SLOTS:
     void marksACopyOnceItIsThere();
     void warnsOfACopyThatFailed();
     void warnsOfAScreenThatCannotBeCovered();
+    void endsTheSelectionThatCannotBePainted();
+    void takesDownWhatItCouldNotShowWhole();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
     void settingsStayWhatIsStored();
@@ -277,6 +279,43 @@ void MarksTest::settingsStayWhatIsStored()
     settings.setOutputMode(OutputMode::popupOnly);
     QCOMPARE(settings.outputMode(), OutputMode::popupOnly);
     settings.setOutputMode(OutputMode::both);
+}
+
+void MarksTest::endsTheSelectionThatCannotBePainted()
+{
+    m_delegate->startCapture();
+    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
+    QWidget *panel = m_platform->overlaySurface.shown.first();
+    // Outside Qt's own painting there is nothing to paint on, as where memory has ended.
+    for (const char *line : {"QWidget::paintEngine: Should no longer be called",
+                             "QPainter::begin: Paint device returned engine == 0, type: 1"}) {
+        QTest::ignoreMessage(QtWarningMsg, line);
+        QTest::ignoreMessage(QtWarningMsg, line);
+    }
+    for (int i = 0; i < 2; ++i) {
+        QPaintEvent event(panel->rect());
+        QCoreApplication::sendEvent(panel, &event);
+    }
+    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
+    QTRY_VERIFY(m_platform->overlaySurface.shown.isEmpty());
+    QCOMPARE(button().currentToolTip,
+             u"There is not enough memory. Close some programs and try again."_s);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
+    QVERIFY(m_delegate->isIdle());
+    m_platform->mainQueue.advance(3s);
+    capture();
+    QVERIFY(m_platform->pasteboard.text);
+}
+
+void MarksTest::takesDownWhatItCouldNotShowWhole()
+{
+    m_platform->overlaySurface.hasMemory = false;
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, m_delegate->startCapture());
+    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
+    QVERIFY(m_delegate->isIdle());
+    m_platform->overlaySurface.hasMemory = true;
+    capture();
+    QVERIFY(m_platform->pasteboard.text);
 }
 
 void MarksTest::saysThatMemoryHasEnded()

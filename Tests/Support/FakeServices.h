@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <new>
 #include <optional>
 
 /// Fakes of the desktop's services. Each answers what a test told it to and remembers what was
@@ -97,6 +98,8 @@ public:
     QPixmap backdrop;
     /// So many screens can be covered still.
     int coverable = 100;
+    /// False: there is none for making a panel the one with the keyboard.
+    bool hasMemory = true;
 
     std::optional<QPixmap> cover(QWidget &panel, const Screen &screen) override
     {
@@ -111,7 +114,13 @@ public:
         shown << &panel;
         panel.show();
     }
-    void makeKey(QWidget &panel) override { key = &panel; }
+    void makeKey(QWidget &panel) override
+    {
+        if (!hasMemory) {
+            throw std::bad_alloc();
+        }
+        key = &panel;
+    }
     void orderOut(QWidget &panel) override
     {
         ++orderOutCount;
