@@ -89,19 +89,25 @@ def title_of(window):
     return text.partition('= "')[2].rstrip().removesuffix('"')
 
 
-def find_tray_icon():
-    """The one icon in the panel's tray, once it is drawn and has its place; else None."""
+def _trays():
+    """The windows that hold the icons."""
     # A window may go while the tree is read; the next look will tell.
     tree = tool("xwininfo", "-root", "-tree", check=False)
     trays = [Box(int(x), int(y), int(width), int(height)) for width, height, x, y in re.findall(
         r'"(?:Wrapper-2.0|trayer)"\) +(\d+)x(\d+)\S+ +\+(-?\d+)\+(-?\d+)', tree)]
     # The tool tips of the panel are windows of the same class.
-    trays = [tray for tray in trays if min(tray.width, tray.height) >= 16
-             and tray.y >= SCREENS[0].bottom - points(30)]
+    return [tray for tray in trays if min(tray.width, tray.height) >= 16
+            and tray.y >= SCREENS[0].bottom - points(30)]
+
+
+def find_tray_icon():
+    """The one icon in the panel's tray, once it is drawn and has its place; else None."""
+    trays = _trays()
     if len(trays) != 1:
         return None
     picture = trays[0].of(screenshot())
-    if difference(picture, trays[0].of(screenshot())):
+    # While an icon comes or goes, the panel moves its parts.
+    if difference(picture, trays[0].of(screenshot())) or _trays() != trays:
         return None
     # The tray is plain where the icon is not.
     rows, columns = (abs(picture - picture[0, -1]).max(axis=2) > 60).nonzero()
@@ -109,8 +115,10 @@ def find_tray_icon():
         return None
     icon = Box(trays[0].x + int(columns.min()), trays[0].y + int(rows.min()),
                int(columns.max() - columns.min() + 1), int(rows.max() - rows.min() + 1))
-    # A compositor may still show the panel as narrow as it was without the icon.
-    return icon if min(icon.width, icon.height) >= points(8) else None
+    # A compositor may still show the panel as narrow as it was without the icon, and the icon of a
+    # program that has just ended may still stand beside the new one.
+    is_one = min(icon.width, icon.height) >= points(8) and icon.width <= points(30)
+    return icon if is_one else None
 
 
 def has_tray_icon():
