@@ -3,6 +3,8 @@
 
 import dbus
 
+from .waiting import wait_until
+
 PROPERTIES = "org.freedesktop.DBus.Properties"
 
 
@@ -14,14 +16,24 @@ def items():
                        dbus_interface=PROPERTIES)
 
 
+def _living():
+    """The bus names and paths of those whose programs live."""
+    for item in items():
+        service, _, path = item.partition("/")
+        # GNOME's watcher parts them by another sign.
+        service = service.rstrip("@")
+        if dbus.SessionBus().name_has_owner(service):
+            yield service, "/" + (path or "StatusNotifierItem")
+
+
 def _item():
     """The bus name and object of the one item that the panel knows."""
-    bus, known = dbus.SessionBus(), items()
-    assert len(known) == 1, f"one status item was expected: {known}"
-    service, _, path = known[0].partition("/")
-    # GNOME's watcher parts them by another sign.
-    service = service.rstrip("@")
-    return service, bus.get_object(service, "/" + (path or "StatusNotifierItem"))
+    def the_one():
+        found = list(_living())
+        return found[0] if len(found) == 1 else None
+
+    service, path = wait_until("one status item on the session bus", the_one)
+    return service, dbus.SessionBus().get_object(service, path)
 
 
 def service():
