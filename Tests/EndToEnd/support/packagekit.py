@@ -172,7 +172,10 @@ class PackageKit:
         return int(answer.strip("(),\n").split()[1])
 
     def kill(self):
-        os.kill(self.pid(), signal.SIGKILL)
+        # 0 would be the test itself.
+        process = self.pid()
+        assert process, "there is no service to kill"
+        os.kill(process, signal.SIGKILL)
 
     @contextmanager
     def locked(self, file):
