@@ -9,7 +9,10 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 from .desktop import Box  # noqa: E402
-from .waiting import wait_until  # noqa: E402
+from .waiting import PATIENCE, wait_until  # noqa: E402
+
+# In milliseconds, for each question. A busy program was seen not to answer within the usual 0.8 s.
+Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
 
 # For the program: it offers itself only where somebody listens.
 ENVIRONMENT = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}

@@ -11,7 +11,7 @@ import dbus
 from . import desktop
 from .program import (APPLICATION_ID, LOG_PREFIX, OBJECT_PATH, QUIET, Program, is_on_bus,
                       write_settings)
-from .waiting import wait_until
+from .waiting import PATIENCE, wait_until
 
 INSTALLED = Path(os.environ.get("VELLORA_INSTALLED", "/nonexistent"))
 ENTRY = INSTALLED / f"share/applications/{APPLICATION_ID}.desktop"
@@ -38,7 +38,7 @@ def activate():
     """What the desktop asks a program that is chosen once more, or that it starts by that: this one
     call, where tools such as gdbus make others before it."""
     dbus.SessionBus().call_blocking(APPLICATION_ID, OBJECT_PATH, "org.freedesktop.Application",
-                                    "Activate", "a{sv}", ({},))
+                                    "Activate", "a{sv}", ({},), timeout=PATIENCE)
 
 
 def launch_in(unit):
