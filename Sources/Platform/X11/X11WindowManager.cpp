@@ -2,9 +2,11 @@
 #include "Platform/X11/X11WindowManager.h"
 
 namespace {
-/// Window managers answer within a few milliseconds; a hung one must not hold up the popup. KWin
-/// and GNOME, drawing in software on a busy machine, were seen to need more than 100 ms.
-constexpr std::chrono::milliseconds longestAnswer(300);
+/// Window managers answer within a few milliseconds; a hung one must not hold up the popup for
+/// long. KWin and GNOME, drawing in software on a busy machine, were seen to need more than 100 ms,
+/// and ten times as much to do may take ten times as long; without an answer the popup stands by
+/// the height of its title bar too low.
+constexpr std::chrono::milliseconds longestAnswer(1000);
 
 /// Listens to changes of a window's properties while it exists, on a connection that otherwise
 /// gets no events of that window.
