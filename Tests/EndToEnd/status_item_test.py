@@ -4,7 +4,7 @@
 import unittest
 
 from support import desktop, main, status_notifier
-from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
 from support.program import Program
@@ -22,9 +22,16 @@ class StatusItemTest(unittest.TestCase):
     def open_menu(self, program):
         """A right click; returns what the screens showed before."""
         program.status_item()
-        before = screenshot()
+        before = settled_screenshot()
         program.click(button=3)
-        wait_until("the menu", lambda: not is_unchanged(before))
+        place = desktop.beside_panel(0)
+
+        def shows_menu():
+            # Higher than a tool tip.
+            change = desktop.difference(place.of(before), place.of(screenshot()))
+            return change and change.height > points(70)
+
+        wait_until("the menu", shows_menu)
         Pointer.rest()
         return before
 
@@ -67,28 +74,34 @@ class StatusItemTest(unittest.TestCase):
         return program.status_item().inset(-points(2)).of(screenshot())
 
     def rest(self, program):
-        """Moves the pointer away, so that the panel does not light the item up."""
+        """Moves the pointer away, so that the panel does not light the item up; returns the look."""
         Pointer.rest()
-        return wait_until("the panel at rest", lambda: self.steady(program))
+        return wait_until("the panel at rest", lambda: self.steady(program))[0]
 
     def steady(self, program):
-        one, other = self.look(program), self.look(program)
-        return None if (one != other).any() else [one]
+        look = self.look(program)
+        try:
+            holds_for("at rest", lambda: (self.look(program) == look).all(), 0.3)
+        except AssertionError:
+            return None
+        return [look]
 
     def test_copied_mark(self):
         with Page(TEXT) as page, Program(CLIPBOARD) as program:
             program.status_item()
-            normal, = self.rest(program)
-            program.capture(page.box)
-            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
+            normal = self.rest(program)
+            before = program.capture(page.box)
+            wait_until_unchanged("the overlay's end", before)
+            # Before all else, as it stays for no more than 1.5 seconds.
             wait_until("the copied mark", lambda: (self.look(program) != normal).any())
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("the normal icon", lambda: (self.look(program) == normal).all())
 
     def test_no_copied_mark_when_it_is_off(self):
         with Page(TEXT) as page, Program({**CLIPBOARD, "showNotification": "false"}) as program:
             Clipboard.put("before")
             program.status_item()
-            normal, = self.rest(program)
+            normal = self.rest(program)
             before = program.capture(page.box)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until_unchanged("the overlay's end", before)
@@ -99,13 +112,23 @@ class StatusItemTest(unittest.TestCase):
         with Program({"outputMode": "both"}) as program:
             Clipboard.put("before")
             program.status_item()
-            normal, = self.rest(program)
+            normal = self.rest(program)
             self.assert_tool_tip(TOOL_TIP)
             empty = desktop.Box(points(100), points(100), points(200), points(100))
             before = program.capture(empty)
+            wait_until_unchanged("the overlay's end", before)
+            told = set()
+
+            def is_told():
+                # Together, as both stay for no more than two seconds.
+                if (self.look(program) != normal).any():
+                    told.add("mark")
+                if not SPEAKS_SNI or status_notifier.tool_tip_text() == "No text found":
+                    told.add("tool tip")
+                return told == {"mark", "tool tip"}
+
+            wait_until("the error mark and its tool tip", is_told)
             program.logged("Vellora OCR: No text found")
-            wait_until("the error mark", lambda: (self.look(program) != normal).any())
-            self.assert_tool_tip("No text found")
             wait_until("the normal icon", lambda: (self.look(program) == normal).all())
             self.assert_tool_tip(TOOL_TIP)
             self.assertEqual(Clipboard.text(), "before")
