@@ -4,8 +4,8 @@
 import subprocess
 import unittest
 
-from support import main
-from support.comparing import wait_until_unchanged
+from support import desktop, main
+from support.comparing import settled_screenshot, wait_until_unchanged
 from support.desktop import difference, key, screenshot
 from support.program import Program
 from support.waiting import holds_for, wait_until
@@ -32,8 +32,15 @@ class Panel:
 
 
 class PanelTest(unittest.TestCase):
+    @staticmethod
+    def has_its_place(program):
+        """A panel that starts lays itself out more than once."""
+        place = program.find_status_item_again()
+        settled_screenshot()
+        return desktop.find_tray_icon() == place
+
     def assert_item_works(self, program):
-        program.find_status_item_again()
+        wait_until("the status item at its place", lambda: self.has_its_place(program))
         shown = program.start_capture()
         key("Escape")
         wait_until_unchanged("the overlay's end", shown)
@@ -41,17 +48,18 @@ class PanelTest(unittest.TestCase):
     def test_program_starts_first(self):
         for name in PANELS:
             with self.subTest(panel=name), Program({}) as program:
-                nothing = screenshot()
+                nothing = settled_screenshot()
                 holds_for("without anything on the screen, as there is no panel",
                           lambda: program.is_running()
                           and difference(nothing, screenshot()) is None, 1)
                 with Panel(name):
                     self.assert_item_works(program)
+                wait_until("the panel's end", lambda: difference(nothing, screenshot()) is None)
 
     def test_panel_comes_back(self):
         for name in PANELS:
             with self.subTest(panel=name), Program({}) as program:
-                nothing = screenshot()
+                nothing = settled_screenshot()
                 for _ in range(3):
                     with Panel(name):
                         self.assert_item_works(program)
