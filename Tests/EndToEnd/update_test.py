@@ -50,7 +50,12 @@ def click(name):
 def check_for_updates():
     wait_until("the program on the session bus", is_on_bus)
     activate_action("check-for-updates")
-    wait_until("the window", lambda: desktop.windows_titled(TITLE))
+    window, = wait_until("the window", lambda: desktop.windows_titled(TITLE))
+    wait_until("the window in front", lambda: desktop.active_window() == int(window))
+
+
+def has_focus(name):
+    wait_until(f"the focus of {name!r}", lambda: control(TITLE, BUTTON, name).is_("focused"))
 
 
 class UpdateTest(unittest.TestCase):
@@ -92,9 +97,8 @@ class UpdateTest(unittest.TestCase):
             notes = control(TITLE, "text", "What is new")
             self.assertIn("Reads <b>faster</b>.", notes.text)
             self.assertEqual(showing(BUTTON), ["Later", "Install"])
-            install = control(TITLE, BUTTON, "Install")
-            self.assertTrue(install.is_("focused"))
-            self.assertTrue(install.description.startswith("Vellora 0.2.0 is available"))
+            has_focus("Install")
+            self.assertTrue(control(TITLE, BUTTON, "Install").description.startswith("Vellora 0.2.0 is available"))
             with self.packagekit.locked("system/var/lib/dpkg/lock"):
                 click("Install")
                 says("Waiting until another installation has ended…")
@@ -117,10 +121,11 @@ class UpdateTest(unittest.TestCase):
         with self.program():
             check_for_updates()
             says("Vellora 0.2.0 is available")
+            has_focus("Install")
             self.packagekit.answer("no")
             key("Return")
             says("The update was not installed")
-            self.assertTrue(control(TITLE, BUTTON, "Try Again").is_("focused"))
+            has_focus("Try Again")
             command = control(TITLE, "text", "Command").text
             self.assertEqual(command,
                              "sudo apt update && sudo apt install --only-upgrade vellora")
