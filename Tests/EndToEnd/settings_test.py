@@ -34,12 +34,19 @@ def open_settings():
 
 
 def close():
-    window, = desktop.windows_titled(TITLE)
+    window, = wait_until("the settings window", lambda: desktop.windows_titled(TITLE))
     tool(os.environ["VELLORA_CLOSE_WINDOW"], window)
     wait_until("the window's end", lambda: not desktop.windows_titled(TITLE))
 
 
+def has_its_place():
+    """Whether the program knows by now where the window manager has put the window."""
+    window, = desktop.windows_titled(TITLE) or [None]
+    return window and accessibility.window(TITLE).box == window_box(window)
+
+
 def click(role, name):
+    wait_until("the window at its place", has_its_place)
     Pointer.click(*control(TITLE, role, name).box.middle)
 
 
@@ -112,7 +119,7 @@ class SettingsTest(unittest.TestCase):
                 self.assertTrue(other.granted)
                 before = settled_screenshot()
                 key("super+shift+o")
-                wait_until("the press in the other program", lambda: other.presses == 1)
+                wait_until("the press in the other program", lambda: other.presses)
                 stays_unchanged("without an overlay", before, 0.3)
             click(*ENABLE)
             wait_until("the switch in the file", lambda: stored("hotkeyEnabled") == "true")
