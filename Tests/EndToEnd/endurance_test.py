@@ -5,7 +5,7 @@ import unittest
 
 from support import main
 from support.comparing import wait_until_unchanged
-from support.desktop import Clipboard, Pointer
+from support.desktop import Clipboard
 from support.page import Page
 from support.program import Program
 from support.waiting import wait_until
@@ -17,8 +17,6 @@ QUIET = {"outputMode": "clipboard", "showNotification": "false"}
 class EnduranceTest(unittest.TestCase):
     def test_a_hundred_captures(self):
         with Page(TEXT) as page, Program(QUIET) as program:
-            program.status_item()
-            Pointer.move(*program.status_item().middle)
             for _ in range(100):
                 Clipboard.put("before")
                 before = program.capture(page.box)
