@@ -102,7 +102,7 @@ class CancelTest(unittest.TestCase):
         half = f"{screen.width // 2}/200x{screen.height}/200"
         with Page(TEXT), Program(BOTH) as program:
             Clipboard.put("before")
-            before = program.start_capture()
+            before, item = program.start_capture(), program.status_item()
             desktop.tool("xrandr", "--setmonitor", "left", f"{half}+0+0", "screen")
             desktop.tool("xrandr", "--setmonitor", "right", f"{half}+{screen.width // 2}+0", "none")
             self.assert_cancelled(program, before)
@@ -112,6 +112,7 @@ class CancelTest(unittest.TestCase):
             desktop.tool("xrandr", "--delmonitor", "right")
             desktop.tool("xrandr", "--delmonitor", "left")
             self.assert_cancelled(program, before)
+            wait_until("the panel as it was", lambda: desktop.find_tray_icon() == item)
 
     def test_being_ended(self):
         with Page(TEXT), Program(BOTH) as program:

@@ -54,7 +54,7 @@ class DamageTest(unittest.TestCase):
             Clipboard.put("before")
             before = program.capture(page.box)
             program.popup()
-            self.assertEqual(Clipboard.text(), TEXT)
+            wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             key("Escape")
             wait_until_unchanged("the result window's end", before)
 

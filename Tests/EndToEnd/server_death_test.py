@@ -7,8 +7,10 @@ import unittest
 from unittest import mock
 
 from support import main
+from support.comparing import dimmed
 from support.desktop import Box, Pointer, screenshot, windows_titled
-from support.program import POPUP_TITLE, Program, activate_action, dimmed, is_on_bus
+from support.program import (POPUP_TITLE, Program, activate_action, is_on_bus,
+                             wait_until_launched)
 from support.slow import nonsense, reading_time
 from support.waiting import wait_until
 
@@ -56,7 +58,7 @@ class ServerDeathTest(unittest.TestCase):
             program = Program(settings or {})
             program.start()
             self.addCleanup(program.process.kill)
-            wait_until("the program on the session bus", is_on_bus)
+            wait_until_launched()
             bring(server, program)
             server.die()
             self.assertEqual(program.wait_for_end(), 1, program.log)

@@ -32,11 +32,11 @@ class SlowTest(unittest.TestCase):
             self.begin_slow_capture(program, page)
             ask(program)
             # Before it has ended, the next start is the first.
-            wait_until("the free name on the session bus", lambda: not is_on_bus(), 10)
+            wait_until("the free name on the session bus", lambda: not is_on_bus())
             with Program(CLIPBOARD) as second:
                 wait_until("the second start on the session bus", is_on_bus)
                 self.assertTrue(second.is_running())
-                program.wait_for_end(20)
+                program.wait_for_end()
                 program.check()
             self.assertEqual(Clipboard.text(), "before")
 
