@@ -6,7 +6,8 @@ import signal
 import unittest
 
 from support import desktop, main
-from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
+from support.comparing import (is_dimmed, is_unchanged, wait_until_dimmed,
+                               wait_until_unchanged)
 from support.desktop import Clipboard, Pointer, key, points
 from support.page import Page
 from support.program import Program, activate_action
