@@ -7,11 +7,12 @@ import unittest
 from contextlib import contextmanager
 
 from support import main
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer
 from support.gnome import answer, dialog_button, set_permission, stored_permission
 from support.installed import InstalledProgram, launch, launch_in, tell_bus
 from support.page import Page
-from support.program import APPLICATION_ID, is_dimmed, is_unchanged, settled_screenshot
+from support.program import APPLICATION_ID
 from support.scope import Unit
 from support.status_notifier import read
 from support.waiting import wait_until
@@ -52,7 +53,7 @@ class InstalledPermissionTest(unittest.TestCase):
             Clipboard.put("before")
             self.assert_asks()
             answer("Allow")
-            wait_until("the dim on every screen", lambda: is_dimmed(before))
+            wait_until_dimmed(before)
             self.assertEqual(stored_permission(), {APPLICATION_ID: ["yes"]})
             Pointer.drag((page.box.x, page.box.y), (page.box.right, page.box.bottom))
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
@@ -62,7 +63,7 @@ class InstalledPermissionTest(unittest.TestCase):
             before = settled_screenshot()
             self.assert_asks()
             answer("Deny")
-            wait_until("what was there before", lambda: is_unchanged(before))
+            wait_until_unchanged("what was there before", before)
             self.assertEqual(stored_permission(), {APPLICATION_ID: ["no"]})
             program.logged(DENIED)
             wait_until("the mark", lambda: "Permission needed" in read("Title"))
