@@ -137,12 +137,12 @@ class GnomeSession:
         return False
 
     def _call(self, name, method, *arguments):
-        """What the object of that name answers, as gdbus writes it."""
+        """What the object of that name answers, as gdbus writes it; nothing when it does not, as a
+        shell that is still starting."""
         return subprocess.run(
             ["gdbus", "call", "--session", "-d", name, "-o", "/" + name.replace(".", "/"), "-m",
              f"{name}.{method}", *arguments],
-            capture_output=True, text=True, env=self._session.environment, timeout=20,
-            check=False).stdout
+            capture_output=True, text=True, env=self._session.environment, check=False).stdout
 
     def _leaves_overview(self):
         """A fresh session shows it once it has started; windows are to be seen as they are."""

@@ -107,7 +107,7 @@ class KWinSession:
         """KWin, or a copy where the system does not let it have the capability of its file."""
         try:
             subprocess.run(["kwin_wayland", "--version"], capture_output=True, check=False,
-                           timeout=20)
+                           timeout=60)
             return "kwin_wayland"
         except PermissionError:
             copy = self._session.folder / "kwin_wayland"
@@ -116,7 +116,7 @@ class KWinSession:
             return str(copy)
 
     def _require_opengl(self, program):
-        self._session.spawn("kwin-version", program, "--version", environment=ENVIRONMENT).wait(20)
+        self._session.spawn("kwin-version", program, "--version", environment=ENVIRONMENT).wait(60)
         version = re.search(r"^kwin (\d+)", (self._session.logs / "kwin-version.log").read_text(),
                             re.MULTILINE)
         if version and int(version[1]) >= NEEDS_RENDER_NODE \

@@ -115,8 +115,12 @@ class SwaySession:
         return True
 
     def _tell(self, *command):
-        return subprocess.run(command, capture_output=True, env=self._session.environment,
-                              timeout=20, check=False).stdout
+        """What the command says; nothing when sway is too busy to let it."""
+        try:
+            return subprocess.run(command, capture_output=True, env=self._session.environment,
+                                  timeout=20, check=False).stdout
+        except subprocess.TimeoutExpired:
+            return b""
 
     def _outputs_are_there(self):
         try:

@@ -5,8 +5,9 @@ to take it away."""
 import unittest
 
 from support import main
-from support.comparing import is_unchanged, wait_until_dimmed, wait_until_unchanged
-from support.desktop import Box, Clipboard, Pointer, screenshot
+from support.comparing import (is_unchanged, settled_screenshot, wait_until_dimmed,
+                               wait_until_unchanged)
+from support.desktop import Box, Clipboard, Pointer
 from support.gnome import ask, set_animations
 from support.page import Page
 from support.program import Program
@@ -45,7 +46,7 @@ class GnomeMenuTest(unittest.TestCase):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}) as program:
             Clipboard.put("before")
             program.status_item()
-            before = screenshot()
+            before = settled_screenshot()
             program.click()
             entry = wait_until("the menu", first_entry)
             wait_until("the menu on the screen", lambda: not is_unchanged(before))

@@ -121,8 +121,9 @@ class GnomePermissionTest(unittest.TestCase):
         program.logged(DENIED)
         # The shell would not ask again, and neither do we.
         activate_action("capture")
-        program.logged(DENIED)
+        # Looked for at once, as it goes after three seconds.
         wait_until("the mark", lambda: "Permission needed" in read("Title"))
+        program.logged(DENIED)
         holds_for("without a window", lambda: WINDOW not in windows(), 1)
         keep("gnome-permission-denied")
         # The user changes it in the settings.
@@ -187,7 +188,7 @@ class GnomePermissionTest(unittest.TestCase):
 
     def test_shortcut(self):
         with Page(TEXT):
-            others = grabbed_keys()
+            others = wait_until("the settings daemon's own keys", grabbed_keys)
             self.start(hotkeyEnabled="true")
             allow_shortcut()
             wait_until("the shortcut", lambda: grabbed_keys() == others + 1)

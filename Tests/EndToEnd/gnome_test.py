@@ -10,7 +10,8 @@ from pathlib import Path
 from gi.repository import Gio
 
 from support import desktop, main
-from support.comparing import stays_unchanged, wait_until_dimmed, wait_until_unchanged
+from support.comparing import (settled_screenshot, stays_unchanged, wait_until_dimmed,
+                               wait_until_unchanged)
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
 from support.gnome import (allow_shortcut, answer, grabbed_keys, has_shortcuts_portal,
                            set_permission, tray_icons)
@@ -41,7 +42,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
         with Page(TEXT) as page, Program({"outputMode": "clipboard"}):
             Clipboard.put("before")
             wait_until("the program on the session bus", is_on_bus)
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             answer("Allow")
             wait_until_dimmed(before)
@@ -53,7 +54,7 @@ class GnomeTest(ClipboardTests, unittest.TestCase):
         set_permission(None)
         with Page(TEXT), Program({"outputMode": "clipboard"}) as program:
             wait_until("the program on the session bus", is_on_bus)
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             answer("Deny")
             wait_until_unchanged("the screen of before", before)

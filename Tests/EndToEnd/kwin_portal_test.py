@@ -33,6 +33,12 @@ class KWinPortalTest(unittest.TestCase):
         return Program({"outputMode": "clipboard"}, accessibility.ENVIRONMENT,
                        command=[str(self.copy)])
 
+    @staticmethod
+    def tool_tip(begin):
+        """Its text, if it begins so."""
+        text = status_notifier.tool_tip_text()
+        return text if text.startswith(begin) else None
+
     def test_captures(self):
         PICTURES.mkdir()
         self.addCleanup(PICTURES.rmdir)
@@ -55,8 +61,8 @@ class KWinPortalTest(unittest.TestCase):
             before = settled_screenshot()
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(self.copy))))
-            wait_until("the mark", lambda: status_notifier.tool_tip_text().startswith(NOT_GRANTED))
-            self.assertIn(str(self.copy), status_notifier.tool_tip_text())
+            tip = wait_until("the mark", lambda: self.tool_tip(NOT_GRANTED))
+            self.assertIn(str(self.copy), tip)
             keep("kwin-portal-without-picture")
             control(WINDOW, "push button", "Not Now").do("Press")
             wait_until_unchanged("what was there before", before)

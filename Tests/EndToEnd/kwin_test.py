@@ -7,8 +7,8 @@ import unittest
 from support import desktop, main, status_notifier
 from support.artifacts import keep
 from support.built_entry import copied_program, with_entry
-from support.comparing import wait_until_dimmed, wait_until_unchanged
-from support.desktop import Clipboard, Pointer, points, screenshot
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
+from support.desktop import Clipboard, Pointer, points
 from support.kwin import is_there, minimise
 from support.page import Page
 from support.pressing import assert_captures
@@ -35,16 +35,23 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
 
     # The permission
 
+    @staticmethod
+    def mark(begin):
+        """The tool tip and what a screen reader says of the icon, if the tool tip begins so."""
+        tip, icon = status_notifier.tool_tip_text(), str(status_notifier.read("IconAccessibleDesc"))
+        return (tip, icon) if tip.startswith(begin) else None
+
     def test_without_the_desktop_entry_there_is_no_picture(self):
         copy = copied_program()
         with Page(TEXT), Program({}, command=[str(copy)]) as program:
             wait_until_launched()
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             # At once, not after the two minutes in which the program looks again.
-            wait_until("the mark", lambda: status_notifier.tool_tip_text().startswith(NOT_GRANTED))
-            self.assertIn(str(copy), status_notifier.tool_tip_text())
-            self.assertEqual(str(status_notifier.read("IconAccessibleDesc")), "Permission needed")
+            # All of it by one look: it goes after three seconds.
+            tip, icon = wait_until("the mark", lambda: self.mark(NOT_GRANTED))
+            self.assertIn(str(copy), tip)
+            self.assertEqual(icon, "Permission needed")
             program.logged(REFUSED.format(re.escape(str(copy))))
             wait_until("the mark's end", lambda: status_notifier.tool_tip_text() == TOOL_TIP)
             wait_until_unchanged("what was there before", before)
@@ -53,7 +60,7 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
         copy = copied_program()
         with Page(TEXT) as page, Program(CLIPBOARD, command=[str(copy)]) as program:
             wait_until_launched()
-            before = screenshot()
+            before = settled_screenshot()
             activate_action("capture")
             program.logged(REFUSED.format(re.escape(str(copy))))
             with with_entry(copy):

@@ -23,7 +23,7 @@ from support.wayland_tests import TEXT
 IS_GNOME = desktop.NAME.startswith("gnome")
 SETTINGS = "Vellora Settings"
 # The program waits ten seconds for a panel.
-PATIENCE = 40
+PATIENCE = 60
 FIRST_START = {"outputMode": "clipboard", "missingStatusItemDismissed": "false"}
 
 

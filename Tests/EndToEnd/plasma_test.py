@@ -63,8 +63,10 @@ class PlasmaTest(unittest.TestCase):
             program.click()
             Pointer.rest()
             program.logged(REFUSED.format(re.escape(str(copy))))
+            # The panel shows it when it gets to it.
+            wait_until("the mark's text",
+                       lambda: status_notifier.tool_tip_text().startswith(NOT_GRANTED))
             wait_until("the mark", lambda: self.is_other_picture(self.look(item), normal))
-            self.assertTrue(status_notifier.tool_tip_text().startswith(NOT_GRANTED))
             wait_until("the mark's end",
                        lambda: not self.is_other_picture(self.look(item), normal))
             wait_until_unchanged("what was there before", before)

@@ -56,6 +56,7 @@ class PortalShortcutTest(unittest.TestCase):
         with Backend("allow") as backend, Page(TEXT) as page:
             with Program(SHORTCUT_ON, WITHOUT_IPC):
                 backend.wait_for("asked capture SHIFT+LOGO+o")
+                backend.wait_for("bound SHIFT+LOGO+o")
                 assert_captures("super+shift+o")
                 assert_captures("super+shift+o")
                 self.assertEqual(page.said(f"key {QT_O}"), [])

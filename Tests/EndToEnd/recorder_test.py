@@ -28,23 +28,23 @@ TAKEN = {
 
 def start_recording():
     activate_action("settings")
-    window, = wait_until("the settings", lambda: desktop.windows_titled(TITLE), 30)
-    wait_until("the settings' focus", lambda: desktop.active_window() == int(window), 30)
+    window, = wait_until("the settings", lambda: desktop.windows_titled(TITLE))
+    wait_until("the settings' focus", lambda: desktop.active_window() == int(window))
     control(TITLE, *RECORDER).do("SetFocus")
-    wait_until("the recorder's focus", lambda: control(TITLE, *RECORDER).is_("focused"), 30)
+    wait_until("the recorder's focus", lambda: control(TITLE, *RECORDER).is_("focused"))
     key("space")
-    wait_until("the prompt", lambda: control(TITLE, *RECORDER).text == "Type shortcut…", 30)
+    wait_until("the prompt", lambda: control(TITLE, *RECORDER).text == "Type shortcut…")
     if desktop.NAME == "gnome" and not RecorderTest.has_answered:
         # The shell asks once whether the program may hear its shortcuts.
         gnome.answer("Allow")
         RecorderTest.has_answered = True
-        wait_until("the settings' focus", lambda: desktop.active_window() == int(window), 30)
+        wait_until("the settings' focus", lambda: desktop.active_window() == int(window))
 
 
 def wait_until_recorded(shown, stored):
-    wait_until(f"{shown} in the recorder", lambda: control(TITLE, *RECORDER).text == shown, 30)
+    wait_until(f"{shown} in the recorder", lambda: control(TITLE, *RECORDER).text == shown)
     wait_until("the shortcut in the file",
-               lambda: f"hotkeyString={stored}\n" in settings_file().read_text(), 30)
+               lambda: f"hotkeyString={stored}\n" in settings_file().read_text())
 
 
 def wallpaper_is(colour):
@@ -55,9 +55,9 @@ def wallpaper_is(colour):
 
 def assert_begins_a_capture(shortcut):
     key(shortcut)
-    wait_until("the dim", lambda: wallpaper_is(round(WALLPAPER * 0.75)), 30)
+    wait_until("the dim", lambda: wallpaper_is(round(WALLPAPER * 0.75)))
     key("Escape")
-    wait_until("the overlay's end", lambda: wallpaper_is(WALLPAPER), 30)
+    wait_until("the overlay's end", lambda: wallpaper_is(WALLPAPER))
 
 
 class RecorderTest(unittest.TestCase):

@@ -9,7 +9,7 @@ import tempfile
 import unittest
 
 from support import desktop, main
-from support.comparing import wait_until_dimmed, wait_until_unchanged
+from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points, screenshot
 from support.page import Page
 from support.pressing import assert_captures
@@ -29,7 +29,7 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
         with Page(TEXT), Program(SHORTCUT_ON):
             wait_until_launched()
             assert_captures("super+shift+o")
-            before = screenshot()
+            before = settled_screenshot()
             command("reload")
             float_pages()
             # The reload is over, and the program has been told, when sway takes the next command.
@@ -42,14 +42,15 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
     def menu(self, program):
         """A right click; where the menu is, and what the screens showed before."""
         program.status_item()
-        before = screenshot()
+        before = settled_screenshot()
         program.click(button=3)
         found = []
 
         def is_steady():
             now = desktop.difference(before, screenshot())
             found.append(now)
-            return now and found[-2:] == [now, now]
+            # Not the icon alone, which is lit first.
+            return now and now.height > points(40) and found[-2:] == [now, now]
 
         wait_until("the menu", is_steady)
         # It hangs above the bar; the rest of the difference is the lit icon.
@@ -140,8 +141,8 @@ class SwayTest(ShortcutTests, ClipboardTests, unittest.TestCase):
         with Page(TEXT) as page, Program({"outputMode": "popup"}) as program:
             before = program.capture(page.box)
             popup = program.popup()
-            frame, content = desktop.frame_box(popup), desktop.window_box(popup)
-            self.assertGreater(content.y, frame.y + points(10), "no title bar")
+            wait_until("a title bar", lambda: desktop.window_box(popup).y
+                       > desktop.frame_box(popup).y + points(10))
             command(f"[con_id={popup}] resize set 420 px 300 px")
             wait_until("the new size", lambda: desktop.frame_box(popup).width == points(420))
             resized = desktop.frame_box(popup)

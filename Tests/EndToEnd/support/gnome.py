@@ -189,11 +189,21 @@ def stored_permission():
 
 
 # The buttons of the shell's own dialog, by what stands on them.
-_BUTTON = """(() => {{
+_FIND_BUTTON = """(() => {{
     const all = actor => [actor, ...actor.get_children().flatMap(all)];
-    const button = all(Main.layoutManager.modalDialogGroup)
-        .find(actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
+    return all(Main.layoutManager.modalDialogGroup).find(
+        actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
+}})()"""
+_BUTTON = """(() => {{
+    const button = {button};
     return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
+}})()"""
+_TELL_END = """(() => {{
+    const button = {button};
+    global.velloraHasEnded = false;
+    if (button)
+        button.connect("destroy", () => {{ global.velloraHasEnded = true; }});
+    return 0;
 }})()"""
 
 
@@ -217,7 +227,7 @@ def _window_button(name):
 
 def dialog_button(name):
     """Where the button is, while the desktop's dialog is there."""
-    sides = ask(_BUTTON.format(name=name))
+    sides = ask(_BUTTON.format(button=_FIND_BUTTON.format(name=name)))
     if sides and None not in sides:
         return _in_pixels(sides)
     return _window_button(name)
@@ -229,11 +239,13 @@ def answer(name):
         box = dialog_button(name)
         return box if box and box == dialog_button(name) else None
 
-    move, press, release = Device.move, Device.press, Device.release
-    move(*wait_until(f"the button {name!r}", is_steady).middle)
-    press()
-    release()
-    wait_until("the dialog's end", lambda: dialog_button(name) is None)
+    box = wait_until(f"the button {name!r}", is_steady)
+    # Another dialog may follow at once.
+    ask(_TELL_END.format(button=_FIND_BUTTON.format(name=name)))
+    Device.move(*box.middle)
+    Device.click_here()
+    wait_until("the dialog's end",
+               lambda: dialog_button(name) is None or ask("global.velloraHasEnded"))
 
 
 def has_shortcuts_portal():

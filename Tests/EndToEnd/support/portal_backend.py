@@ -75,6 +75,7 @@ class Backend(dbus.service.Object):
         keys = "+".join(MODIFIERS.get(part, part) for part in trigger.split("+"))
         sway(f"bindsym {keys} nop {session} {name}")
         self._sessions[session].keys = keys
+        say("bound", trigger)
         given = dbus.Dictionary({"description": properties["description"],
                                  "trigger_description": description},
                                 signature="sv")

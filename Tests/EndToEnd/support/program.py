@@ -69,6 +69,8 @@ class Program:
         self._item = None
 
     def __enter__(self):
+        # A panel shows an icon for a while after its program has ended.
+        wait_until("the end of an earlier program's icon", lambda: not desktop.has_tray_icon())
         self.start()
         return self
 
@@ -83,8 +85,6 @@ class Program:
         self.check()
 
     def start(self):
-        # A panel shows an icon for a while after its program has ended.
-        wait_until("the end of an earlier program's icon", lambda: not desktop.has_tray_icon())
         self.process = subprocess.Popen(self._command, env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                         stderr=subprocess.STDOUT, text=True, errors="replace")
@@ -220,9 +220,10 @@ def activate_action(action, token=None):
     # The types are named: gdbus asks for them otherwise, and calls without them if a program that is
     # still starting does not answer within three seconds.
     data = "@a{sv} {}" if token is None else f"@a{{sv}} {{'activation-token': <'{token}'>}}"
-    desktop.tool("gdbus", "call", "--session", "--dest", APPLICATION_ID, "--object-path",
-                 OBJECT_PATH, "--method", "org.freedesktop.Application.ActivateAction", action,
-                 "@av []", data)
+    # It answers late when it is only started for that.
+    desktop.tool("gdbus", "call", "--session", "--timeout", "50", "--dest", APPLICATION_ID,
+                 "--object-path", OBJECT_PATH, "--method",
+                 "org.freedesktop.Application.ActivateAction", action, "@av []", data)
 
 
 def wait_until_launched():
