@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 namespace {
 /// Twice what a grab waits for a portal at most; without a graphics card GNOME's shell takes two
 /// seconds for a picture of many screens.
-constexpr auto savingTime = 10s;
+constexpr auto savingTime = 20s;
 
 QString notesFolder()
 {

@@ -32,7 +32,7 @@ public:
         /// Once the dialog is gone, an answer is kept within this, or none.
         std::chrono::milliseconds answer = std::chrono::seconds(2);
         /// The picture that the portal was asked for comes within this, once it is granted.
-        std::chrono::milliseconds picture = std::chrono::seconds(5);
+        std::chrono::milliseconds picture = std::chrono::seconds(10);
     };
 
     /// Called once, with whether pictures are granted. It may destroy the question.
