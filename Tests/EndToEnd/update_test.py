@@ -8,17 +8,18 @@ import unittest
 from pathlib import Path
 
 from support import accessibility, desktop, main
-from support.accessibility import control, controls, has_control
-from support.desktop import Pointer, key, tool
+from support.accessibility import control, has_control
+from support.desktop import key, tool
 from support.packagekit import PackageKit, Repository, skip_unless_possible
 from support.program import Program, activate_action, is_on_bus
+from support.update_window import (BUTTON, LABEL, TITLE, check_for_updates, click, has_focus,
+                                   is_shown, says, showing)
 from support.waiting import wait_until
 
-TITLE = "Vellora Update"
 SETTINGS = "Vellora Settings"
 OLD_BINARY, NEW_BINARY = os.environ["VELLORA_VERSIONS"].split(":")
 OLD, NEW = "0.1.0-1", "0.2.0-1"
-BUTTON, LABEL, BAR = "push button", "label", "progress bar"
+BAR = "progress bar"
 
 
 def installed_files(binary):
@@ -27,35 +28,6 @@ def installed_files(binary):
     shared = [each for each in (installed / "share/vellora").rglob("*") if each.is_file()]
     return {"/usr/bin/vellora": binary,
             **{f"/usr/{each.relative_to(installed)}": each for each in shared}}
-
-
-def says(text, seconds=60):
-    """Waits until the window shows this text as one of its lines."""
-    wait_until(f"{text!r} in the window", lambda: has_control_now(LABEL, text), seconds)
-
-
-def has_control_now(role, name):
-    return bool(desktop.windows_titled(TITLE)) and any(
-        each.is_showing for each in controls(TITLE) if (each.role, each.name) == (role, name))
-
-
-def showing(role):
-    return [each.name for each in controls(TITLE) if each.role == role and each.is_showing]
-
-
-def click(name):
-    Pointer.click(*control(TITLE, BUTTON, name).box.middle)
-
-
-def check_for_updates():
-    wait_until("the program on the session bus", is_on_bus)
-    activate_action("check-for-updates")
-    window, = wait_until("the window", lambda: desktop.windows_titled(TITLE))
-    wait_until("the window in front", lambda: desktop.active_window() == int(window))
-
-
-def has_focus(name):
-    wait_until(f"the focus of {name!r}", lambda: control(TITLE, BUTTON, name).is_("focused"))
 
 
 class UpdateTest(unittest.TestCase):
@@ -148,7 +120,7 @@ class UpdateTest(unittest.TestCase):
             self.packagekit.break_source()
             activate_action("check-for-updates")
             says("Vellora cannot look for updates.")
-            self.assertFalse(has_control_now(LABEL, "Vellora is up to date"))
+            self.assertFalse(is_shown(LABEL, "Vellora is up to date"))
             self.packagekit.kill()
             self.packagekit.add_source(self.repository)
             click("Try Again")
