@@ -68,8 +68,14 @@ void AppDelegate::startCapture()
     ++capturesUnderWay;
     try {
         selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
-            if (self) {
+            if (!self) {
+                return;
+            }
+            try {
                 self->selectionDidFinish(rect);
+            } catch (const std::bad_alloc &) {
+                --self->capturesUnderWay;
+                self->memoryDidEnd();
             }
         });
     } catch (const std::bad_alloc &) {

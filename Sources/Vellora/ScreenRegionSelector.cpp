@@ -112,12 +112,13 @@ void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
         Platform::current().overlaySurface->orderOut(*panel);
     }
     panels.clear();
-    if (callback) {
-        callback(rect);
-    }
+    // Before the completion, which may meet the end of memory.
     Platform::current().mainQueue->asyncAfter(100ms, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) {
             self->retainSelf.reset();
         }
     });
+    if (callback) {
+        callback(rect);
+    }
 }

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void warnsOfAScreenThatCannotBeCovered();
     void endsTheSelectionThatCannotBePainted();
     void takesDownWhatItCouldNotShowWhole();
+    void givesUpAPictureWithoutMemory();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
     void settingsStayWhatIsStored();
@@ -314,6 +315,20 @@ void MarksTest::takesDownWhatItCouldNotShowWhole()
     QVERIFY(m_platform->overlaySurface.shown.isEmpty());
     QVERIFY(m_delegate->isIdle());
     m_platform->overlaySurface.hasMemory = true;
+    capture();
+    QVERIFY(m_platform->pasteboard.text);
+}
+
+void MarksTest::givesUpAPictureWithoutMemory()
+{
+    m_platform->screenRecording.hasMemory = false;
+    capture();
+    QCOMPARE(m_platform->screenRecording.grabs.size(), 1);
+    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
+    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
+    QVERIFY(m_delegate->isIdle());
+    m_platform->screenRecording.hasMemory = true;
+    m_platform->mainQueue.advance(3s);
     capture();
     QVERIFY(m_platform->pasteboard.text);
 }

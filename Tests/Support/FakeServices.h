@@ -61,6 +61,8 @@ public:
     bool request = false;
     std::optional<ScreenRecordingRefusal> refused;
     QImage nextImage;
+    /// False: there is none for the next picture.
+    bool hasMemory = true;
     mutable int preflightCount = 0;
     int requestCount = 0;
     struct Grab
@@ -84,6 +86,9 @@ public:
     QImage createImage(quint32 display, const QRectF &rect) override
     {
         grabs << Grab{display, rect};
+        if (!hasMemory) {
+            throw std::bad_alloc();
+        }
         return nextImage;
     }
 };

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/X11/X11RootImage.h"
 
+#include <QScopeGuard>
 #include <QSysInfo>
 
+#include <cerrno>
+#include <new>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -102,8 +105,13 @@ bool hasSharedMemory(const X11Connection &connection)
 
 QImage opaque(const QImage &image)
 {
-    return image.format() == QImage::Format_RGB32 ? image.copy()
-                                                  : image.convertToFormat(QImage::Format_RGB32);
+    QImage result = image.format() == QImage::Format_RGB32
+                        ? image.copy()
+                        : image.convertToFormat(QImage::Format_RGB32);
+    if (result.isNull()) {
+        throw std::bad_alloc();
+    }
+    return result;
 }
 } // namespace
 
@@ -139,12 +147,9 @@ QImage X11RootImage::read(const QRect &rect)
         return {};
     }
     const int bytesPerLine = layout.bytesPerLine(rect.width());
-    QImage image = readShared(rect, layout.format, bytesPerLine);
-    if (image.isNull()) {
-        image = readPlain(rect, layout.format, bytesPerLine);
-    }
-    release();
-    return image;
+    const auto atEnd = qScopeGuard([this] { release(); });
+    const QImage image = readShared(rect, layout.format, bytesPerLine);
+    return image.isNull() ? readPlain(rect, layout.format, bytesPerLine) : image;
 }
 
 QImage X11RootImage::readShared(const QRect &rect, QImage::Format format, int bytesPerLine)
@@ -196,8 +201,13 @@ bool X11RootImage::reserve(std::size_t bytes)
     }
     const int file = xcb_shm_create_segment_reply_fds(m_connection.xcb(), reply.get())[0];
     void *memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    const int failure = errno;
     close(file);
     if (memory == MAP_FAILED) {
+        if (failure == ENOMEM) {
+            // There is none for the plain answer either: XCB would give up the connection for good.
+            throw std::bad_alloc();
+        }
         release();
         return false;
     }

@@ -24,7 +24,8 @@ public:
     QRect bounds() const;
 
     /// The pixels of `rect` (in the root window's pixels), opaque, 8 bits a colour. Null where
-    /// `rect` is not wholly within `bounds` or the server refused.
+    /// `rect` is not wholly within `bounds` or the server refused. Throws std::bad_alloc where
+    /// there is no memory for them.
     QImage read(const QRect &rect);
 
 private:
