@@ -167,8 +167,6 @@ class Deaths(Rounds):
     def assert_works(self, run):
         with Page(self.words) as page:
             desktop.Clipboard.put("before")
-            # What has just come back may still draw.
-            program.settled_screenshot()
             before = run.capture(page.box)
             self.until("the text", lambda: desktop.Clipboard.text() == self.words)
             self.until("the screens of before", lambda: comparing.is_unchanged(before))

@@ -7,7 +7,7 @@ import re
 import resource
 from pathlib import Path
 
-from support import desktop, program
+from support import comparing, desktop, program
 from support.page import Page
 from support.waiting import wait_until
 
@@ -45,7 +45,7 @@ class Memory(Rounds):
                 run.start()
                 try:
                     run.status_item()
-                    self.untouched = program.settled_screenshot()
+                    self.untouched = comparing.settled_screenshot()
                     # Another one then, as what a process has had before it can have again.
                     for _ in range(2):
                         self.number += 1
@@ -80,10 +80,10 @@ class Memory(Rounds):
             self.limit(run, left)
             program.activate_action("capture")
             wait_until("the dim or a sentence",
-                       lambda: has_told() or program.is_dimmed(self.untouched), 60)
+                       lambda: has_told() or comparing.is_dimmed(self.untouched), 60)
         else:
             program.activate_action("capture")
-            wait_until("the dim", lambda: program.is_dimmed(self.untouched), 60)
+            wait_until("the dim", lambda: comparing.is_dimmed(self.untouched), 60)
             self.limit(run, left)
         if not has_told():
             self.drag()
@@ -96,7 +96,7 @@ class Memory(Rounds):
         for each in lines():
             if not any(re.fullmatch(program.LOG_PREFIX + sentence, each) for sentence in SENTENCES):
                 self.problem(f"with {left >> 10} KiB left: logged {each!r}")
-        self.until("the screens of before", lambda: program.is_unchanged(self.untouched))
+        self.until("the screens of before", lambda: comparing.is_unchanged(self.untouched))
         self.capture()
 
     def drag(self):
@@ -106,10 +106,10 @@ class Memory(Rounds):
     def capture(self):
         desktop.Clipboard.put("before")
         program.activate_action("capture")
-        wait_until("the dim", lambda: program.is_dimmed(self.untouched), 60)
+        wait_until("the dim", lambda: comparing.is_dimmed(self.untouched), 60)
         self.drag()
         self.until("the text", lambda: desktop.Clipboard.text() == self.words)
-        self.until("the screens of before", lambda: program.is_unchanged(self.untouched))
+        self.until("the screens of before", lambda: comparing.is_unchanged(self.untouched))
 
     @staticmethod
     def limit(run, left):
