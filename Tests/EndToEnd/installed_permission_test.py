@@ -63,10 +63,11 @@ class InstalledPermissionTest(unittest.TestCase):
             before = settled_screenshot()
             self.assert_asks()
             answer("Deny")
+            # Looked for at once, as it goes after three seconds.
+            wait_until("the mark", lambda: "Permission needed" in read("Title"))
+            program.logged(DENIED)
             wait_until_unchanged("what was there before", before)
             self.assertEqual(stored_permission(), {APPLICATION_ID: ["no"]})
-            program.logged(DENIED)
-            wait_until("the mark", lambda: "Permission needed" in read("Title"))
 
 
 if __name__ == "__main__":

@@ -127,7 +127,8 @@ class MissingItemTest(unittest.TestCase):
 
     def test_marks_are_posted(self):
         notifications = Notifications()
-        with Page(TEXT) as page, Program({"outputMode": "clipboard"}, expected_log=["Vellora OCR: No text found"]):
+        with Page(TEXT) as page, Program({"outputMode": "clipboard"},
+                                         expected_log=["Vellora OCR: No text found"]):
             wait_until("the program on the session bus", is_on_bus)
             before = settled_screenshot()
             activate_action("capture")

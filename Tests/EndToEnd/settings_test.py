@@ -12,8 +12,8 @@ from support.desktop import Pointer, frame_box, key, tool, window_box
 from support.page import Page
 from support.pressing import NOT_CREATED
 from support.program import APPLICATION_ID, Program, activate_action, is_on_bus, settings_file
-from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_free,
-                              is_taken, wait_until_taken)
+from support.shortcut import (CONTROL, K_KEY, O_KEY, SHIFT, SUPER, KeyHolder, is_taken,
+                              wait_until_free, wait_until_taken)
 from support.waiting import holds_for, wait_until
 
 TITLE = "Vellora Settings"
@@ -80,7 +80,7 @@ class SettingsTest(unittest.TestCase):
             wait_until("the shortcut in the file",
                        lambda: stored("hotkeyString") == "cmd+ctrl+k")
             self.assertTrue(is_taken(K_KEY, CONTROL | SUPER))
-            self.assertTrue(is_free(O_KEY, SHIFT | SUPER))
+            wait_until_free()
             self.assert_captures("ctrl+super+k")
             close()
             self.assert_captures("ctrl+super+k")
@@ -113,7 +113,7 @@ class SettingsTest(unittest.TestCase):
             self.assertTrue(has_control(TITLE, *RECORDER))
             click(*ENABLE)
             wait_until("the switch in the file", lambda: stored("hotkeyEnabled") == "false")
-            self.assertTrue(is_free(O_KEY, SHIFT | SUPER))
+            wait_until_free()
             wait_until("the row's end", lambda: not has_control(TITLE, *RECORDER))
             with KeyHolder(O_KEY, SHIFT | SUPER) as other:
                 self.assertTrue(other.granted)
@@ -149,7 +149,7 @@ class SettingsTest(unittest.TestCase):
                 for each in controls(TITLE)))
             self.assertEqual(other.presses, 0)
             # What was given up for it is free, and can be had again.
-            self.assertTrue(is_free(O_KEY, SHIFT | SUPER))
+            wait_until_free()
             record("super+shift+o", "⌘⇧O")
             wait_until("the shortcut in the file",
                        lambda: stored("hotkeyString") == "cmd+shift+o")

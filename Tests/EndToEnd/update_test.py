@@ -70,7 +70,8 @@ class UpdateTest(unittest.TestCase):
             self.assertIn("Reads <b>faster</b>.", notes.text)
             self.assertEqual(showing(BUTTON), ["Later", "Install"])
             has_focus("Install")
-            self.assertTrue(control(TITLE, BUTTON, "Install").description.startswith("Vellora 0.2.0 is available"))
+            install = control(TITLE, BUTTON, "Install")
+            self.assertTrue(install.description.startswith("Vellora 0.2.0 is available"))
             with self.packagekit.locked("system/var/lib/dpkg/lock"):
                 click("Install")
                 says("Waiting until another installation has ended…")

@@ -5,11 +5,9 @@
 
 #include <QDir>
 #include <QTest>
-#include <QThread>
 #include <QTranslator>
 
 #include <chrono>
-#include <new>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -31,14 +29,9 @@ private Q_SLOTS:
     void marksACopyOnceItIsThere();
     void warnsOfACopyThatFailed();
     void warnsOfAScreenThatCannotBeCovered();
-    void endsTheSelectionThatCannotBePainted();
-    void takesDownWhatItCouldNotShowWhole();
-    void givesUpAPictureWithoutMemory();
     void keepsAMarkThatAnotherMarkRemembered();
     void saysOnceThatSettingsCannotBeSaved();
     void settingsStayWhatIsStored();
-    void saysThatMemoryHasEnded();
-    void whatMeetsTheEndOfMemoryIsGivenUp();
     void postsWhatThePanelDoesNotShow_data();
     void postsWhatThePanelDoesNotShow();
     void neverPostsRecognizedText();
@@ -280,101 +273,6 @@ void MarksTest::settingsStayWhatIsStored()
     settings.setOutputMode(OutputMode::popupOnly);
     QCOMPARE(settings.outputMode(), OutputMode::popupOnly);
     settings.setOutputMode(OutputMode::both);
-}
-
-void MarksTest::endsTheSelectionThatCannotBePainted()
-{
-    m_delegate->startCapture();
-    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
-    QWidget *panel = m_platform->overlaySurface.shown.first();
-    // Outside Qt's own painting there is nothing to paint on, as where memory has ended.
-    for (const char *line : {"QWidget::paintEngine: Should no longer be called",
-                             "QPainter::begin: Paint device returned engine == 0, type: 1"}) {
-        QTest::ignoreMessage(QtWarningMsg, line);
-        QTest::ignoreMessage(QtWarningMsg, line);
-    }
-    for (int i = 0; i < 2; ++i) {
-        QPaintEvent event(panel->rect());
-        QCoreApplication::sendEvent(panel, &event);
-    }
-    QCOMPARE(m_platform->overlaySurface.shown.size(), 1);
-    QTRY_VERIFY(m_platform->overlaySurface.shown.isEmpty());
-    QCOMPARE(button().currentToolTip,
-             u"There is not enough memory. Close some programs and try again."_s);
-    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
-    QVERIFY(m_delegate->isIdle());
-    m_platform->mainQueue.advance(3s);
-    capture();
-    QVERIFY(m_platform->pasteboard.text);
-}
-
-void MarksTest::takesDownWhatItCouldNotShowWhole()
-{
-    m_platform->overlaySurface.hasMemory = false;
-    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, m_delegate->startCapture());
-    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
-    QVERIFY(m_delegate->isIdle());
-    m_platform->overlaySurface.hasMemory = true;
-    capture();
-    QVERIFY(m_platform->pasteboard.text);
-}
-
-void MarksTest::givesUpAPictureWithoutMemory()
-{
-    m_platform->screenRecording.hasMemory = false;
-    capture();
-    QCOMPARE(m_platform->screenRecording.grabs.size(), 1);
-    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
-    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
-    QVERIFY(m_delegate->isIdle());
-    m_platform->screenRecording.hasMemory = true;
-    m_platform->mainQueue.advance(3s);
-    capture();
-    QVERIFY(m_platform->pasteboard.text);
-}
-
-void MarksTest::saysThatMemoryHasEnded()
-{
-    m_delegate->memoryDidEnd();
-    QCOMPARE(button().currentImage.accessibilityDescription, u"Error"_s);
-    QCOMPARE(button().currentToolTip,
-             u"There is not enough memory. Close some programs and try again."_s);
-    QCOMPARE(m_platform->systemLog.lines, QStringList{u"Vellora: out of memory"_s});
-    m_platform->mainQueue.advance(3s);
-    QCOMPARE(button().currentImage.name, u"menubar_icon"_s);
-}
-
-void MarksTest::whatMeetsTheEndOfMemoryIsGivenUp()
-{
-    auto *app = dynamic_cast<Application *>(qApp);
-    QVERIFY(app);
-    int told = 0;
-    bool isToldInVain = false;
-    app->memoryDidEnd = [&] {
-        ++told;
-        if (isToldInVain) {
-            throw std::bad_alloc();
-        }
-    };
-    const auto meetTheEnd = [] {
-        throw std::bad_alloc();
-    };
-    QMetaObject::invokeMethod(app, meetTheEnd, Qt::QueuedConnection);
-    QTRY_COMPARE(told, 1);
-    isToldInVain = true;
-    QMetaObject::invokeMethod(app, meetTheEnd, Qt::QueuedConnection);
-    QTRY_COMPARE(told, 2);
-    // Elsewhere, and told here.
-    isToldInVain = false;
-    QThread thread;
-    QObject elsewhere;
-    elsewhere.moveToThread(&thread);
-    thread.start();
-    QMetaObject::invokeMethod(&elsewhere, meetTheEnd, Qt::QueuedConnection);
-    QTRY_COMPARE(told, 3);
-    thread.quit();
-    thread.wait();
-    app->memoryDidEnd = nullptr;
 }
 
 void MarksTest::postsWhatThePanelDoesNotShow_data()

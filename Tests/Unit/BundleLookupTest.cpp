@@ -55,7 +55,7 @@ void BundleLookupTest::run(const QStringList &arguments)
 {
     QProcess probe;
     probe.start(path(u"bin/probe"_s), arguments);
-    QVERIFY(probe.waitForFinished());
+    QVERIFY(probe.waitForFinished(testPatience));
     m_output = QString::fromLocal8Bit(probe.readAllStandardOutput()).split(u'\n');
     m_errors = QString::fromLocal8Bit(probe.readAllStandardError());
     m_ended = probe.exitStatus() == QProcess::NormalExit && probe.exitCode() == 0;

@@ -55,7 +55,7 @@ QStringList told(const QString &configuration, const QString &scaleFactors, cons
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QCoreApplication::applicationFilePath(), {u"--tell"_s, origins});
-    if (!process.waitForFinished() || process.exitCode() != 0) {
+    if (!process.waitForFinished(testPatience) || process.exitCode() != 0) {
         return {};
     }
     return QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);

@@ -131,7 +131,7 @@ void WatchedProgramFileTest::successorInheritsTheClipboard()
     run.start(QCoreApplication::applicationFilePath(), {u"hand-over"_s});
     run.write(text.toUtf8());
     run.closeWriteChannel();
-    QVERIFY(run.waitForFinished());
+    QVERIFY(run.waitForFinished(testPatience));
     const QByteArray expected = text.isEmpty() ? "nothing" : "text " + text.toUtf8();
     QCOMPARE(run.readAllStandardOutput(), expected);
 }

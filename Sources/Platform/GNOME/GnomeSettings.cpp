@@ -34,6 +34,12 @@ bool GnomeSettings::isInstalled(const char *schema)
     return schemaNamed(schema) != nullptr;
 }
 
+bool GnomeSettings::hasKey(const char *schema, const char *key)
+{
+    const Schema found = schemaNamed(schema);
+    return found && g_settings_schema_has_key(found.get(), key);
+}
+
 GnomeSettings::Pointer GnomeSettings::open(const char *schema)
 {
     return Pointer(g_settings_new(schema));

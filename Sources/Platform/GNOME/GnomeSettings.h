@@ -23,6 +23,8 @@ struct Unref
 using Pointer = std::unique_ptr<GSettings, Unref>;
 
 bool isInstalled(const char *schema);
+/// Whether the schema is installed and has this key, of whatever type.
+bool hasKey(const char *schema, const char *key);
 Pointer open(const char *schema);
 Pointer open(const char *schema, const QString &path);
 

@@ -6,6 +6,7 @@
 bool areModalDialogsAttached()
 {
     constexpr auto windowManager = "org.gnome.mutter";
-    return GnomeSettings::isInstalled(windowManager) &&
-           g_settings_get_boolean(GnomeSettings::open(windowManager).get(), "attach-modal-dialogs");
+    constexpr auto key = "attach-modal-dialogs";
+    return GnomeSettings::hasKey(windowManager, key) &&
+           g_settings_get_boolean(GnomeSettings::open(windowManager).get(), key);
 }

@@ -16,8 +16,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-/// Twice what a grab waits for a portal at most; without a graphics card GNOME's shell takes two
-/// seconds for a picture of many screens.
+/// Twice what a grab waits for a portal at most.
 constexpr auto savingTime = 20s;
 
 QString notesFolder()

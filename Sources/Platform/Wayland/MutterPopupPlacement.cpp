@@ -14,13 +14,18 @@ namespace {
 /// When a popup that is not given the keyboard has long been put at its place.
 constexpr std::chrono::seconds patience(2);
 
+/// Of a screen's width or height: bars and docks that a person works with take less.
+constexpr double mostTaken = 0.25;
+
 /// Where the free part of a screen begins, in points from its upper left corner. The compositor
 /// tells only its size: the shell's own bar is above, and a dock beside it usually on the left.
-/// Absent for a size that this screen cannot have.
+/// Absent for a size that this screen cannot have, as the compositor may have taken another one.
 std::optional<QPointF> freeOrigin(const Screen &screen, QSize freeSize)
 {
     const QSizeF taken = QSizeF(screen.frame.size.width, screen.frame.size.height) - freeSize;
-    if (freeSize.isEmpty() || taken.width() < 0 || taken.height() < 0) {
+    const QSizeF most(screen.frame.size.width * mostTaken, screen.frame.size.height * mostTaken);
+    if (freeSize.isEmpty() || taken.width() < 0 || taken.height() < 0 ||
+        taken.width() > most.width() || taken.height() > most.height()) {
         return std::nullopt;
     }
     return QPointF(taken.width(), taken.height());

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class DialogParent;
@@ -26,6 +27,7 @@ public:
     MutterPopupPlacement(const Screens &screens, AttachesDialogs attachesDialogs);
     ~MutterPopupPlacement() override;
 
+    /// Whether the compositor offers what it takes. Waits for the compositor.
     static bool isUsable();
 
     void makeFloating(QWidget &window) override;

@@ -11,11 +11,9 @@ from gi.repository import Atspi, GLib  # noqa: E402
 from .desktop import Box  # noqa: E402
 from .waiting import PATIENCE, wait_until  # noqa: E402
 
-# In milliseconds, for each question. A busy program was seen not to answer within the usual 0.8 s.
-Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
-
-# What a call of a busy program may take, and what its start; by itself it is less than a second.
-Atspi.set_timeout(30_000, 60_000)
+# In milliseconds, for each question and for a program's start. A busy program was seen not to answer
+# within the usual 0.8 s.
+Atspi.set_timeout(PATIENCE * 1000, 60_000)
 
 # For the program: it offers itself only where somebody listens.
 ENVIRONMENT = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}

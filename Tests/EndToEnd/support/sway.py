@@ -98,12 +98,15 @@ def title_of(window):
     return _window(window)["name"]
 
 
-def window_box(window):
-    """Where the window's content is."""
-    node = _window(window)
+def _content(node):
     outer, inner = node["rect"], node["window_rect"]
     return _box(outer["x"] + inner["x"], outer["y"] + inner["y"], inner["width"],
                 inner["height"])
+
+
+def window_box(window):
+    """Where the window's content is."""
+    return _content(_window(window))
 
 
 def frame_box(window):
@@ -130,7 +133,7 @@ def place_page(process, box):
 
 def page_box(process, _said):
     """Where the text page of this process is."""
-    return next((window_box(each["id"]) for each in _windows() if each["pid"] == process), None)
+    return next((_content(each) for each in _windows() if each["pid"] == process), None)
 
 
 def popups():
