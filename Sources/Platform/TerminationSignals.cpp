@@ -25,6 +25,9 @@ void wakeUp(int)
 
 TerminationSignals::TerminationSignals()
 {
+    // Who writes to a server that has just ended is told so, and says it. Stays so, as the display
+    // is written to until the end.
+    std::signal(SIGPIPE, SIG_IGN);
     if (pipe2(wakeUpPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }

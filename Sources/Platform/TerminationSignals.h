@@ -4,7 +4,8 @@
 #include <QObject>
 
 /// Quits the application in order when the session or a terminal ends it (SIGTERM, SIGINT,
-/// SIGHUP), so that what it holds on the desktop is given back. One per process.
+/// SIGHUP), so that what it holds on the desktop is given back. What ends at the other side of a
+/// socket ends nothing here (SIGPIPE). One per process.
 class TerminationSignals : public QObject
 {
     Q_OBJECT

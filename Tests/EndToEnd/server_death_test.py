@@ -12,7 +12,7 @@ from support.desktop import Box, Pointer, screenshot, windows_titled
 from support.program import (POPUP_TITLE, Program, activate_action, is_on_bus,
                              wait_until_launched)
 from support.slow import nonsense, reading_time
-from support.waiting import wait_until
+from support.waiting import holds_for, wait_until
 
 PAGE = Box(20, 20, 760, 560)
 TEXT = "Still to be seen"
@@ -60,11 +60,22 @@ class ServerDeathTest(unittest.TestCase):
             self.addCleanup(program.process.kill)
             wait_until_launched()
             bring(server, program)
+            # While something is drawn, Qt adds lines of what it was about to do.
+            wait_until("the screen at rest", self.is_at_rest)
             server.die()
             self.assertEqual(program.wait_for_end(), 1, program.log)
             self.assertEqual(len(program.log), 1, program.log)
             self.assertIn("X11 connection broke", program.log[0])
             wait_until("the name's release", lambda: not is_on_bus())
+
+    @staticmethod
+    def is_at_rest():
+        before = screenshot()
+        try:
+            holds_for("at rest", lambda: (screenshot() == before).all(), 0.3)
+        except AssertionError:
+            return False
+        return True
 
     @staticmethod
     def bring_window(action):

@@ -11,6 +11,7 @@
 #include "Platform/X11/X11Overlays.h"
 #include "Platform/X11/X11PopupPlacement.h"
 #include "Platform/X11/X11ScreenRecording.h"
+#include "Platform/X11/X11ServerEnd.h"
 
 #include <QScreen>
 
@@ -89,6 +90,7 @@ qint64 x11ListeningProcess()
 
 void addX11Services(Platform &platform)
 {
+    tellServerEndInOneLine();
     const auto connection = std::make_shared<X11Connection>();
     const auto overlays = std::make_shared<X11Overlays>();
     const auto keyboard = std::make_shared<X11OverlayKeyboard>(connection, overlays);
