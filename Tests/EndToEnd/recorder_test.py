@@ -39,6 +39,8 @@ def start_recording():
         gnome.answer("Allow")
         RecorderTest.has_answered = True
         wait_until("the settings' focus", lambda: desktop.active_window() == int(window))
+        # The program keeps the shell from its shortcuts again once it knows that itself.
+        wait_until("the recorder's focus", lambda: control(TITLE, *RECORDER).is_("focused"))
 
 
 def wait_until_recorded(shown, stored):
