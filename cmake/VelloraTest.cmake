@@ -17,7 +17,6 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwaylan
 #                  [PANEL panel...]      one entry each; default: none
 #                  [LABELS label...]     default: the name of the folder, in lower case
 #                  [ENVIRONMENT NAME=value...]
-#                  [TIMEOUT seconds]     default: VELLORA_TEST_LIMIT
 #                  [WHOLE_STACKS]        tells leaks on Wayland by what made them; recognition then
 #                                        takes six times as long
 #                  [INSTALLED]           needs an installation: $VELLORA_INSTALLED, made before
@@ -30,7 +29,7 @@ set(VELLORA_WAYLAND_DESKTOPS sway kwin_wayland kwin_xwayland gnome gnome_xwaylan
 # --list` names the desktops and panels. A desktop that is not installed is a skipped test for a
 # person, a failed one when CI=true.
 function(vellora_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS;OWN_THREADS;INSTALLED" "NAME;TIMEOUT"
+  cmake_parse_arguments(PARSE_ARGV 0 arg "WHOLE_STACKS;OWN_THREADS;INSTALLED" "NAME"
     "SOURCES;LIBRARIES;COMMAND;DESKTOP;SCREENS;SCALE;PANEL;LABELS;ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "vellora_add_test(${arg_NAME}): what is ${arg_UNPARSED_ARGUMENTS}?")
@@ -58,7 +57,6 @@ function(vellora_add_test)
   get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
   string(TOLOWER "${folder}" label)
   vellora_default(arg_LABELS "${label}")
-  vellora_default(arg_TIMEOUT ${VELLORA_TEST_LIMIT})
 
   vellora_default(arg_DESKTOP "offscreen")
   vellora_default(arg_SCREENS "default")
@@ -109,7 +107,7 @@ function(vellora_add_entry desktop screens scale panel)
   endif()
   set_tests_properties("${name}" PROPERTIES
     LABELS "${arg_LABELS}"
-    TIMEOUT "${arg_TIMEOUT}"
+    TIMEOUT ${VELLORA_TEST_LIMIT}
     SKIP_RETURN_CODE 77
     ENVIRONMENT "\
 ASAN_OPTIONS=${asan};\

@@ -25,8 +25,9 @@ void wakeUp(int)
 
 TerminationSignals::TerminationSignals()
 {
-    // Who writes to a server that has just ended is told so, and says it. Stays so, as the display
-    // is written to until the end.
+    // Writing to a display server that has just ended then fails with an error, which is logged,
+    // where the signal would end the program without a word. Never taken back, because the display
+    // is written to until the very end.
     std::signal(SIGPIPE, SIG_IGN);
     if (pipe2(wakeUpPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;

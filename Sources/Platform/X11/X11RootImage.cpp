@@ -205,7 +205,8 @@ bool X11RootImage::reserve(std::size_t bytes)
     close(file);
     if (memory == MAP_FAILED) {
         if (failure == ENOMEM) {
-            // There is none for the plain answer either: XCB would give up the connection for good.
+            // The plain way would need as much memory, and XCB closes the connection to the server
+            // when it gets none for an answer.
             throw std::bad_alloc();
         }
         release();

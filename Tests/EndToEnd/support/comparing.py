@@ -10,7 +10,7 @@ import support
 from . import desktop
 from .artifacts import keep
 from .desktop import Box, screenshot
-from .waiting import PATIENCE, TimedOut, holds_for, wait_until
+from .waiting import TimedOut, holds_for, wait_until
 
 # By how much a colour below the overlay may be another than the one that is worked out here.
 _ROUNDING = 2
@@ -51,12 +51,12 @@ def wait_until_dimmed(before, what="the dim on every screen"):
         raise TimedOut(f"{problem}; {looks.told(dimmed(before), _ROUNDING)}") from problem
 
 
-def wait_until_unchanged(what, before, seconds=PATIENCE):
+def wait_until_unchanged(what, before):
     """Until the screens show what they did before. A failure says where they do not, and keeps both
     pictures."""
     looks = _Looks(before, is_unchanged)
     try:
-        wait_until(what, looks.are_right, seconds)
+        wait_until(what, looks.are_right)
     except TimedOut as problem:
         raise TimedOut(f"{problem}; {looks.told(before)}") from problem
 
