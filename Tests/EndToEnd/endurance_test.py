@@ -17,9 +17,10 @@ QUIET = {"outputMode": "clipboard", "showNotification": "false"}
 class EnduranceTest(unittest.TestCase):
     def test_a_hundred_captures(self):
         with Page(TEXT) as page, Program(QUIET) as program:
+            before = None
             for _ in range(100):
                 Clipboard.put("before")
-                before = program.capture(page.box)
+                before = program.capture(page.box, before)
                 wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
                 wait_until_unchanged("the overlay's end", before)
 

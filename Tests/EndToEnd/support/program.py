@@ -179,10 +179,12 @@ class Program:
         else:
             self.click()
 
-    def start_capture(self):
-        """A left click on the status item; returns what the screens showed before."""
+    def start_capture(self, before=None):
+        """A left click on the status item; returns what the screens showed before. They show that
+        already when it is given."""
         self.status_item()
-        before = settled_screenshot(0.2)
+        if before is None:
+            before = settled_screenshot(0.2)
         self.ask_for_capture()
         try:
             wait_until_dimmed(before)
@@ -192,9 +194,9 @@ class Program:
         Pointer.rest()
         return before
 
-    def capture(self, box):
-        """A whole capture of this part of the screen; returns what the screens showed before."""
-        before = self.start_capture()
+    def capture(self, box, before=None):
+        """A whole capture of this part of the screen; `before` is as in `start_capture`."""
+        before = self.start_capture(before)
         Pointer.drag((box.x, box.y), (box.right, box.bottom))
         return before
 
