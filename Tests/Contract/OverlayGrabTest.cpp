@@ -161,7 +161,7 @@ void OverlayGrabTest::overlayIsSeen()
 
 void OverlayGrabTest::quickGrabs()
 {
-    constexpr int cycles = 50;
+    constexpr int cycles = 30;
     std::vector<qint64> microseconds;
     for (int cycle = 0; cycle < cycles; ++cycle) {
         TestOverlay overlay(m_platform);
