@@ -10,6 +10,7 @@
 #include "NoiseFilter.h"
 #include "OutlinedText.h"
 #include "ReadingOrder.h"
+#include "Skew.h"
 #include "TextRepair.h"
 #include "VerticalText.h"
 
@@ -198,14 +199,10 @@ std::vector<PageLine> inOrder(const std::vector<LineTask> &tasks,
     return result;
 }
 
-} // namespace
-
-std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
-                               EngineCache &engines, Workers &workers)
+/// Reads a page whose lines lie level.
+std::vector<PageLine> readLevel(const GreyImage &page, const Languages &languages,
+                                EngineCache &engines, Workers &workers)
 {
-    if (languages.isEmpty() || isNoise(page)) {
-        return {};
-    }
     std::vector<Mark> marks = findMarks(page);
     dropGrain(marks, page);
     if (marks.empty()) {
@@ -243,6 +240,26 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
     }
     fillDoubtfulRows(blocks, tasks);
     return inOrder(tasks, blocks);
+}
+
+} // namespace
+
+std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages,
+                               EngineCache &engines, Workers &workers)
+{
+    if (languages.isEmpty() || isNoise(page)) {
+        return {};
+    }
+    const double slope = slopeOf(page);
+    if (slope == 0) {
+        return readLevel(page, languages, engines, workers);
+    }
+    const Levelling levelling(page.width, page.height, slope);
+    std::vector<PageLine> lines = readLevel(levelling.apply(page), languages, engines, workers);
+    for (PageLine &line : lines) {
+        line.box = levelling.onPage(line.box);
+    }
+    return lines;
 }
 
 } // namespace recognition

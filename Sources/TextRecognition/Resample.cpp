@@ -22,18 +22,6 @@ struct Taps
     const float *at(int i) const { return weights.data() + std::ptrdiff_t(i) * most; }
 };
 
-float catmullRom(float x)
-{
-    x = std::fabs(x);
-    if (x < 1) {
-        return (1.5F * x - 2.5F) * x * x + 1;
-    }
-    if (x < 2) {
-        return ((-0.5F * x + 2.5F) * x - 4) * x + 2;
-    }
-    return 0;
-}
-
 Taps taps(int from, int to)
 {
     const float step = float(from) / float(to);
@@ -66,6 +54,18 @@ Taps taps(int from, int to)
 }
 
 } // namespace
+
+float catmullRom(float distance)
+{
+    const float x = std::fabs(distance);
+    if (x < 1) {
+        return (1.5F * x - 2.5F) * x * x + 1;
+    }
+    if (x < 2) {
+        return ((-0.5F * x + 2.5F) * x - 4) * x + 2;
+    }
+    return 0;
+}
 
 GreyImage resampled(const GreyImage &image, int width, int height)
 {
