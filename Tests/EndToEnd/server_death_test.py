@@ -85,30 +85,43 @@ class ServerDeathTest(unittest.TestCase):
             wait_until("the window", lambda: server.windows() > before)
         return bring
 
-    def capture(self, text, pixel_size):
-        """Of a page with the text, which goes with the server."""
+    @staticmethod
+    def looks_like(grey, inset=1):
+        """Whether the page's corners do, so many pixels inside of it."""
+        corners = PAGE.of(screenshot())
+        return all((abs(corners[at, at] - grey) <= 2).all() for at in (inset, -1 - inset))
+
+    def dim(self, text, pixel_size):
+        """Above a page with the text, which goes with the server."""
         page = subprocess.Popen(
             [os.environ["VELLORA_TEXT_PAGE"], "--pixel-size", str(pixel_size),
              "--place", ",".join(str(side) for side in PAGE), text],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(page.wait)
         self.addCleanup(page.kill)
-
-        def looks_like(grey):
-            corners = PAGE.of(screenshot())
-            return all((abs(corners[at, at] - grey) <= 2).all() for at in (1, -2))
-
-        wait_until("the page", lambda: looks_like(255))
+        wait_until("the page", lambda: self.looks_like(255))
         activate_action("capture")
-        wait_until("the dim", lambda: looks_like(dimmed(255)))
+        wait_until("the dim", lambda: self.looks_like(dimmed(255)))
+
+    def capture(self, text, pixel_size):
+        self.dim(text, pixel_size)
         Pointer.drag((PAGE.x, PAGE.y), (PAGE.right, PAGE.bottom))
-        wait_until("the overlay's end", lambda: looks_like(255))
+        wait_until("the overlay's end", lambda: self.looks_like(255))
 
     def test_idle(self):
         self.assert_ends_in_order(lambda _server, _program: None)
 
     def test_dimmed(self):
         self.assert_ends_in_order(self.bring_window("capture"))
+
+    def test_dragging(self):
+        def drag(_server, _program):
+            self.dim(TEXT, 36)
+            Pointer.drag((PAGE.x, PAGE.y), (PAGE.right, PAGE.bottom), release=False)
+            # It is clear within its border.
+            wait_until("the selection", lambda: self.looks_like(255, inset=9))
+
+        self.assert_ends_in_order(drag)
 
     def test_settings(self):
         self.assert_ends_in_order(self.bring_window("settings"))
