@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "StillWidget.h"
+
 #include <QPixmap>
-#include <QWidget>
 
 #include <functional>
 
 class SelectorView;
 
 /// The borderless panel that dims one whole screen.
-class OverlayPanel : public QWidget
+class OverlayPanel : public StillWidget
 {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ constexpr QColor outlineColor(0, 122, 255, 242);
 } // namespace
 
 SelectorView::SelectorView(QWidget *parent)
-    : QWidget(parent)
+    : StillWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);

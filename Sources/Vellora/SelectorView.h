@@ -2,9 +2,9 @@
 #pragma once
 
 #include "Platform/CocoaGeometry.h"
+#include "StillWidget.h"
 
 #include <QPixmap>
-#include <QWidget>
 
 #include <functional>
 #include <optional>
@@ -14,7 +14,7 @@
 /// reports the outcome.
 ///
 /// View coordinates are points with the origin at the view's bottom-left corner, y upwards.
-class SelectorView : public QWidget
+class SelectorView : public StillWidget
 {
     Q_OBJECT
 
