@@ -6,6 +6,7 @@ import os
 import re
 import shutil
 import subprocess
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -23,8 +24,9 @@ def read(name):
     return (PACKAGING / name).read_text()
 
 
-def dependencies(distribution, group):
+def dependencies(distribution, group, environment=None):
     return set(subprocess.run([str(SOURCE / "Scripts/dependencies"), "--for", distribution, group],
+                              env={**os.environ, **(environment or {})},
                               capture_output=True, text=True, check=True).stdout.split())
 
 
@@ -61,6 +63,17 @@ class DependenciesTest(unittest.TestCase):
         models = {name for name in dependencies("debian", "run") if name.startswith("tesseract-")}
         self.assertEqual(field("Depends") & models, models - SUGGESTED)
         self.assertEqual(field("Suggests") & models, SUGGESTED)
+
+    def test_a_package_that_is_only_named_is_not_asked_for(self):
+        # apt knows the name from what another package depends on, shows nothing and succeeds.
+        with tempfile.TemporaryDirectory() as folder:
+            apt_cache = Path(folder) / "apt-cache"
+            for shown, asked_for in (("", False), ("echo Package: qt6-svg-plugins", True)):
+                apt_cache.write_text(f"#!/bin/sh\n{shown}\n")
+                apt_cache.chmod(0o755)
+                path = {"PATH": f"{folder}:{os.environ['PATH']}"}
+                names = dependencies("debian", "run", path)
+                self.assertEqual("qt6-svg-plugins" in names, asked_for)
 
     def test_models_elsewhere(self):
         for distribution, file, unneeded in (
