@@ -5,6 +5,7 @@ front for the shell to ask at all."""
 
 import os
 import re
+import time
 import unittest
 from pathlib import Path
 
@@ -29,6 +30,9 @@ WINDOW = "Vellora"
 DENIED = ("Vellora: Screen Recording permission not granted: It was denied; this changes it: "
           "Settings, Applications, Vellora, Screenshots.")
 REFUSED = "Only the focused app"
+# Seconds that the user takes to allow it, at least. The portal's patience is waited for in any case;
+# a longer one is for trying by hand.
+ALLOWED_AFTER = float(os.environ.get("VELLORA_ALLOW_AFTER", "0"))
 UNANSWERED = ("Vellora: Screen Recording permission not granted: The desktop’s portal was asked, "
               "and gave no picture.")
 
@@ -147,7 +151,10 @@ class GnomePermissionTest(unittest.TestCase):
         before = settled_screenshot()
         activate_action("capture")
         wait_until("the question", lambda: dialog_button("Allow"))
+        asked = time.monotonic()
         wait_until("the portal's patience to end", lambda: portal_failures("Timeout"), 60)
+        wait_until("the user", lambda: time.monotonic() - asked >= ALLOWED_AFTER, ALLOWED_AFTER)
+        print(f"allowed after {time.monotonic() - asked:.1f} s")
         answer("Allow")
         # That has led to nothing: it is asked once more, by itself.
         wait_until("the question", lambda: dialog_button("Allow"))
