@@ -48,6 +48,8 @@ def main():
         activate_action("settings")
         wait_until("the new version",
                    lambda: accessibility.has_control(SETTINGS, LABEL, f"v{new}"))
+        # In the panel again, with nothing above it.
+        program.find_status_item_again()
         keep("4-updated")
         subprocess.run(["apt-get", "-q", "remove", "-y", "vellora"], check=True)
         program.wait_for_end()

@@ -15,7 +15,8 @@ public:
     virtual std::optional<QString> registerItem() = 0;
     virtual std::optional<QString> unregisterItem() = 0;
 
-    /// Whether the session has started this process by itself, at login or to restore what ran at
-    /// the last logout, and not the user.
+    /// Whether the session has started this process by itself and not the user: at login, to
+    /// restore what ran at the last logout, or for a call on its bus, which says itself what is
+    /// wanted.
     virtual bool launchedProgram() const = 0;
 };

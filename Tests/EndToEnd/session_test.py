@@ -46,7 +46,9 @@ class SessionTest(unittest.TestCase):
         with Program({}) as program:
             program.status_item()
             before = settled_screenshot()
+            # At login, by the bus while another start takes its name, and to restore the session.
             for command in (["/usr/bin/env", "VELLORA_AUTOSTARTED=1", binary()],
+                            ["/usr/bin/env", "VELLORA_ACTIVATED=1", binary()],
                             [binary(), "-session", "10d8f3_1700000000"]):
                 second = subprocess.run(command, capture_output=True, text=True, timeout=60,
                                         check=False)

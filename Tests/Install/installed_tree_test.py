@@ -20,6 +20,8 @@ ID = "org.vellora.Vellora"
 ENTRY = f"share/applications/{ID}.desktop"
 BUS_SERVICE = f"share/dbus-1/services/{ID}.service"
 UNIT = f"share/systemd/user/app-{ID}.service"
+# What tells the program that a call on the bus has started it.
+ACTIVATED = "VELLORA_ACTIVATED=1"
 METAINFO = f"share/metainfo/{ID}.metainfo.xml"
 
 
@@ -118,6 +120,8 @@ class ValidTest(unittest.TestCase):
         self.assertEqual(service["SystemdService"], f"app-{ID}.service")
         unit = keys(INSTALLED / UNIT)
         self.assertEqual(unit["Service"]["BusName"], ID)
+        # A second start that nobody asked for begins no capture.
+        self.assertEqual(unit["Service"]["Environment"], ACTIVATED)
 
     @needs("systemd-analyze")
     def test_unit(self):
@@ -159,7 +163,8 @@ class PrefixTest(unittest.TestCase):
 
     def assert_entries_name(self, tree, command):
         self.assertEqual(keys(tree / ENTRY)["Desktop Entry"]["Exec"], command)
-        self.assertEqual(keys(tree / BUS_SERVICE)["D-BUS Service"]["Exec"], command)
+        self.assertEqual(keys(tree / BUS_SERVICE)["D-BUS Service"]["Exec"],
+                         f"/usr/bin/env {ACTIVATED} {command}")
         self.assertEqual(keys(tree / UNIT)["Service"]["ExecStart"], command)
 
     def test_any_prefix(self):

@@ -7,6 +7,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 const char *const autostartedVariable = "VELLORA_AUTOSTARTED";
+/// Set by the entries that the bus and systemd have of the program.
+const char *const activatedVariable = "VELLORA_ACTIVATED";
 } // namespace
 
 QStringList commandAtLogin(const QString &program)
@@ -18,5 +20,6 @@ bool isLaunchedBySession()
 {
     const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     return qEnvironmentVariableIsSet(autostartedVariable) ||
+           qEnvironmentVariableIsSet(activatedVariable) ||
            (application && application->isSessionRestored());
 }

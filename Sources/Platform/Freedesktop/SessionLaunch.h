@@ -7,6 +7,6 @@
 /// program that it autostarts it.
 QStringList commandAtLogin(const QString &program);
 
-/// Whether such a command, or a session that restores what ran at the last logout, started this
-/// process.
+/// Whether such a command, a session that restores what ran at the last logout, or a call to the
+/// program on the session bus started this process.
 bool isLaunchedBySession();
