@@ -8,6 +8,7 @@
 #include "Platform/KDE/GlobalAccelKey.h"
 #include "Platform/KDE/GlobalAccelKeyTap.h"
 #include "Platform/KDE/KWinScreenShot.h"
+#include "Platform/KDE/KWinWindowFrame.h"
 #include "Platform/KDE/PlasmaStruts.h"
 #include "Platform/Platform.h"
 #include "Platform/Portal/AwaitedPictures.h"
@@ -148,7 +149,11 @@ std::unique_ptr<PopupPlacement> makePopupPlacement(const Screens &screens)
     if (SwayKeyTap::isUsable()) {
         return std::make_unique<SwayPopupPlacement>(screens);
     }
-    auto plasma = std::make_unique<PlasmaPopupPlacement>(screens, &availablePlasmaScreenRect);
+    auto plasma = std::make_unique<PlasmaPopupPlacement>(
+        screens, &availablePlasmaScreenRect,
+        [windowFrame = KWinWindowFrame()](const QString &title) mutable {
+            return windowFrame.ofTitle(title);
+        });
     if (plasma->isUsable()) {
         return plasma;
     }

@@ -94,6 +94,20 @@ class KWinTest(ShortcutTests, ClipboardTests, unittest.TestCase):
             minimise(popup)
             wait_until("the result window's end", lambda: not is_there(popup))
 
+    # The window of updates
+
+    def test_update_window_stands_in_the_middle(self):
+        """Where KWin puts windows that choose no place."""
+        screen = desktop.SCREENS[0]
+        middle = screen.width // 2, (screen.height - points(28)) // 2
+        with Program({}):
+            wait_until_launched()
+            activate_action("check-for-updates")
+            window, = wait_until("the window", lambda: desktop.windows_titled("Vellora Update"))
+            wait_until(f"the window at {middle}", lambda: all(
+                abs(is_at - should) <= points(1)
+                for is_at, should in zip(desktop.frame_box(window).middle, middle)))
+
 
 if __name__ == "__main__":
     main()

@@ -6,7 +6,7 @@ import unittest
 
 from support import desktop, main
 from support.artifacts import keep
-from support.desktop import points
+from support.desktop import Pointer, points
 from support.page import Page
 from support.program import Program, activate_action, settings_file, wait_until_launched
 from support.waiting import wait_until
@@ -15,6 +15,8 @@ if desktop.NAME == "sway":
     from support.sway import command
 elif desktop.NAME == "gnome":
     from support.gnome import resize
+else:
+    from support.kwin import close, resize
 
 TITLE = "Vellora Settings"
 FRAME = r"settingsWindowFrame=(.*)"
@@ -45,6 +47,17 @@ def wait_until_placed(window):
 def close_settings():
     command(f'[title="^{TITLE}$"] kill')
     wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE))
+
+
+def drag_title_bar(window, right, down):
+    """Moves the window by so many points; returns its frame from then on."""
+    before = desktop.frame_box(window)
+    start = before.x + points(100), before.y + points(12)
+    Pointer.drag(start, (start[0] + points(right), start[1] + points(down)))
+    Pointer.rest()
+    moved = before._replace(x=before.x + points(right), y=before.y + points(down))
+    wait_until(f"the settings at {moved}", lambda: desktop.frame_box(window) == moved)
+    return moved
 
 
 def stored_frame():
@@ -95,6 +108,28 @@ class SettingsWindowTest(unittest.TestCase):
             close_settings()
             again = open_settings()
             wait_until("the place of before", lambda: desktop.frame_box(again) == moved)
+            program.quit()
+        with Program(None):
+            wait_until_launched()
+            again = open_settings()
+            wait_until("the place of before", lambda: desktop.frame_box(again) == moved)
+
+    @unittest.skipUnless(desktop.NAME == "kwin_wayland", "KWin tells places to programs with an entry")
+    def test_place_that_the_title_bar_was_dragged_to_is_remembered(self):
+        with Program({}) as program:
+            wait_until_launched()
+            window = open_settings()
+            wait_until_placed(window)
+            resize(window, points(430), points(500))
+            wait_until("the new size", lambda: desktop.frame_box(window)[2:] ==
+                       (points(430), points(500)))
+            moved = drag_title_bar(window, -97, -46)
+            close(window)
+            wait_until("the settings' end", lambda: not desktop.windows_titled(TITLE))
+            again = open_settings()
+            wait_until("the place of before", lambda: desktop.frame_box(again) == moved)
+            # The program ends while they are open.
+            moved = drag_title_bar(again, 61, 38)
             program.quit()
         with Program(None):
             wait_until_launched()

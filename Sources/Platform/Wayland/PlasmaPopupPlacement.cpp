@@ -4,14 +4,16 @@
 #include "Platform/ScreenImage.h"
 #include "Platform/Wayland/PanelProbe.h"
 #include "Platform/Wayland/QtWayland.h"
+#include "Platform/Wayland/WaylandConnection.h"
 
+#include <QPoint>
+#include <QPointer>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
 #include <utility>
-#include <wayland-client.h>
 #include <wayland-plasma-shell.h>
 
 namespace {
@@ -21,9 +23,19 @@ constexpr quint32 wantedVersion = 5;
 constexpr int titleBarHeight = 40;
 } // namespace
 
-PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens, AvailableRect availableRect)
+struct PlasmaPopupPlacement::Placed
+{
+    QPointer<QWidget> window;
+    bool isFloating = false;
+    QPoint topLeft;
+    WaylandPointer<org_kde_plasma_surface, org_kde_plasma_surface_destroy> surface;
+};
+
+PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens, AvailableRect availableRect,
+                                           FrameOfTitle frameOfTitle)
     : m_screens(screens)
     , m_availableRect(std::move(availableRect))
+    , m_frameOfTitle(std::move(frameOfTitle))
 {
     if (wl_display *display = qtWaylandDisplay()) {
         m_queue = wl_display_create_queue(display);
@@ -34,7 +46,7 @@ PlasmaPopupPlacement::PlasmaPopupPlacement(const Screens &screens, AvailableRect
 
 PlasmaPopupPlacement::~PlasmaPopupPlacement()
 {
-    dropSurface();
+    m_placed.clear();
     if (m_shell) {
         org_kde_plasma_shell_destroy(m_shell);
     }
@@ -43,19 +55,29 @@ PlasmaPopupPlacement::~PlasmaPopupPlacement()
     }
 }
 
-void PlasmaPopupPlacement::dropSurface()
+PlasmaPopupPlacement::Placed &PlasmaPopupPlacement::placed(QWidget &window)
 {
-    if (m_surface) {
-        org_kde_plasma_surface_destroy(m_surface);
-        m_surface = nullptr;
+    std::erase_if(m_placed, [](const Placed &each) { return !each.window; });
+    const auto known = std::ranges::find_if(
+        m_placed, [&](const Placed &each) { return each.window.data() == &window; });
+    if (known != m_placed.end()) {
+        return *known;
     }
+    m_placed.push_back({&window, false, {}, {}});
+    return m_placed.back();
+}
+
+const PlasmaPopupPlacement::Placed *PlasmaPopupPlacement::find(const QWidget &window) const
+{
+    const auto known = std::ranges::find_if(
+        m_placed, [&](const Placed &each) { return each.window.data() == &window; });
+    return known == m_placed.end() ? nullptr : &*known;
 }
 
 void PlasmaPopupPlacement::makeFloating(QWidget &window)
 {
     window.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-    dropSurface();
-    m_floating = &window;
+    placed(window).isFloating = true;
 }
 
 CocoaRect PlasmaPopupPlacement::visibleFrame(const Screen &screen) const
@@ -80,15 +102,23 @@ CocoaSize PlasmaPopupPlacement::frameSize(const QWidget &window) const
 
 CocoaRect PlasmaPopupPlacement::frame(const QWidget &window) const
 {
+    const Placed *known = find(window);
+    const auto told = known && !known->isFloating && window.isVisible()
+                          ? m_frameOfTitle(window.windowTitle())
+                          : std::nullopt;
+    const QPoint topLeft = told ? told->topLeft() : known ? known->topLeft : QPoint();
+    // The compositor's own size is the one of before while the window is being resized.
     const CocoaSize size = frameSize(window);
-    return m_screens.fromQt(QRectF(m_topLeft, QSizeF(size.width, size.height)));
+    return m_screens.fromQt(QRectF(topLeft, QSizeF(size.width, size.height)));
 }
 
 void PlasmaPopupPlacement::setFrameOrigin(QWidget &window, CocoaPoint origin)
 {
-    m_topLeft = m_screens.toQt({origin.x, origin.y + frameSize(window).height}).toPoint();
-    if (m_surface) {
-        org_kde_plasma_surface_set_position(m_surface, m_topLeft.x(), m_topLeft.y());
+    Placed &known = placed(window);
+    known.topLeft = m_screens.toQt({origin.x, origin.y + frameSize(window).height}).toPoint();
+    if (known.surface) {
+        org_kde_plasma_surface_set_position(known.surface.get(), known.topLeft.x(),
+                                            known.topLeft.y());
     }
 }
 
@@ -98,21 +128,26 @@ void PlasmaPopupPlacement::makeKeyAndOrderFront(QWidget &window)
         m_activation.activate(window);
         return;
     }
-    dropSurface();
     window.winId();
     wl_surface *surface = qtWaylandSurface(*window.windowHandle());
-    if (m_shell && surface) {
-        m_surface = org_kde_plasma_shell_get_surface(m_shell, surface);
-        org_kde_plasma_surface_set_position(m_surface, m_topLeft.x(), m_topLeft.y());
-        const bool isFloating = m_floating == &window;
-        const quint32 version = org_kde_plasma_shell_get_version(m_shell);
-        if (isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_TASKBAR_SINCE_VERSION) {
-            org_kde_plasma_surface_set_skip_taskbar(m_surface, 1);
-        }
-        if (isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_SWITCHER_SINCE_VERSION) {
-            org_kde_plasma_surface_set_skip_switcher(m_surface, 1);
-        }
+    if (m_shell && surface && find(window)) {
+        giveSurface(placed(window), *surface);
     }
     // The compositor gives a new window the keyboard.
     window.show();
+}
+
+void PlasmaPopupPlacement::giveSurface(Placed &placed, wl_surface &surface)
+{
+    placed.surface.reset();
+    placed.surface.reset(org_kde_plasma_shell_get_surface(m_shell, &surface));
+    org_kde_plasma_surface *given = placed.surface.get();
+    org_kde_plasma_surface_set_position(given, placed.topLeft.x(), placed.topLeft.y());
+    const quint32 version = org_kde_plasma_shell_get_version(m_shell);
+    if (placed.isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_TASKBAR_SINCE_VERSION) {
+        org_kde_plasma_surface_set_skip_taskbar(given, 1);
+    }
+    if (placed.isFloating && version >= ORG_KDE_PLASMA_SURFACE_SET_SKIP_SWITCHER_SINCE_VERSION) {
+        org_kde_plasma_surface_set_skip_switcher(given, 1);
+    }
 }

@@ -5,30 +5,31 @@
 #include "Platform/Screens.h"
 #include "Platform/Wayland/WindowActivation.h"
 
-#include <QPoint>
-#include <QPointer>
 #include <QRect>
 #include <QString>
-#include <QWidget>
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 struct org_kde_plasma_shell;
-struct org_kde_plasma_surface;
 struct wl_event_queue;
+struct wl_surface;
 
 /// Popups at an exact place by org_kde_plasma_shell, with the desktop's own title bar; a floating
-/// one has no entry in the task bar. The compositor tells nobody how high that title bar is, nor
-/// where the user moves the window.
+/// one has no entry in the task bar. Where the user moves one that does not float is asked for.
 class PlasmaPopupPlacement : public PopupPlacement
 {
 public:
     /// What the shell's own panels leave of the screen of a name, in Qt's global coordinates.
     using AvailableRect = std::function<std::optional<QRect>(const QString &screenName)>;
+    /// The frame of the window of ours with this title, in Qt's global coordinates; absent where
+    /// it is not told.
+    using FrameOfTitle = std::function<std::optional<QRect>(const QString &title)>;
 
     /// `screens` outlives the object.
-    PlasmaPopupPlacement(const Screens &screens, AvailableRect availableRect);
+    PlasmaPopupPlacement(const Screens &screens, AvailableRect availableRect,
+                         FrameOfTitle frameOfTitle);
     ~PlasmaPopupPlacement() override;
 
     /// Whether the compositor offers what is needed.
@@ -41,21 +42,25 @@ public:
     /// With a title bar as high as one usually is, or a little higher: a window that is held on
     /// the screen by this has its lower edge on it.
     CocoaSize frameSize(const QWidget &window) const override;
-    /// Where it was put last.
+    /// Where the compositor tells that it is, or where it was put last. May wait for that.
     CocoaRect frame(const QWidget &window) const override;
     void setFrameOrigin(QWidget &window, CocoaPoint origin) override;
     void makeKeyAndOrderFront(QWidget &window) override;
 
 private:
-    void dropSurface();
+    struct Placed;
+
+    /// Made if there is none yet.
+    Placed &placed(QWidget &window);
+    /// Null for a window that was never placed.
+    const Placed *find(const QWidget &window) const;
+    void giveSurface(Placed &placed, wl_surface &surface);
 
     const Screens &m_screens;
     AvailableRect m_availableRect;
+    FrameOfTitle m_frameOfTitle;
     wl_event_queue *m_queue = nullptr;
     org_kde_plasma_shell *m_shell = nullptr;
-    /// Of the window shown last.
-    org_kde_plasma_surface *m_surface = nullptr;
-    QPoint m_topLeft;
-    QPointer<QWidget> m_floating;
+    std::vector<Placed> m_placed;
     WindowActivation m_activation;
 };

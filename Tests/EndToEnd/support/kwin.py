@@ -173,6 +173,21 @@ def minimise(window):
     run(f"{_find(window)}.minimized = true; answer(true);")
 
 
+def close(window):
+    """As its title bar's button does."""
+    run(f"{_find(window)}.closeWindow(); answer(true);")
+
+
+def resize(window, width, height):
+    """To a frame of that many pixels, at the place that it has."""
+    run(f"""
+        const window = {_find(window)};
+        const r = window.frameGeometry;
+        window.frameGeometry = {{x: r.x, y: r.y, width: {round(width / SCALE)},
+                                 height: {round(height / SCALE)}}};
+        answer(true);""")
+
+
 def _find(window):
     return f"""windows().find(c => c.internalId.toString() === "{{{uuid.UUID(int=window)}}}")"""
 
