@@ -18,8 +18,10 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QMenu>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +196,7 @@ private Q_SLOTS:
     void propertiesAreComplete();
     void changesAreAnnounced();
     void clicksReachTheAction();
+    void hostIsAnsweredBeforeTheAction();
     void activationTokensAreKept();
     void watcherThatStartsLaterGetsTheItem();
     void busyWatcherGetsTheItem();
@@ -341,6 +344,33 @@ void StatusNotifierTest::clicksReachTheAction()
                  .type(),
              QDBusMessage::ReplyMessage);
     QCOMPARE(m_clicks.size(), 2);
+}
+
+void StatusNotifierTest::hostIsAnsweredBeforeTheAction()
+{
+    const Watcher watcher;
+    makeItem();
+    QTRY_COMPARE(watcher.items().size(), 1);
+    // What a click begins may block for long, such as a question for the permission.
+    QSemaphore answered;
+    std::optional<bool> wasAnswered;
+    m_button->setAction(
+        [&](const StatusItemEvent &) { wasAnswered = answered.tryAcquire(1, testPatience); });
+    const std::unique_ptr<QThread> host(QThread::create([&, item = watcher.items().first()] {
+        const QString name = u"waiting host"_s;
+        QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        QDBusMessage click = QDBusMessage::createMethodCall(item, u"/StatusNotifierItem"_s,
+                                                            itemInterface, u"Activate"_s);
+        click.setArguments({5, 6});
+        if (bus.call(click).type() == QDBusMessage::ReplyMessage) {
+            answered.release();
+        }
+        QDBusConnection::disconnectFromBus(name);
+    }));
+    host->start();
+    QTRY_VERIFY(wasAnswered);
+    QVERIFY(*wasAnswered);
+    QVERIFY(host->wait());
 }
 
 void StatusNotifierTest::activationTokensAreKept()

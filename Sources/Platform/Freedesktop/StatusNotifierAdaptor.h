@@ -43,7 +43,8 @@ class StatusNotifierAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
 public:
-    /// `clicked` is called before the host has its answer. A signal would go out on the bus.
+    /// `clicked` is called before the host has its answer, so it only notes the click: hosts open
+    /// the menu where the answer is late. A signal would go out on the bus.
     StatusNotifierAdaptor(QObject *parent, std::function<void(StatusItemEvent::Type)> clicked);
 
     /// Tells the hosts what of it is new.
