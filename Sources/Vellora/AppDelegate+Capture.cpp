@@ -65,19 +65,18 @@ void AppDelegate::startCapture()
             self->memoryDidEnd();
         }
     };
-    ++capturesUnderWay;
     try {
-        selector->show([self = QPointer(this)](const std::optional<CocoaRect> &rect) {
-            if (!self) {
-                return;
-            }
-            try {
-                self->selectionDidFinish(rect);
-            } catch (const std::bad_alloc &) {
-                --self->capturesUnderWay;
-                self->memoryDidEnd();
-            }
-        });
+        selector->show(
+            [self = QPointer(this), hold = captureHold](const std::optional<CocoaRect> &rect) {
+                if (!self) {
+                    return;
+                }
+                try {
+                    self->selectionDidFinish(rect, hold);
+                } catch (const std::bad_alloc &) {
+                    self->memoryDidEnd();
+                }
+            });
     } catch (const std::bad_alloc &) {
         // What is on the screens by then goes; the event's end tells of it.
         selector->finish(std::nullopt);
@@ -85,11 +84,10 @@ void AppDelegate::startCapture()
     }
 }
 
-void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
+void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect, const CaptureHold &hold)
 {
     const QImage image = rect ? ScreenCapture::capture(*rect) : QImage();
     if (image.isNull()) {
-        --capturesUnderWay;
         return;
     }
     if (Settings::shared().shutterSound()) {
@@ -101,7 +99,7 @@ void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
     recognition = std::stop_source();
     OCRService::recognize(
         image,
-        [self = QPointer(this), rect = *rect](const RecognitionOutcome &outcome) {
+        [self = QPointer(this), rect = *rect, hold](const RecognitionOutcome &outcome) {
             if (self) {
                 self->recognitionDidFinish(outcome, rect);
             }
@@ -112,7 +110,6 @@ void AppDelegate::selectionDidFinish(const std::optional<CocoaRect> &rect)
 void AppDelegate::recognitionDidFinish(const RecognitionOutcome &outcome,
                                        const CocoaRect &captureRect)
 {
-    --capturesUnderWay;
     if (const auto *text = std::get_if<QString>(&outcome)) {
         deliverResult(*text, captureRect);
     } else {

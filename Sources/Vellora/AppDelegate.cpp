@@ -231,7 +231,7 @@ bool AppDelegate::isIdle() const
     const bool isSeen = std::ranges::any_of(windows, [](const QWindow *window) {
         return window->isVisible() && window->type() != Qt::ToolTip;
     });
-    return !isSeen && capturesUnderWay == 0;
+    return !isSeen && captureHold.use_count() == 1;
 }
 
 void AppDelegate::openSettings()

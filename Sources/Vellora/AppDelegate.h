@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <variant>
 
 /// Wires the program together at launch and conducts every capture. Main thread only.
 class AppDelegate : public QObject
@@ -62,7 +63,9 @@ private:
     void showContextMenu(const StatusItemEvent &event);
     void captureFromMenu();
 
-    void selectionDidFinish(const std::optional<CocoaRect> &rect);
+    using CaptureHold = std::shared_ptr<const std::monostate>;
+
+    void selectionDidFinish(const std::optional<CocoaRect> &rect, const CaptureHold &hold);
     void recognitionDidFinish(const RecognitionOutcome &outcome, const CocoaRect &captureRect);
     void deliverResult(const QString &text, const CocoaRect &captureRect);
     void textWasCopied(bool isCopied);
@@ -95,6 +98,7 @@ private:
     UpdaterController updaterController;
     std::shared_ptr<RepeatingTimer> permissionCheckTimer;
     bool permissionRefusalShown = false;
-    /// Captures between the dim and the delivered text.
-    int capturesUnderWay = 0;
+    /// Held by each capture from the dim until its text is delivered, so that one that is given up
+    /// on the way, by whatever it meets, is under way no longer.
+    const CaptureHold captureHold = std::make_shared<const std::monostate>();
 };

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <chrono>
+#include <new>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -113,11 +114,16 @@ void ScreenRegionSelector::finish(const std::optional<CocoaRect> &rect)
     }
     panels.clear();
     // Before the completion, which may meet the end of memory.
-    Platform::current().mainQueue->asyncAfter(100ms, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) {
-            self->retainSelf.reset();
-        }
-    });
+    try {
+        Platform::current().mainQueue->asyncAfter(100ms, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->retainSelf.reset();
+            }
+        });
+    } catch (const std::bad_alloc &) {
+        // At once, then. Who called holds it meanwhile.
+        retainSelf.reset();
+    }
     if (callback) {
         callback(rect);
     }

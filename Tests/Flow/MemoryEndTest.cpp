@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Application.h"
 #include "CaptureFixture.h"
+#include "Settings.h"
 
 #include <QTest>
 #include <QThread>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void endsTheSelectionThatCannotBePainted();
     void takesDownWhatItCouldNotShowWhole();
     void givesUpAPictureWithoutMemory();
+    void finishesASelectionWithoutMemory();
     void saysThatMemoryHasEnded();
     void whatMeetsTheEndOfMemoryIsGivenUp();
 };
@@ -73,6 +75,20 @@ void MemoryEndTest::givesUpAPictureWithoutMemory()
     m_platform->mainQueue.advance(3s);
     capture();
     QVERIFY(m_platform->pasteboard.text);
+}
+
+void MemoryEndTest::finishesASelectionWithoutMemory()
+{
+    Settings::shared().setOutputMode(OutputMode::clipboardOnly);
+    button().leftClick();
+    m_platform->mainQueue.hasMemory = false;
+    select();
+    QVERIFY(m_platform->overlaySurface.shown.isEmpty());
+    m_platform->mainQueue.hasMemory = true;
+    settle();
+    // The picture was taken all the same.
+    QVERIFY(m_platform->pasteboard.text);
+    QVERIFY(m_delegate->isIdle());
 }
 
 void MemoryEndTest::saysThatMemoryHasEnded()

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void waitsWhileThereIsNoProgram();
     void waitsForTheEndOfASelection();
     void waitsForARecognition();
+    void doesNotWaitForAStoppedRecognition();
     void waitsForAResultToBeClosed();
     void waitsForTheSettingsToBeClosed();
     void waitsForAnyOtherWindow();
@@ -132,6 +133,17 @@ void UpdateRestartTest::waitsForARecognition()
     QTRY_VERIFY(m_delegate->isIdle());
     m_platform->mainQueue.advance(3s);
     QVERIFY(isRestarting());
+}
+
+void UpdateRestartTest::doesNotWaitForAStoppedRecognition()
+{
+    m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"text"_s)};
+    m_platform->textRecognizer.hold();
+    select();
+    // The next picture stops it.
+    select();
+    m_platform->textRecognizer.release();
+    QTRY_VERIFY(m_delegate->isIdle());
 }
 
 void UpdateRestartTest::waitsForAResultToBeClosed()

@@ -2,6 +2,7 @@
 #include "Support/FakeMainQueue.h"
 
 #include <algorithm>
+#include <new>
 
 class FakeMainQueue::Timer : public RepeatingTimer
 {
@@ -27,6 +28,9 @@ void FakeMainQueue::async(Task task)
 
 void FakeMainQueue::asyncAfter(std::chrono::milliseconds delay, Task task)
 {
+    if (!hasMemory) {
+        throw std::bad_alloc();
+    }
     m_entries.push_back({m_now + delay, {}, std::move(task)});
 }
 

@@ -25,6 +25,9 @@ public:
     /// How many tasks and timers wait for their time.
     int waitingCount() const;
 
+    /// Without memory nothing can be put off.
+    bool hasMemory = true;
+
 private:
     class Timer;
     struct Entry
