@@ -11,26 +11,29 @@ namespace recognition {
 
 namespace {
 
+/// More than what reading takes and frees again and again: with 1 MB it took a tenth longer, with
+/// 8 MB no longer than with the library's own.
+constexpr int mostHeapEnd = 8 << 20;
+
+/// While models are freed, which leaves their heaps' ends empty: the library's own, of mallopt(3).
+constexpr int leastHeapEnd = 128 << 10;
+
+/// How large the end of a thread's heap may be, in bytes, before the GNU C library gives it back.
+/// It raises that itself to twice the largest block that was freed, unless it is set: 34 MB stayed
+/// after a page that every model had tried.
+void keepHeapEndsBelow(int size)
+{
+#if defined(__GLIBC__)
+    mallopt(M_TRIM_THRESHOLD, size);
+    mallopt(M_MMAP_THRESHOLD, mostHeapEnd);
+#endif
+}
+
 /// Freed pieces, of which a model has many, would otherwise stay with the process.
 void trimHeap()
 {
 #if defined(__GLIBC__)
     malloc_trim(0);
-#endif
-}
-
-/// What trimming leaves out is the end of each thread's heap. The GNU C library gives that back as
-/// soon as it is larger than a threshold, which it raises to twice the largest block that was
-/// freed: 34 MB stayed after a page that every model had tried. Once set, the thresholds stay.
-void keepHeapEndsSmall()
-{
-#if defined(__GLIBC__)
-    // More than what reading takes and frees again and again: with 1 MB it took a tenth longer,
-    // with 8 MB no longer than with the library's own.
-    constexpr int threshold = 8 << 20;
-    static const bool isKept =
-        mallopt(M_TRIM_THRESHOLD, threshold) == 1 && mallopt(M_MMAP_THRESHOLD, threshold) == 1;
-    static_cast<void>(isKept);
 #endif
 }
 
@@ -40,7 +43,7 @@ EngineCache::EngineCache(ModelFolder folder, Now now)
     : m_folder(std::move(folder))
     , m_now(std::move(now))
 {
-    keepHeapEndsSmall();
+    keepHeapEndsBelow(mostHeapEnd);
 }
 
 std::shared_ptr<const Engine> EngineCache::engine(const QString &model, Dictionary dictionary)
@@ -126,7 +129,9 @@ bool EngineCache::dropIdle(std::chrono::milliseconds age)
         }
     }
     if (!dropped.empty()) {
+        keepHeapEndsBelow(leastHeapEnd);
         dropped.clear();
+        keepHeapEndsBelow(mostHeapEnd);
         trimHeap();
     }
     return isAnyLeft;

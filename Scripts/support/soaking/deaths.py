@@ -158,8 +158,9 @@ class Deaths(Rounds):
                             if line.endswith("No text found")]
 
     def close_settings(self):
-        for window in desktop.windows_titled("Vellora Settings"):
-            # A manager that has just come back closes only what it has taken over by then.
+        # A manager that has just come back closes only what it has listed and taken over by then.
+        for window in wait_until("the settings",
+                                 lambda: desktop.windows_titled("Vellora Settings"), 60):
             self.until("the settings' frame", lambda: has_frame(window))
             desktop.tool(os.environ["VELLORA_CLOSE_WINDOW"], window)
         self.until("the settings' end", lambda: not desktop.windows_titled("Vellora Settings"))
