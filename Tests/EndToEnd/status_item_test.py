@@ -6,6 +6,7 @@ import unittest
 from support import desktop, main, status_notifier
 from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer, key, points, screenshot
+from support.marks import shows_copied, shows_error, tint
 from support.page import Page
 from support.program import Program
 from support.waiting import holds_for, wait_until
@@ -90,12 +91,19 @@ class StatusItemTest(unittest.TestCase):
         with Page(TEXT) as page, Program(CLIPBOARD) as program:
             program.status_item()
             normal = self.rest(program)
+            self.assertFalse(shows_copied(normal) or shows_error(normal))
             before = program.capture(page.box)
-            wait_until_unchanged("the overlay's end", before)
+
+            def is_marked():
+                # In the panel's colour, as the normal icon is.
+                look = self.look(program)
+                return shows_copied(look) and abs(tint(look) - tint(normal)).max() < 30
+
             # Before all else, as it stays for no more than 1.5 seconds.
-            wait_until("the copied mark", lambda: (self.look(program) != normal).any())
+            wait_until("the copied mark", is_marked)
             wait_until("the text on the clipboard", lambda: Clipboard.text() == TEXT)
             wait_until("the normal icon", lambda: (self.look(program) == normal).all())
+            wait_until_unchanged("what was there before", before)
 
     def test_no_copied_mark_when_it_is_off(self):
         with Page(TEXT) as page, Program({**CLIPBOARD, "showNotification": "false"}) as program:
@@ -116,12 +124,11 @@ class StatusItemTest(unittest.TestCase):
             self.assert_tool_tip(TOOL_TIP)
             empty = desktop.Box(points(100), points(100), points(200), points(100))
             before = program.capture(empty)
-            wait_until_unchanged("the overlay's end", before)
             told = set()
 
             def is_told():
                 # Together, as both stay for no more than two seconds.
-                if (self.look(program) != normal).any():
+                if shows_error(self.look(program)):
                     told.add("mark")
                 if not SPEAKS_SNI or status_notifier.tool_tip_text() == "No text found":
                     told.add("tool tip")
