@@ -2,115 +2,21 @@
 // The status item on the session bus, as a watcher and a host played by this test see it. They
 // have connections of their own, so everything crosses the real bus.
 
-#include "Platform/Freedesktop/MenuTypes.h"
-#include "Platform/Freedesktop/StatusNotifierPanel.h"
 #include "Platform/Freedesktop/StatusNotifierTypes.h"
-#include "Platform/Qt/PanelStatusBar.h"
 #include "Platform/SystemSymbol.h"
+#include "StatusNotifierFixture.h"
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusContext>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusPendingCall>
-#include <QDBusReply>
-#include <QDBusServiceWatcher>
+#include <QDBusArgument>
 #include <QDBusVirtualObject>
-#include <QMenu>
 #include <QSemaphore>
-#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
-const QString itemInterface = u"org.kde.StatusNotifierItem"_s;
-const QString menuInterface = u"com.canonical.dbusmenu"_s;
-
-/// A panel's side: the watcher and, once `setHost` is called, a host.
-class Watcher : public QObject, protected QDBusContext
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
-
-public:
-    explicit Watcher(bool hasHost = true)
-        : m_name(u"watcher-%1"_s.arg(++count))
-        , m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_name))
-        , m_hasHost(hasHost)
-    {
-        m_bus.registerObject(u"/StatusNotifierWatcher"_s, this, QDBusConnection::ExportAllContents);
-        m_owns = m_bus.registerService(watcherName);
-    }
-    ~Watcher() override { QDBusConnection::disconnectFromBus(m_name); }
-
-    bool owns() const { return m_owns; }
-    bool hasHost() const { return m_hasHost; }
-    void setHost(bool hasHost)
-    {
-        m_hasHost = hasHost;
-        if (hasHost) {
-            Q_EMIT StatusNotifierHostRegistered();
-        } else {
-            Q_EMIT StatusNotifierHostUnregistered();
-        }
-    }
-    QDBusConnection bus() const { return m_bus; }
-
-    /// The registered items that are still on the bus.
-    QStringList items() const
-    {
-        QStringList present;
-        for (const QString &item : m_items) {
-            if (m_bus.interface()->isServiceRegistered(item)) {
-                present.append(item);
-            }
-        }
-        return present;
-    }
-
-    /// What the item answers, the error's name if it is one.
-    QDBusMessage ask(const QString &path, const QString &interface, const QString &method,
-                     const QVariantList &arguments = {}) const
-    {
-        QDBusMessage call = QDBusMessage::createMethodCall(m_items.last(), path, interface, method);
-        call.setArguments(arguments);
-        const QDBusPendingCall pending = m_bus.asyncCall(call);
-        // The item lives in this thread too.
-        if (!QTest::qWaitFor([&] { return pending.isFinished(); }, testPatience)) {
-            return {};
-        }
-        return pending.reply();
-    }
-
-    QVariant property(const QString &name) const
-    {
-        const QDBusMessage reply =
-            ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-                {itemInterface, name});
-        return reply.arguments().value(0).value<QDBusVariant>().variant();
-    }
-
-public Q_SLOTS:
-    void RegisterStatusNotifierItem(const QString &service) { m_items.append(service); }
-
-Q_SIGNALS:
-    void StatusNotifierHostRegistered();
-    void StatusNotifierHostUnregistered();
-
-private:
-    static inline int count = 0;
-    QString m_name;
-    QDBusConnection m_bus;
-    bool m_hasHost;
-    bool m_owns = false;
-    QStringList m_items;
-};
 
 /// A watcher with a host that is too busy to say so at first.
 class BusyWatcher : public QDBusVirtualObject
@@ -172,26 +78,13 @@ public Q_SLOTS:
     void count(const QDBusMessage &message) { names.append(message.member()); }
 };
 
-const StatusItemImage normal{u"normal"_s,
-                             R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 18 18">)"
-                             R"(<path d="M1 1h16v16H1z"/></svg>)",
-                             {}};
-
 } // namespace
 
-class StatusNotifierTest : public QObject
+class StatusNotifierTest : public StatusNotifierFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        registerStatusNotifierTypes();
-        registerMenuTypes();
-    }
-    void init();
-    void cleanup();
-
     void registersWithTheWatcher();
     void propertiesAreComplete();
     void changesAreAnnounced();
@@ -206,73 +99,7 @@ private Q_SLOTS:
     void shellOfGnomeShowsNoToolTips();
     void shellOfGnomeLacksAnExtension();
     void itemLeavesTheBus();
-    void menuIsExported();
-    void menuEntriesAreChosen();
-    void menuIsMadeAnewEachTime();
-    void hostileMenuCallsAreHarmless();
-
-private:
-    void makeItem();
-    void addMenu();
-
-    std::unique_ptr<PanelStatusBar> m_bar;
-    std::unique_ptr<StatusItem> m_item;
-    std::shared_ptr<StatusItemButton> m_button;
-    std::shared_ptr<PanelMenu> m_panelMenu = std::make_shared<PanelMenu>();
-    QList<StatusItemEvent::Type> m_clicks;
-    QStringList m_chosen;
-    QList<bool> m_wasLeaving;
-    QStringList m_titles{u"Capture _Text & more"_s, u"Quit"_s};
 };
-
-void StatusNotifierTest::init()
-{
-    m_clicks.clear();
-    m_chosen.clear();
-    m_wasLeaving.clear();
-    m_titles = {u"Capture _Text && &more"_s, {}, u"Quit"_s};
-}
-
-void StatusNotifierTest::cleanup()
-{
-    m_button.reset();
-    m_item.reset();
-}
-
-void StatusNotifierTest::makeItem()
-{
-    m_bar = std::make_unique<PanelStatusBar>([this] {
-        PanelStatusBar::Panels panels;
-        panels.push_back(std::make_unique<StatusNotifierPanel>(
-            StatusNotifierPanel::Identity{u"org.example.Test"_s, u"Test"_s},
-            StatusItemArtwork(u"/nowhere"_s), m_panelMenu));
-        return panels;
-    });
-    m_item = m_bar->makeStatusItem();
-    m_button = m_item->button();
-    m_button->setImage(normal);
-    m_button->setToolTip(u"tip <b>&"_s);
-    m_button->setAction([this](const StatusItemEvent &event) { m_clicks.append(event.type); });
-}
-
-void StatusNotifierTest::addMenu()
-{
-    m_button->setAction([this](const StatusItemEvent &event) {
-        auto menu = std::make_unique<QMenu>();
-        for (const QString &title : std::as_const(m_titles)) {
-            if (title.isEmpty()) {
-                menu->addSeparator();
-            } else {
-                menu->addAction(title, this, [this, title] {
-                    m_chosen.append(title);
-                    m_wasLeaving.append(m_panelMenu->isLeaving());
-                });
-            }
-        }
-        menu->actions().constLast()->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-        m_button->popUpContextMenu(std::move(menu), event);
-    });
-}
 
 void StatusNotifierTest::registersWithTheWatcher()
 {
@@ -471,93 +298,6 @@ void StatusNotifierTest::itemLeavesTheBus()
     QTRY_COMPARE(watcher.items().size(), 1);
     m_item.reset();
     QTRY_COMPARE(watcher.items().size(), 0);
-}
-
-void StatusNotifierTest::menuIsExported()
-{
-    const Watcher watcher;
-    makeItem();
-    addMenu();
-    QTRY_COMPARE(watcher.items().size(), 1);
-    const QString path = watcher.property(u"Menu"_s).value<QDBusObjectPath>().path();
-    const QDBusMessage reply =
-        watcher.ask(path, menuInterface, u"GetLayout"_s, {0, -1, QStringList()});
-    QCOMPARE(reply.signature(), u"u(ia{sv}av)"_s);
-    const auto layout = qdbus_cast<MenuLayout>(reply.arguments().at(1).value<QDBusArgument>());
-    QCOMPARE(layout.properties.value(u"children-display"_s), QVariant(u"submenu"_s));
-    QCOMPARE(layout.children.size(), 3);
-    QVariantList labels;
-    for (const QDBusVariant &child : layout.children) {
-        const auto entry = qdbus_cast<MenuLayout>(child.variant().value<QDBusArgument>());
-        labels.append(entry.properties.value(u"label"_s, entry.properties.value(u"type"_s)));
-    }
-    const auto last =
-        qdbus_cast<MenuLayout>(layout.children.last().variant().value<QDBusArgument>());
-    QCOMPARE(
-        qdbus_cast<QList<QStringList>>(last.properties.value(u"shortcut"_s).value<QDBusArgument>()),
-        QList<QStringList>({{u"Control"_s, u"q"_s}}));
-    QCOMPARE(labels, QVariantList({u"Capture __Text & _more"_s, u"separator"_s, u"Quit"_s}));
-    QVERIFY2(m_chosen.isEmpty(), "looking at a menu chooses nothing");
-}
-
-void StatusNotifierTest::menuEntriesAreChosen()
-{
-    const Watcher watcher;
-    makeItem();
-    addMenu();
-    QTRY_COMPARE(watcher.items().size(), 1);
-    const QString path = watcher.property(u"Menu"_s).value<QDBusObjectPath>().path();
-    watcher.ask(path, menuInterface, u"AboutToShow"_s, {0});
-    const QVariant none = QVariant::fromValue(QDBusVariant(0));
-    watcher.ask(path, menuInterface, u"Event"_s, {3, u"hovered"_s, none, 0U});
-    watcher.ask(path, menuInterface, u"Event"_s, {3, u"clicked"_s, none, 0U});
-    QTRY_COMPARE(m_chosen, QStringList({m_titles[2]}));
-    const QList<MenuEvent> events{{1, u"clicked"_s, QDBusVariant(0), 0}};
-    QCOMPARE(
-        watcher.ask(path, menuInterface, u"EventGroup"_s, {QVariant::fromValue(events)}).type(),
-        QDBusMessage::ReplyMessage);
-    QTRY_COMPARE(m_chosen, QStringList({m_titles[2], m_titles[0]}));
-    QCOMPARE(m_wasLeaving, QList<bool>({true, true}));
-    QVERIFY(!m_panelMenu->isLeaving());
-}
-
-void StatusNotifierTest::menuIsMadeAnewEachTime()
-{
-    const Watcher watcher;
-    makeItem();
-    addMenu();
-    QTRY_COMPARE(watcher.items().size(), 1);
-    const QString path = watcher.property(u"Menu"_s).value<QDBusObjectPath>().path();
-    const auto isNew = [&] {
-        return watcher.ask(path, menuInterface, u"AboutToShow"_s, {0}).arguments().value(0);
-    };
-    QCOMPARE(isNew(), QVariant(true));
-    QCOMPARE(isNew(), QVariant(false));
-    m_titles.append(u"One more"_s);
-    QCOMPARE(isNew(), QVariant(true));
-    const QDBusMessage reply =
-        watcher.ask(path, menuInterface, u"GetLayout"_s, {0, -1, QStringList()});
-    const auto layout = qdbus_cast<MenuLayout>(reply.arguments().at(1).value<QDBusArgument>());
-    QCOMPARE(layout.children.size(), 4);
-}
-
-void StatusNotifierTest::hostileMenuCallsAreHarmless()
-{
-    const Watcher watcher;
-    makeItem();
-    addMenu();
-    QTRY_COMPARE(watcher.items().size(), 1);
-    const QString path = watcher.property(u"Menu"_s).value<QDBusObjectPath>().path();
-    const QVariant none = QVariant::fromValue(QDBusVariant(0));
-    for (const int id : {-1, 0, 2, 4, 1 << 30, -(1 << 30)}) {
-        watcher.ask(path, menuInterface, u"GetLayout"_s, {id, 1, QStringList()});
-        watcher.ask(path, menuInterface, u"GetProperty"_s, {id, u"label"_s});
-        watcher.ask(path, menuInterface, u"AboutToShow"_s, {id});
-        QCOMPARE(watcher.ask(path, menuInterface, u"Event"_s, {id, u"clicked"_s, none, 0U}).type(),
-                 QDBusMessage::ReplyMessage);
-    }
-    watcher.ask(path, menuInterface, u"Event"_s, {1, u"clicked"_s, none, 0U});
-    QTRY_COMPARE(m_chosen, QStringList({m_titles[0]}));
 }
 
 QTEST_MAIN(StatusNotifierTest)
