@@ -14,8 +14,8 @@ from support.accessibility import control
 from support.artifacts import keep
 from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import key
-from support.gnome import (allow_shortcut, answer, dialog_button, grabbed_keys, set_permission,
-                           stored_permission)
+from support.gnome import grabbed_keys, set_permission, stored_permission
+from support.gnome_dialogs import allow_shortcut, answer, dialog_button
 from support.page import Page
 from support.program import Program, activate_action, binary, is_on_bus
 from support.scope import Unit

@@ -13,8 +13,8 @@ from support import desktop, main
 from support.comparing import (settled_screenshot, stays_unchanged, wait_until_dimmed,
                                wait_until_unchanged)
 from support.desktop import Box, Clipboard, Pointer, difference, key, screenshot
-from support.gnome import (allow_shortcut, answer, grabbed_keys, has_shortcuts_portal,
-                           set_permission, tray_icons)
+from support.gnome import grabbed_keys, set_permission, tray_icons
+from support.gnome_dialogs import allow_shortcut, answer, has_shortcuts_portal
 from support.page import Page
 from support.pressing import NOT_CREATED, QT_O, assert_captures
 from support.program import Program, activate_action, is_on_bus

@@ -9,7 +9,8 @@ from contextlib import contextmanager
 from support import main
 from support.comparing import settled_screenshot, wait_until_dimmed, wait_until_unchanged
 from support.desktop import Clipboard, Pointer
-from support.gnome import answer, dialog_button, set_permission, stored_permission
+from support.gnome import set_permission, stored_permission
+from support.gnome_dialogs import answer, dialog_button
 from support.installed import InstalledProgram, launch, launch_in, tell_bus
 from support.page import Page
 from support.program import APPLICATION_ID

@@ -13,7 +13,7 @@ from support.program import Program, activate_action, settings_file, wait_until_
 from support.waiting import wait_until
 
 if desktop.NAME == "gnome":
-    from support import gnome
+    from support.gnome_dialogs import answer
 
 TITLE = "Vellora Settings"
 RECORDER = "text", "Shortcut"
@@ -36,7 +36,7 @@ def start_recording():
     wait_until("the prompt", lambda: control(TITLE, *RECORDER).text == "Type shortcut…")
     if desktop.NAME == "gnome" and not RecorderTest.has_answered:
         # The shell asks once whether the program may hear its shortcuts.
-        gnome.answer("Allow")
+        answer("Allow")
         RecorderTest.has_answered = True
         wait_until("the settings' focus", lambda: desktop.active_window() == int(window))
         # The program keeps the shell from its shortcuts again once it knows that itself.

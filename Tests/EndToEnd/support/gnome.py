@@ -5,7 +5,6 @@ desktop. Programs under test see nothing of that."""
 import atexit
 import json
 import tempfile
-from pathlib import Path
 
 import dbus
 import numpy
@@ -188,78 +187,6 @@ def stored_permission():
     return {str(name): [str(word) for word in words] for name, words in kept.items()}
 
 
-# The buttons of the shell's own dialog, by what stands on them.
-_FIND_BUTTON = """(() => {{
-    const all = actor => [actor, ...actor.get_children().flatMap(all)];
-    return all(Main.layoutManager.modalDialogGroup).find(
-        actor => actor.mapped && actor.label === "{name}" && actor.get_transformed_size()[0]);
-}})()"""
-_BUTTON = """(() => {{
-    const button = {button};
-    return button ? [...button.get_transformed_position(), ...button.get_transformed_size()] : null;
-}})()"""
-_TELL_END = """(() => {{
-    const button = {button};
-    global.velloraHasEnded = false;
-    if (button)
-        button.connect("destroy", () => {{ global.velloraHasEnded = true; }});
-    return 0;
-}})()"""
-
-
-# From GNOME 48 on dialogs are windows of these programs. Where their buttons are, in points.
-_WINDOW_BUTTONS = {
-    "Deny": ("xdg-desktop-portal-gnome",
-             lambda frame: Box(frame.x + 24, frame.bottom - 68, frame.width // 2 - 30, 44)),
-    "Allow": ("xdg-desktop-portal-gnome",
-              lambda frame: Box(frame.middle[0] + 6, frame.bottom - 68, frame.width // 2 - 30, 44)),
-    "Add": ("org.gnome.Settings.GlobalShortcutsProvider",
-            lambda frame: Box(frame.right - 69, frame.y + 6, 63, 34)),
-}
-
-
-def _window_button(name):
-    owner, place = _WINDOW_BUTTONS[name]
-    # Drawn once it has the keyboard; of no size before.
-    frames = [Box(*each["frame"]) for each in _windows() if each["owner"] == owner and each["active"]]
-    return _in_pixels(place(frames[0])) if frames and frames[0].width else None
-
-
-def dialog_button(name):
-    """Where the button is, while the desktop's dialog is there."""
-    sides = ask(_BUTTON.format(button=_FIND_BUTTON.format(name=name)))
-    if sides and None not in sides:
-        return _in_pixels(sides)
-    return _window_button(name)
-
-
-def answer(name):
-    """A click on the dialog's button, once it stands still."""
-    def is_steady():
-        box = dialog_button(name)
-        return box if box and box == dialog_button(name) else None
-
-    box = wait_until(f"the button {name!r}", is_steady)
-    # Another dialog may follow at once.
-    ask(_TELL_END.format(button=_FIND_BUTTON.format(name=name)))
-    Device.move(*box.middle)
-    Device.click_here()
-    wait_until("the dialog's end",
-               lambda: dialog_button(name) is None or ask("global.velloraHasEnded"))
-
-
-def has_shortcuts_portal():
-    """Whether this GNOME's portal has shortcuts, as it has from 48 on."""
-    return "GlobalShortcuts" in \
-        Path("/usr/share/xdg-desktop-portal/portals/gnome.portal").read_text()
-
-
-def allow_shortcut():
-    """Answers GNOME's question for it, which comes from the version on that has a portal for it."""
-    if has_shortcuts_portal():
-        answer("Add")
-
-
 def grabbed_keys():
     """How many the shell keeps for the settings daemon."""
     return ask("Main.shellDBusService._grabbedAccelerators.size")
@@ -322,11 +249,11 @@ def set_scales(*scales, counts_points=False):
     wait_until("the scales", lambda: ask("""Main.layoutManager.monitors.map(
         m => [m.geometry_scale, m.x, m.y, m.width, m.height])""")
         == [[scale, *box] for scale, box in zip(scales, boxes)])
-    SCREENS[:] = [_in_pixels(box) for box in boxes]
+    SCREENS[:] = [in_pixels(box) for box in boxes]
     wait_until("the wallpaper", _is_ready)
 
 
-def _in_pixels(box):
+def in_pixels(box):
     """What the shell counts, in pixels of a picture."""
     return Box(*(round(side * _unit) for side in box))
 
@@ -339,12 +266,12 @@ _WINDOWS = """(() => {
 })()"""
 
 
-def _windows():
+def windows():
     return ask(_WINDOWS)
 
 
 def _window(number):
-    return next(each for each in _windows() if each["id"] == number)
+    return next(each for each in windows() if each["id"] == number)
 
 
 def _command(window, action):
@@ -365,12 +292,12 @@ def resize(window, width, height):
 
 def windows_titled(title):
     """The visible windows with exactly this title."""
-    return [each["id"] for each in _windows() if each["title"] == title]
+    return [each["id"] for each in windows() if each["title"] == title]
 
 
 def active_window():
     """The window that has the keyboard, as a number."""
-    return next((each["id"] for each in _windows() if each["active"]), 0)
+    return next((each["id"] for each in windows() if each["active"]), 0)
 
 
 def title_of(window):
@@ -379,7 +306,7 @@ def title_of(window):
 
 def frame_box(window):
     """The window without its shadow."""
-    return _in_pixels(_window(window)["frame"])
+    return in_pixels(_window(window)["frame"])
 
 
 # Windows draw their own frames; what is a frame is for themselves to know.
@@ -388,7 +315,7 @@ window_box = frame_box
 
 def listed_windows():
     """The windows that a task bar shows: {number: title}."""
-    return {each["id"]: each["title"] for each in _windows() if each["listed"]}
+    return {each["id"]: each["title"] for each in windows() if each["listed"]}
 
 
 def place_page(process, box):
@@ -401,7 +328,7 @@ def place_page(process, box):
 def page_box(_process, _said):
     """Where the text page is; there is one at a time."""
     # The shell gives a window its place when it first shows it, whatever it was told before.
-    return next((_in_pixels(each["frame"]) for each in _windows()
+    return next((in_pixels(each["frame"]) for each in windows()
                  if each["title"] == "Text page" and each["placed"]), None)
 
 
@@ -430,7 +357,7 @@ def find_tray_icon():
     boxes = tray_icons()
     if len(boxes) != 1 or None in boxes[0]:
         return None
-    return _in_pixels(boxes[0])
+    return in_pixels(boxes[0])
 
 
 def _is_ready():
