@@ -140,8 +140,11 @@ void UpdateRestartTest::doesNotWaitForAStoppedRecognition()
     m_platform->textRecognizer.nextResults = {FakeTextRecognizer::line(u"text"_s)};
     m_platform->textRecognizer.hold();
     select();
+    QTRY_COMPARE(m_platform->textRecognizer.performCount(), 1);
     // The next picture stops it.
     select();
+    QTRY_COMPARE(m_platform->textRecognizer.stopCount(), 1);
+    // Only now, so that it is the second one that is let go on.
     m_platform->textRecognizer.release();
     QTRY_VERIFY(m_delegate->isIdle());
 }
