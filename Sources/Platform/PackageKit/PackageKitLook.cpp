@@ -3,6 +3,7 @@
 
 #include "Platform/PackageKit/PackageKitAnswer.h"
 #include "Platform/PackageKit/PackageKitNumbers.h"
+#include "Platform/PackageKit/ReleaseNotes.h"
 
 #include <utility>
 
@@ -142,7 +143,7 @@ void PackageKitLook::findNotes()
 {
     run(limited(u"GetUpdateDetail"_s, {QStringList{m_update.id}}), [this](const Outcome &outcome) {
         // An update without notes is an update too.
-        m_update.notes = outcome.updateText;
+        m_update.notes = releaseNotes(outcome.updateText);
         findOtherChanges();
     });
 }
