@@ -199,6 +199,17 @@ std::vector<PageLine> inOrder(const std::vector<LineTask> &tasks,
     return result;
 }
 
+/// The cells of a block may begin and end a little beyond the picture, and what is read beside a
+/// page that was turned is none of it.
+void keepWithin(std::vector<PageLine> &lines, const GreyImage &page)
+{
+    for (PageLine &line : lines) {
+        line.box = {std::max(line.box.left, 0), std::max(line.box.top, 0),
+                    std::min(line.box.right, page.width), std::min(line.box.bottom, page.height)};
+    }
+    std::erase_if(lines, [](const PageLine &line) { return line.box.isEmpty(); });
+}
+
 /// Reads a page whose lines lie level.
 std::vector<PageLine> readLevel(const GreyImage &page, const Languages &languages,
                                 EngineCache &engines, Workers &workers)
@@ -251,14 +262,17 @@ std::vector<PageLine> readPage(const GreyImage &page, const Languages &languages
         return {};
     }
     const double slope = slopeOf(page);
+    std::vector<PageLine> lines;
     if (slope == 0) {
-        return readLevel(page, languages, engines, workers);
+        lines = readLevel(page, languages, engines, workers);
+    } else {
+        const Levelling levelling(page.width, page.height, slope);
+        lines = readLevel(levelling.apply(page), languages, engines, workers);
+        for (PageLine &line : lines) {
+            line.box = levelling.onPage(line.box);
+        }
     }
-    const Levelling levelling(page.width, page.height, slope);
-    std::vector<PageLine> lines = readLevel(levelling.apply(page), languages, engines, workers);
-    for (PageLine &line : lines) {
-        line.box = levelling.onPage(line.box);
-    }
+    keepWithin(lines, page);
     return lines;
 }
 

@@ -248,8 +248,11 @@ Box Levelling::onPage(const Box &level) const
             bottom = std::max(bottom, corner.y);
         }
     }
-    return {std::max(0, int(std::floor(left))), std::max(0, int(std::floor(top))),
-            std::min(m_width, int(std::ceil(right))), std::min(m_height, int(std::ceil(bottom)))};
+    const auto within = [](double at, int size) {
+        return std::clamp(int(at), 0, size);
+    };
+    return {within(std::floor(left), m_width), within(std::floor(top), m_height),
+            within(std::ceil(right), m_width), within(std::ceil(bottom), m_height)};
 }
 
 GreyImage Levelling::apply(const GreyImage &page) const

@@ -20,7 +20,7 @@ public:
     /// All of `page`, turned. Around it stands what most of its nearest side shows.
     GreyImage apply(const GreyImage &page) const;
 
-    /// The box on the page that holds one of the level picture.
+    /// The box on the page that holds one of the level picture; empty for one beside the page.
     Box onPage(const Box &level) const;
 
 private:

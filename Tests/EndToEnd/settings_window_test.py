@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The settings window on Wayland: where it opens, what is remembered, how it comes to the front."""
 
+import itertools
 import re
 import unittest
 
@@ -9,7 +10,7 @@ from support.artifacts import keep
 from support.desktop import Pointer, points
 from support.page import Page
 from support.program import Program, activate_action, settings_file, wait_until_launched
-from support.waiting import wait_until
+from support.waiting import TimedOut, wait_until
 
 if desktop.NAME == "sway":
     from support.sway import command
@@ -58,6 +59,22 @@ def drag_title_bar(window, right, down):
     moved = before._replace(x=before.x + points(right), y=before.y + points(down))
     wait_until(f"the settings at {moved}", lambda: desktop.frame_box(window) == moved)
     return moved
+
+
+def resize_until_it_is_stored(window):
+    """The program takes sizes for the user's once it has heard that it has the keyboard, which the
+    compositor knows before."""
+    widths = itertools.cycle((points(431), points(432)))
+
+    def is_stored():
+        resize(window, next(widths), points(500))
+        try:
+            # It gathers what it writes.
+            return wait_until("a size in the file", stored_frame, 3)
+        except TimedOut:
+            return None
+
+    wait_until("a size that is remembered", is_stored)
 
 
 def stored_frame():
@@ -120,6 +137,7 @@ class SettingsWindowTest(unittest.TestCase):
             wait_until_launched()
             window = open_settings()
             wait_until_placed(window)
+            resize_until_it_is_stored(window)
             resize(window, points(430), points(500))
             wait_until("the new size", lambda: desktop.frame_box(window)[2:] ==
                        (points(430), points(500)))

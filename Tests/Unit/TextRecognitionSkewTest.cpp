@@ -188,6 +188,13 @@ void TextRecognitionSkewTest::boxes()
 
     const Box all = levelling.onPage(Box{0, 0, level.width, level.height});
     QCOMPARE(all, (Box{0, 0, size.width(), size.height()}));
+
+    // The corners of the level picture are beside the page.
+    for (const Box &corner :
+         {Box{0, 0, 9, 9}, Box{level.width - 9, level.height - 9, level.width, level.height}}) {
+        QVERIFY(levelling.onPage(corner).isEmpty());
+        QVERIFY(all.contains(levelling.onPage(corner)));
+    }
 }
 
 QTEST_MAIN(TextRecognitionSkewTest)
