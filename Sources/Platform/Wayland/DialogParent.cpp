@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/DialogParent.h"
 
-#include "Platform/Wayland/ExportedSurface.h"
 #include "Platform/Wayland/QtWayland.h"
 #include "Platform/Wayland/ShmBuffer.h"
 #include "Platform/Wayland/WaylandConnection.h"
@@ -38,6 +37,11 @@ const xdg_toplevel_listener toplevelListener{
     .configure_bounds = [](void *, xdg_toplevel *, int32_t, int32_t) {},
     .wm_capabilities = [](void *, xdg_toplevel *, wl_array *) {},
 };
+
+const zxdg_exported_v1_listener exportedListener{
+    .handle = [](void *data, zxdg_exported_v1 *,
+                 const char *handle) { *static_cast<QByteArray *>(data) = handle; },
+};
 } // namespace
 
 /// The parent is on a connection of its own: on Qt's it would get the keyboard for a moment, and Qt
@@ -68,13 +72,15 @@ struct DialogParent::Parts
     WaylandPointer<wl_compositor, wl_compositor_destroy> compositor;
     WaylandPointer<wl_shm, wl_shm_destroy> memory;
     WaylandPointer<wp_viewporter, wp_viewporter_destroy> viewporter;
+    WaylandPointer<zxdg_exporter_v1, zxdg_exporter_v1_destroy> exporter;
     std::unique_ptr<ShmBuffer> picture;
     WaylandPointer<wl_surface, wl_surface_destroy> surface;
     WaylandPointer<wp_viewport, wp_viewport_destroy> viewport;
     WaylandPointer<xdg_surface, xdg_surface_destroy> role;
     WaylandPointer<xdg_toplevel, xdg_toplevel_destroy> toplevel;
-    std::unique_ptr<ExportedSurface> exported;
+    WaylandPointer<zxdg_exported_v1, zxdg_exported_v1_destroy> exported;
     QSize freeSize;
+    QByteArray name;
 
     WaylandPointer<wl_event_queue, wl_event_queue_destroy> qtQueue;
     WaylandPointer<zxdg_importer_v1, zxdg_importer_v1_destroy> importer;
@@ -89,23 +95,23 @@ void DialogParent::Parts::askForPlace()
     bind(compositor, wl_compositor_interface);
     bind(memory, wl_shm_interface);
     bind(viewporter, wp_viewporter_interface);
-    if (!shell || !compositor || !memory || !viewporter) {
+    bind(exporter, zxdg_exporter_v1_interface);
+    if (!shell || !compositor || !memory || !viewporter || !exporter) {
         return;
     }
     surface.reset(wl_compositor_create_surface(compositor.get()));
     viewport.reset(wp_viewporter_get_viewport(viewporter.get(), surface.get()));
     role.reset(xdg_wm_base_get_xdg_surface(shell.get(), surface.get()));
     toplevel.reset(xdg_surface_get_toplevel(role.get()));
-    exported = std::make_unique<ExportedSurface>(
-        *surface, ExportedSurface::Protocols::First,
-        [this](const wl_interface &interface) { return connection.bindFirst<void>(interface, 1); });
+    exported.reset(zxdg_exporter_v1_export(exporter.get(), surface.get()));
     xdg_surface_add_listener(role.get(), &roleListener, nullptr);
     xdg_toplevel_add_listener(toplevel.get(), &toplevelListener, &freeSize);
+    zxdg_exported_v1_add_listener(exported.get(), &exportedListener, &name);
     xdg_toplevel_set_title(toplevel.get(), QGuiApplication::applicationDisplayName().toUtf8());
     xdg_toplevel_set_app_id(toplevel.get(), QGuiApplication::desktopFileName().toUtf8());
     xdg_toplevel_set_maximized(toplevel.get());
     wl_surface_commit(surface.get());
-    if (!connection.roundtrip(deadline) || exported->name().isEmpty()) {
+    if (!connection.roundtrip(deadline) || name.isEmpty()) {
         freeSize = {};
     }
 }
@@ -171,7 +177,7 @@ void DialogParent::adopt(QWindow &dialog, QSize size)
         return;
     }
     parts.cover(size);
-    parts.imported.reset(zxdg_importer_v1_import(parts.importer.get(), parts.exported->name()));
+    parts.imported.reset(zxdg_importer_v1_import(parts.importer.get(), parts.name));
     zxdg_imported_v1_set_parent_of(parts.imported.get(), surface);
     parts.modality.reset(gtk_shell1_get_gtk_surface(parts.gtkShell.get(), surface));
     gtk_surface1_set_modal(parts.modality.get());

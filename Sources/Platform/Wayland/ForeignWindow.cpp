@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "Platform/Wayland/ForeignWindow.h"
 
-#include "Platform/Wayland/ExportedSurface.h"
 #include "Platform/Wayland/QtWayland.h"
 #include "Platform/Wayland/WaylandConnection.h"
 
 #include <QGuiApplication>
 #include <QWindow>
+
+#include <wayland-xdg-foreign-unstable-v2.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,8 +15,17 @@ using namespace Qt::StringLiterals;
 struct ForeignWindow::Export
 {
     WaylandPointer<wl_event_queue, wl_event_queue_destroy> queue;
-    std::unique_ptr<ExportedSurface> surface;
+    WaylandPointer<zxdg_exporter_v2, zxdg_exporter_v2_destroy> exporter;
+    WaylandPointer<zxdg_exported_v2, zxdg_exported_v2_destroy> exported;
+    QString handle;
 };
+
+namespace {
+const zxdg_exported_v2_listener exportedListener{
+    .handle = [](void *data, zxdg_exported_v2 *,
+                 const char *handle) { *static_cast<QString *>(data) = QString::fromUtf8(handle); },
+};
+} // namespace
 
 ForeignWindow::ForeignWindow(QWindow &window)
 {
@@ -30,14 +40,16 @@ ForeignWindow::ForeignWindow(QWindow &window)
     }
     m_export = std::make_unique<Export>();
     m_export->queue.reset(wl_display_create_queue(display));
-    wl_event_queue *queue = m_export->queue.get();
-    m_export->surface = std::make_unique<ExportedSurface>(
-        *surface, ExportedSurface::Protocols::Any,
-        [queue](const wl_interface &interface) { return bindOnQtConnection(interface, 1, queue); });
-    wl_display_roundtrip_queue(display, queue);
-    const QByteArray &name = m_export->surface->name();
-    if (!name.isEmpty()) {
-        m_identifier = u"wayland:"_s + QString::fromUtf8(name);
+    m_export->exporter.reset(static_cast<zxdg_exporter_v2 *>(
+        bindOnQtConnection(zxdg_exporter_v2_interface, 1, m_export->queue.get())));
+    if (!m_export->exporter) {
+        return;
+    }
+    m_export->exported.reset(zxdg_exporter_v2_export_toplevel(m_export->exporter.get(), surface));
+    zxdg_exported_v2_add_listener(m_export->exported.get(), &exportedListener, &m_export->handle);
+    wl_display_roundtrip_queue(display, m_export->queue.get());
+    if (!m_export->handle.isEmpty()) {
+        m_identifier = u"wayland:"_s + m_export->handle;
     }
 }
 

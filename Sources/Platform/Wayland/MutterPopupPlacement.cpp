@@ -63,12 +63,11 @@ void MutterPopupPlacement::makeFloating(QWidget &window)
     ToplevelPopupPlacement::makeFloating(window);
     m_floating = &window;
     m_origin = nullptr;
-    m_parent = std::make_unique<DialogParent>();
 }
 
 CocoaRect MutterPopupPlacement::visibleFrame(const Screen &screen) const
 {
-    const QSize size = m_parent ? m_parent->freeSize() : DialogParent().freeSize();
+    const QSize size = DialogParent().freeSize();
     const auto origin = freeOrigin(screen, size);
     if (!origin) {
         return screen.visibleFrame;
@@ -96,24 +95,25 @@ void MutterPopupPlacement::makeKeyAndOrderFront(QWidget &window)
         ToplevelPopupPlacement::makeKeyAndOrderFront(window);
         return;
     }
-    if (!m_parent) {
-        m_parent = std::make_unique<DialogParent>();
-    }
-    const auto origin = freeOrigin(*screen, m_parent->freeSize());
+    auto parent = std::make_unique<DialogParent>();
+    const auto origin = freeOrigin(*screen, parent->freeSize());
     // From now on the frame's borders are known. It is painted by the event loop.
     ToplevelPopupPlacement::makeKeyAndOrderFront(window);
+    if (!origin) {
+        return;
+    }
     const CocoaSize size = frameSize(window);
     const CocoaPoint corner = m_origin(size);
     const QPointF fromFree =
         QPointF(corner.x - screen->frame.minX(), screen->frame.maxY() - corner.y - size.height) -
-        origin.value_or(QPointF());
-    if (!origin || fromFree.x() < 0 || fromFree.y() < 0) {
-        m_parent.reset();
+        *origin;
+    if (fromFree.x() < 0 || fromFree.y() < 0) {
         return;
     }
     const double shareBelow = m_attachesDialogs() ? 2 : 3;
-    m_parent->adopt(
+    parent->adopt(
         *window.windowHandle(),
         QSizeF(2 * fromFree.x() + size.width, shareBelow * fromFree.y() + size.height).toSize());
+    m_parent = std::move(parent);
     m_patience.start();
 }

@@ -30,9 +30,8 @@ public:
     /// Whether the compositor offers what it takes. Waits for the compositor.
     static bool isUsable();
 
-    /// Waits for the compositor.
     void makeFloating(QWidget &window) override;
-    /// Waits for the compositor, unless it has been asked for a window that floats already.
+    /// Waits for the compositor.
     CocoaRect visibleFrame(const Screen &screen) const override;
     void place(QWidget &window, const Origin &origin) override;
     void setFrameOrigin(QWidget &window, CocoaPoint origin) override;
@@ -45,7 +44,6 @@ private:
     QPointer<QWidget> m_floating;
     /// Of `m_floating`; none until it is told.
     Origin m_origin;
-    /// Of `m_floating`, until that has the keyboard.
     std::unique_ptr<DialogParent> m_parent;
     QTimer m_patience;
 };
