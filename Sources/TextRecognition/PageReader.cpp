@@ -199,8 +199,8 @@ std::vector<PageLine> inOrder(const std::vector<LineTask> &tasks,
     return result;
 }
 
-/// The cells of a block may begin and end a little beyond the picture, and what is read beside a
-/// page that was turned is none of it.
+/// Cuts off what lies beyond the picture. The cells of a block may begin and end a little outside
+/// of it, and a page that was turned has margins that are no part of it.
 void keepWithin(std::vector<PageLine> &lines, const GreyImage &page)
 {
     for (PageLine &line : lines) {

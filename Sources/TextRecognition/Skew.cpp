@@ -15,8 +15,12 @@ namespace recognition {
 
 namespace {
 
+/// From slope to slope that is tried the end of a line of 1,000 pixels moves by two.
+constexpr double step = 0.002;
+
 /// What is steeper was turned on purpose: 3 degrees and what their measuring may miss.
-constexpr double steepest = 0.06;
+constexpr int mostSteps = 30;
+constexpr double steepest = mostSteps * step;
 
 /// A line of 300 pixels that falls by less than one is read as if it lay level.
 constexpr double gentlest = 0.0035;
@@ -73,15 +77,15 @@ public:
     }
 
     /// The sharpest of the slopes so many steps around `middle`.
-    double sharpest(double middle, int steps, double step) const
+    double sharpest(double middle, int steps, double apart) const
     {
         double best = middle;
         double most = 0;
         for (int i = -steps; i <= steps; ++i) {
-            const double here = sharpness(middle + i * step);
+            const double here = sharpness(middle + i * apart);
             if (here > most) {
                 most = here;
-                best = middle + i * step;
+                best = middle + i * apart;
             }
         }
         return best;
@@ -207,15 +211,15 @@ double slopeOf(const GreyImage &page)
         return 0;
     }
     const EdgeSums sums(page);
-    constexpr double step = 0.002;
-    constexpr int steps = int(steepest / step) + 1;
-    const double rough = sums.sharpest(0, steps, step);
+    // One step further than what counts: the end of what is tried may be the slope of a peak
+    // beyond.
+    const double rough = sums.sharpest(0, mostSteps + 1, step);
     if (std::fabs(rough) > steepest || sums.sharpness(rough) < leastGain * sums.sharpness(0)) {
         return 0;
     }
     constexpr int parts = 8;
     const double slope = sums.sharpest(rough, parts, step / parts);
-    return std::fabs(slope) < gentlest ? 0 : slope;
+    return std::fabs(slope) < gentlest || std::fabs(slope) > steepest ? 0 : slope;
 }
 
 Levelling::Levelling(int width, int height, double slope)
@@ -238,21 +242,14 @@ Levelling::Point Levelling::onPage(Point level) const
 
 Box Levelling::onPage(const Box &level) const
 {
-    double left = m_width, top = m_height, right = 0, bottom = 0;
-    for (const int x : {level.left, level.right}) {
-        for (const int y : {level.top, level.bottom}) {
-            const Point corner = onPage(Point{double(x), double(y)});
-            left = std::min(left, corner.x);
-            top = std::min(top, corner.y);
-            right = std::max(right, corner.x);
-            bottom = std::max(bottom, corner.y);
-        }
-    }
-    const auto within = [](double at, int size) {
-        return std::clamp(int(at), 0, size);
-    };
-    return {within(std::floor(left), m_width), within(std::floor(top), m_height),
-            within(std::ceil(right), m_width), within(std::ceil(bottom), m_height)};
+    const std::array corners{onPage(Point{double(level.left), double(level.top)}),
+                             onPage(Point{double(level.right), double(level.top)}),
+                             onPage(Point{double(level.left), double(level.bottom)}),
+                             onPage(Point{double(level.right), double(level.bottom)})};
+    const auto [left, right] = std::ranges::minmax(corners, {}, &Point::x);
+    const auto [top, bottom] = std::ranges::minmax(corners, {}, &Point::y);
+    return {int(std::floor(left.x)), int(std::floor(top.y)), int(std::ceil(right.x)),
+            int(std::ceil(bottom.y))};
 }
 
 GreyImage Levelling::apply(const GreyImage &page) const

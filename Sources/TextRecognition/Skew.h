@@ -20,7 +20,8 @@ public:
     /// All of `page`, turned. Around it stands what most of its nearest side shows.
     GreyImage apply(const GreyImage &page) const;
 
-    /// The box on the page that holds one of the level picture; empty for one beside the page.
+    /// The box, in pixels of the page, that holds one of the level picture. It may reach beyond the
+    /// page.
     Box onPage(const Box &level) const;
 
 private:

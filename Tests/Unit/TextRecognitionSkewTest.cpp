@@ -186,14 +186,13 @@ void TextRecognitionSkewTest::boxes()
                     level.height / 2 + 10};
     QVERIFY(levelling.onPage(right).top > found.top + 10);
 
-    const Box all = levelling.onPage(Box{0, 0, level.width, level.height});
-    QCOMPARE(all, (Box{0, 0, size.width(), size.height()}));
-
+    const Box page{0, 0, size.width(), size.height()};
+    QVERIFY(levelling.onPage(Box{0, 0, level.width, level.height}).contains(page));
     // The corners of the level picture are beside the page.
     for (const Box &corner :
          {Box{0, 0, 9, 9}, Box{level.width - 9, level.height - 9, level.width, level.height}}) {
-        QVERIFY(levelling.onPage(corner).isEmpty());
-        QVERIFY(all.contains(levelling.onPage(corner)));
+        const Box beside = levelling.onPage(corner);
+        QVERIFY(horizontalOverlap(beside, page) <= 0 || verticalOverlap(beside, page) <= 0);
     }
 }
 

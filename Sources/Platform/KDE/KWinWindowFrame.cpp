@@ -79,7 +79,7 @@ bool isOurs(const QVariantMap &window, const QString &title)
            window.value(u"caption"_s).toString().startsWith(title);
 }
 
-/// Absent where it is none that a window could have.
+/// Absent for a frame that no window has: an empty one, or one beyond every desktop.
 std::optional<QRect> frameOf(const QVariantMap &window)
 {
     std::array<double, 4> sides{};
